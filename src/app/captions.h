@@ -1,0 +1,13 @@
+// The words of the main form that follow the language.
+#pragma once
+
+#include "app/panel.h"
+#include "app/state.h"
+
+namespace orvane {
+
+// Writes every caption and tool tip of the main form in the language of `ResBase`. The states
+// themselves keep the language in which they were last set, but `lblConnect` is set to "No Conn".
+void SetCaptions(const State& state, Panel& panel);
+
+}  // namespace orvane

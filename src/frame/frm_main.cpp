@@ -1,0 +1,118 @@
+#include "frame/frm_main.h"
+
+#include "app/calendar.h"
+#include "app/captions.h"
+#include "app/gauges.h"
+#include "app/settings.h"
+#include "link/commands.h"
+
+namespace orvane {
+namespace {
+
+constexpr int kDialDelay = 5000;
+
+constexpr std::string_view kAlreadyRunning = "Orvane Have been run！";
+constexpr std::string_view kAlreadyRunningTitle = "Orvane：Info";
+constexpr std::string_view kTitle = "Orvane";
+
+}  // namespace
+
+FrmMain::FrmMain(State& state, Panel& panel, const Seams& seams)
+    : state_(state),
+      panel_(panel),
+      seams_(seams),
+      journals_(seams.disk, seams.clock, seams.host.ProgramDirectory()),
+      link_(state, panel, journals_, seams),
+      shutdown_(state, panel, journals_, seams) {}
+
+bool FrmMain::Form_Load() {
+  state_.Main = {};
+  panel_.Design();
+  AttachTimers();
+  DesignTimers();
+  if (seams_.host.PrevInstance()) {
+    seams_.timers.Timer1.Enabled(false);
+    seams_.timers.Timer2.Enabled(false);
+    seams_.dialogs.Exclamation(kAlreadyRunning, kAlreadyRunningTitle);
+    return false;
+  }
+  link_.Attach();
+  seams_.timers.TimerDial.Interval(kDialDelay);
+  seams_.MSComm1.RThreshold(0);
+  CaptureNeedles(panel_, state_.Main);
+  LoadSettings(seams_.disk, SettingsPath(), state_);
+  state_.ResBase = DeriveResBase(state_);
+  SetCaptions(state_, panel_);
+  static_cast<void>(journals_.WriteLog(state_.Message(11)));
+  state_.ShutdownCommand = DeriveShutdownCommand(state_);
+  link_.OpenPort();
+  return true;
+}
+
+void FrmMain::Form_Activate() {
+  seams_.MSComm1.RThreshold(1);
+}
+
+void FrmMain::Form_QueryUnload() {
+  static_cast<void>(seams_.MSComm1.PortOpen(false));
+  static_cast<void>(seams_.MSComm2.PortOpen(false));
+  static_cast<void>(journals_.WriteLog(state_.Message(18)));
+}
+
+void FrmMain::Reload() {
+  seams_.forms.Unload(Form::frmMain);
+  seams_.forms.Show(Form::frmMain);
+}
+
+void FrmMain::mnuOnOrOffBeep_Click() {
+  static_cast<void>(SendCommand(seams_.MSComm1, kToggleBeeper));
+}
+
+void FrmMain::mnuTest10S_Click() {
+  static_cast<void>(SendCommand(seams_.MSComm1, kSelfTest10Seconds));
+}
+
+void FrmMain::mnuTestToLow_Click() {
+  static_cast<void>(SendCommand(seams_.MSComm1, kSelfTestToLow));
+}
+
+void FrmMain::mnuCancelTest_Click() {
+  static_cast<void>(SendCommand(seams_.MSComm1, kCancelSelfTest));
+}
+
+void FrmMain::mnuShutDown_Click() {
+  if (seams_.dialogs.Ask(state_.Message(20), kTitle)) shutdown_.ShutdownSequence(22);
+}
+
+std::string FrmMain::SettingsPath() const {
+  return seams_.host.ProgramDirectory() + "/Orvane.ini";
+}
+
+// The timers as the form was designed: poll, schedule and clock run from the start.
+void FrmMain::DesignTimers() {
+  struct Row {
+    Timer& timer;
+    int interval;
+    bool enabled;
+  };
+  const Timers& timers = seams_.timers;
+  for (const Row& row : {Row{timers.Timer1, 2000, true}, Row{timers.Timer2, 1000, false},
+                         Row{timers.Timer3, 5000, true}, Row{timers.TimerDial, kDialDelay, false},
+                         Row{timers.tmrDate, 1000, true}}) {
+    row.timer.Enabled(false);
+    row.timer.Interval(row.interval);
+    row.timer.Enabled(row.enabled);
+  }
+}
+
+void FrmMain::AttachTimers() {
+  seams_.timers.Timer1.Tick = [this] { link_.Timer1_Timer(); };
+  seams_.timers.tmrDate.Tick = [this] { tmrDate_Timer(); };
+}
+
+void FrmMain::tmrDate_Timer() {
+  const LocalTime now = seams_.clock.Now();
+  panel_.Label15.Caption(DateText(now) + ' ' + TimeText(now));
+}
+
+}  // namespace orvane

@@ -1,0 +1,63 @@
+// The controller of `frmMain`: how it comes up, how it goes down, and what its timers and menus do.
+#pragma once
+
+#include "app/panel.h"
+#include "app/seams.h"
+#include "app/state.h"
+#include "link/ups_link.h"
+#include "protect/shutdown.h"
+#include "records/journals.h"
+
+namespace orvane {
+
+class FrmMain {
+ public:
+  FrmMain(State& state, Panel& panel, const Seams& seams);
+
+  // Brings the form up to the moment before it is shown: settings, captions, port. False when
+  // another instance runs on the same program directory; the user has been told, and the program
+  // has to end at once.
+  bool Form_Load();
+
+  // The form has become the active window: replies are taken from now on.
+  void Form_Activate();
+
+  // Before any unload: closes both ports and logs the end.
+  void Form_QueryUnload();
+
+  // Unloads the form and shows it anew, as after a change of the UPS port.
+  void Reload();
+
+  void mnuSetup_Click() { seams_.forms.Show(Form::frmSetup); }
+  void mnuOnOrOffBeep_Click();
+  void mnuExit_Click() { seams_.forms.Unload(Form::frmMain); }
+  void mnuWeek_Click() { seams_.forms.Show(Form::frmWeek); }
+  void mnuSpecial_Click() { seams_.forms.Show(Form::frmSpecial); }
+  void mnuTestTimer_Click() { seams_.forms.Show(Form::frmSelfTest); }
+  void mnuLog_Click() { seams_.forms.Show(Form::frmLog); }
+  void mnuDateRecord_Click() { seams_.forms.Show(Form::frmDateRc); }
+  void mnuShutRec_Click() { seams_.forms.Show(Form::frmShutRec); }
+  void mnuTest10S_Click();
+  void mnuTestToLow_Click();
+  void mnuCancelTest_Click();
+  void mnuShutDown_Click();
+  void mnuAbout_Click() { seams_.forms.Show(Form::frmAbout); }
+
+  void picAPC_DblClick() { panel_.picAPC.Visible(false); }
+  void Image2_DblClick() { panel_.picAPC.Visible(true); }
+
+ private:
+  std::string SettingsPath() const;
+  void DesignTimers();
+  void AttachTimers();
+  void tmrDate_Timer();
+
+  State& state_;
+  Panel& panel_;
+  Seams seams_;
+  Journals journals_;
+  UpsLink link_;
+  Shutdown shutdown_;
+};
+
+}  // namespace orvane

@@ -1,0 +1,58 @@
+#include "link/mirror.h"
+
+#include "link/numbers.h"
+
+namespace orvane {
+namespace {
+
+// A value's way to the bar face: the width is (value - zero) x scale + 15, and never less than 15
+// for a bar that starts above 0.
+struct MirrorRow {
+  std::size_t index;
+  Label Panel::*figure;
+  Bar Panel::*bar;
+  double zero;
+  double scale;
+};
+
+constexpr MirrorRow kMirror[] = {
+    {kInput, &Panel::lblApcAc, &Panel::shpInput, 0, 14.4},
+    {kOutput, &Panel::lblApcOutput, &Panel::shpOutput, 0, 14.4},
+    {kLoad, &Panel::lblApcLoad, &Panel::shpLoad, 0, 31.7},
+    {kBattery, &Panel::lblApcBatt, &Panel::shpBatt, 0, 47.55},
+    {kTemperature, &Panel::lblApcTemp, &Panel::shpTemp, 0, 63.4},
+    {kFrequency, &Panel::lblApcFreq, &Panel::shpFreq, 40, 190.2},
+};
+
+double Width(const MirrorRow& row, double value) {
+  if (row.zero > 0 && value < row.zero) return Bar::kRestWidth;
+  return (value - row.zero) * row.scale + Bar::kRestWidth;
+}
+
+}  // namespace
+
+void MirrorValues(Panel& panel) {
+  for (const MirrorRow& row : kMirror) {
+    const std::string& caption = panel.Label2[row.index].Caption();
+    (panel.*row.figure).Caption(caption);
+    if (const auto value = ReadNumber(caption)) {
+      (panel.*row.bar).Width(static_cast<float>(Width(row, *value)));
+    }
+  }
+}
+
+void ValueMirror::Label2_Change() {
+  if (open_batches_ > 0) {
+    due_ = true;
+  } else {
+    MirrorValues(panel_);
+  }
+}
+
+ValueMirror::Batch::~Batch() {
+  if (--mirror_.open_batches_ > 0 || !mirror_.due_) return;
+  mirror_.due_ = false;
+  MirrorValues(mirror_.panel_);
+}
+
+}  // namespace orvane

@@ -1,0 +1,38 @@
+// The second display of the measured values: figures and bars that follow `Label2`.
+#pragma once
+
+#include "app/panel.h"
+
+namespace orvane {
+
+// Copies all six captions of `Label2` to the figures of the bars and sets the bars' widths. Note
+// that the bars have temperature above frequency, the other way round than `Label2`.
+void MirrorValues(Panel& panel);
+
+// Holds the mirror back while several values are written, and runs it once at the end if any of
+// them changed.
+class ValueMirror {
+ public:
+  explicit ValueMirror(Panel& panel) : panel_(panel) {}
+
+  // The Change event of `Label2`, whichever element.
+  void Label2_Change();
+
+  class Batch {
+   public:
+    explicit Batch(ValueMirror& mirror) : mirror_(mirror) { ++mirror_.open_batches_; }
+    ~Batch();
+    Batch(const Batch&) = delete;
+    Batch& operator=(const Batch&) = delete;
+
+   private:
+    ValueMirror& mirror_;
+  };
+
+ private:
+  Panel& panel_;
+  int open_batches_ = 0;  // nested writers of several values
+  bool due_ = false;      // a value changed inside a batch
+};
+
+}  // namespace orvane

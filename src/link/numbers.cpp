@@ -1,0 +1,65 @@
+#include "link/numbers.h"
+
+#include <charconv>
+#include <cmath>
+#include <limits>
+
+namespace orvane {
+namespace {
+
+constexpr int kSingleDigits = 7;
+
+template <class T>
+std::optional<T> Read(std::string_view text) {
+  while (!text.empty() && text.front() == ' ') text.remove_prefix(1);
+  while (!text.empty() && text.back() == ' ') text.remove_suffix(1);
+  if (text.starts_with('+')) {
+    text.remove_prefix(1);
+    if (text.starts_with('-')) return std::nullopt;
+  }
+  T value{};
+  const char* end = text.data() + text.size();
+  const auto [stop, error] = std::from_chars(text.data(), end, value);
+  if (error != std::errc{} || stop != end || !std::isfinite(value)) return std::nullopt;
+  return value;
+}
+
+}  // namespace
+
+std::optional<double> ReadNumber(std::string_view text) {
+  return Read<double>(text);
+}
+
+std::optional<float> ReadSingle(std::string_view text) {
+  return Read<float>(text);
+}
+
+std::optional<std::int16_t> ReadInteger(std::string_view text) {
+  const auto value = Read<double>(text);
+  if (!value) return std::nullopt;
+  const double rounded = std::nearbyint(*value);
+  if (rounded < std::numeric_limits<std::int16_t>::min() ||
+      rounded > std::numeric_limits<std::int16_t>::max()) {
+    return std::nullopt;
+  }
+  return static_cast<std::int16_t>(rounded);
+}
+
+int RoundHalfEven(double value) {
+  return static_cast<int>(std::nearbyint(value));
+}
+
+NumberText::NumberText(float value) {
+  // A zero has no sign on a panel.
+  if (value == 0) value = 0;
+  const auto [end, error] =
+      std::to_chars(text_, text_ + sizeof text_, value, std::chars_format::general, kSingleDigits);
+  size_ = error == std::errc{} ? static_cast<std::size_t>(end - text_) : 0;
+}
+
+NumberText::NumberText(int value) {
+  const auto [end, error] = std::to_chars(text_, text_ + sizeof text_, value);
+  size_ = error == std::errc{} ? static_cast<std::size_t>(end - text_) : 0;
+}
+
+}  // namespace orvane

@@ -1,0 +1,169 @@
+#include "link/reply_decoder.h"
+
+#include <algorithm>
+#include <optional>
+
+#include "app/gauges.h"
+#include "link/numbers.h"
+
+namespace orvane {
+namespace {
+
+constexpr std::size_t kInformationLength = 30;
+constexpr std::size_t kStatusLength = 46;
+
+using Commas = std::array<std::size_t, 8>;
+
+// Places of the eight commas of an information reply; nothing when the text is no such reply.
+std::optional<Commas> FindInformation(std::string_view text) {
+  if (text.size() < kInformationLength) return std::nullopt;
+  Commas commas{};
+  std::size_t cursor = 0;
+  for (std::size_t& comma : commas) {
+    comma = text.find(',', cursor);
+    if (comma == std::string_view::npos) return std::nullopt;
+    cursor = comma + 1;
+  }
+  if (text.find(',', cursor) != std::string_view::npos) return std::nullopt;
+  return commas;
+}
+
+std::string_view Trimmed(std::string_view text) {
+  while (text.starts_with(' ')) text.remove_prefix(1);
+  while (text.ends_with(' ')) text.remove_suffix(1);
+  return text;
+}
+
+// One field of the information reply and the place where it is shown.
+struct InformationField {
+  std::size_t field;  // 0 stands before the first comma
+  std::size_t target;
+  std::string_view unit;
+};
+
+constexpr InformationField kInformation[] = {
+    {0, 1, ""}, {1, 4, "W"}, {2, 2, ""}, {3, 3, "V"}, {5, 0, ""}, {6, 5, "V"},
+};
+
+// Columns of the status reply, counted from 1.
+struct Columns {
+  std::size_t first;
+  std::size_t width;
+};
+
+constexpr Columns kInputVoltage{2, 5};
+constexpr Columns kOutputVoltage{14, 5};
+constexpr Columns kLoadPercent{20, 3};
+constexpr Columns kFrequencyHertz{24, 4};
+constexpr Columns kBatteryVoltage{29, 4};
+constexpr Columns kTemperatureCelsius{34, 4};
+constexpr std::size_t kFirstBit = 39;
+
+std::string_view Cut(std::string_view text, Columns columns) {
+  return text.substr(columns.first - 1, columns.width);
+}
+
+// A failed assignment leaves its target as it was.
+void Show(Label& label, std::optional<float> value) {
+  if (value) label.Caption(NumberText(*value));
+}
+
+// A failed comparison holds.
+template <class T>
+bool Above(std::optional<T> value, T limit) {
+  return !value || *value > limit;
+}
+
+template <class T>
+bool Below(std::optional<T> value, T limit) {
+  return !value || *value < limit;
+}
+
+// The value's place on a scale, both ends included.
+template <class T>
+std::int16_t OnScale(std::optional<T> value, int low, int high) {
+  if (Above(value, static_cast<T>(high))) return static_cast<std::int16_t>(high);
+  if (Below(value, static_cast<T>(low))) return static_cast<std::int16_t>(low);
+  return static_cast<std::int16_t>(RoundHalfEven(static_cast<double>(*value)));
+}
+
+std::optional<float> Doubled(std::optional<float> value) {
+  return value ? std::optional(2 * *value) : std::nullopt;
+}
+
+// Battery level in percent from the figure on the scale from 1.72 to 2.27.
+int BatteryPercent(std::optional<float> volts) {
+  if (Above(volts, 2.27F)) return 100;
+  if (Below(volts, 1.72F)) return 0;
+  return RoundHalfEven((static_cast<double>(*volts) - 1.72) * 10000 / 55);
+}
+
+}  // namespace
+
+void ReplyDecoder::Decode() {
+  if (const auto commas = FindInformation(state_.Main.RxText)) DecodeInformation(*commas);
+  const std::string& text = state_.Main.RxText;
+  if (text.size() > kStatusLength && text.front() == '(') DecodeStatus();
+}
+
+void ReplyDecoder::DecodeInformation(const Commas& commas) {
+  const std::string_view text = state_.Main.RxText;
+  for (const InformationField& row : kInformation) {
+    const std::size_t start = row.field == 0 ? 0 : commas[row.field - 1] + 1;
+    const std::string_view value = Trimmed(text.substr(start, commas[row.field] - start));
+    if (row.unit.empty()) {
+      panel_.Label7[row.target].Caption(value);
+    } else {
+      unit_text_.assign(value);
+      unit_text_ += row.unit;
+      panel_.Label7[row.target].Caption(unit_text_);
+    }
+  }
+  Consume();
+}
+
+void ReplyDecoder::DecodeStatus() {
+  const std::string_view text = state_.Main.RxText;
+  auto& value = panel_.Label2;
+  const auto set_gauge = [&](int index, std::int16_t figure) {
+    SetGauge(state_.Main, panel_, index, figure);
+  };
+  {
+    const ValueMirror::Batch batch(mirror_);
+
+    const auto input = ReadSingle(Cut(text, kInputVoltage));
+    const auto output = ReadSingle(Cut(text, kOutputVoltage));
+    const bool doubled = Below(output, 150.0F);
+    Show(value[kInput], doubled ? Doubled(input) : input);
+    set_gauge(kInput, OnScale(ReadNumber(value[kInput].Caption()), 200, 250));
+
+    Show(value[kOutput], doubled ? Doubled(output) : output);
+    set_gauge(kOutput, OnScale(output, 200, 250));
+
+    const auto load = ReadInteger(Cut(text, kLoadPercent));
+    if (load) value[kLoad].Caption(NumberText(int{*load}));
+    set_gauge(kLoad, Above(load, std::int16_t{125}) ? std::int16_t{125} : *load);
+    evaluation_.Overload(load);
+
+    const int battery = BatteryPercent(ReadSingle(Cut(text, kBatteryVoltage)));
+    value[kBattery].Caption(NumberText(battery));
+    set_gauge(kBattery, static_cast<std::int16_t>(battery));
+
+    const auto frequency = ReadSingle(Cut(text, kFrequencyHertz));
+    Show(value[kFrequency], frequency);
+    set_gauge(kFrequency, OnScale(frequency, 30, 80));
+
+    const auto temperature = ReadSingle(Cut(text, kTemperatureCelsius));
+    Show(value[kTemperature], temperature);
+    set_gauge(kTemperature, OnScale(temperature, 0, 75));
+  }
+  evaluation_.Evaluate(text.substr(kFirstBit - 1, 4));
+  Consume();
+}
+
+void ReplyDecoder::Consume() {
+  state_.Main.RxText.clear();
+  state_.Main.PollsAnswered = state_.Main.PollsSent;
+}
+
+}  // namespace orvane

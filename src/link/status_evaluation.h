@@ -1,0 +1,44 @@
+// A decoded status reply turned into the state of the system: state lines, warnings, the count to
+// shutdown, the request for a dial, log line and daily record. It keeps no state of its own: what
+// the panel shows is the state, and every reply writes all of it again.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string_view>
+
+#include "app/panel.h"
+#include "app/seams.h"
+#include "app/state.h"
+#include "records/journals.h"
+
+namespace orvane {
+
+class StatusEvaluation {
+ public:
+  StatusEvaluation(State& state, Panel& panel, Journals& journals, const Timers& timers)
+      : state_(state), panel_(panel), journals_(journals), timers_(timers) {}
+
+  // Overload warning, directly after the load value: shown from 100 percent on. A load that could
+  // not be read counts as one above.
+  void Overload(std::optional<std::int16_t> load);
+
+  // The four status bits in the order mains, battery, bypass, UPS, then the link. A bit is set
+  // where its column holds "1". `bits` has four characters.
+  void Evaluate(std::string_view bits);
+
+ private:
+  void Mains(bool failed);
+  void Battery(bool low);
+  void Bypass(bool active);
+  void Ups(bool failed);
+  void Link();
+  void React(int fault);
+
+  State& state_;
+  Panel& panel_;
+  Journals& journals_;
+  Timers timers_;
+};
+
+}  // namespace orvane

@@ -1,0 +1,53 @@
+// The line to the UPS: which port, the poll, the watchdog, and what the replies mean.
+#pragma once
+
+#include "app/panel.h"
+#include "app/seams.h"
+#include "app/state.h"
+#include "link/mirror.h"
+#include "link/reply_decoder.h"
+#include "link/status_evaluation.h"
+#include "records/journals.h"
+
+namespace orvane {
+
+class UpsLink {
+ public:
+  UpsLink(State& state, Panel& panel, Journals& journals, const Seams& seams);
+
+  // Puts the Change reactions of `lblConnect` and `Label2` on the panel and the receive event on
+  // the port.
+  void Attach();
+
+  // Port steps of the load: the port of slot 0, or with slot 0 at 0 the first of ports 1 to 4 that
+  // opens. Tells the outcome on `Label14`; a failure stops the poll and shows a box, during which
+  // other events are served.
+  void OpenPort();
+
+  // Poll tick: sends "Q1", declares the link lost on the fourth poll in a row without an answer,
+  // refreshes the warning line. A port that was lost while the program ran is opened again first,
+  // as soon as its device is back.
+  void Timer1_Timer();
+
+  // Receive event: collects, decodes and evaluates.
+  void MSComm1_OnComm();
+
+  // Runs inside the write of the link's caption: a link that was down takes its warnings along;
+  // the UPS is asked for its data.
+  void lblConnect_Change();
+
+ private:
+  void OpenFixedPort(int number);
+  void SearchPort();
+  void LinkLoss();
+  void RefreshWarningLine();
+
+  State& state_;
+  Panel& panel_;
+  Seams seams_;
+  ValueMirror mirror_;
+  StatusEvaluation evaluation_;
+  ReplyDecoder decoder_;
+};
+
+}  // namespace orvane

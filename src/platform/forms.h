@@ -1,0 +1,38 @@
+// The form layer as the logic sees it: windows by name, shown and unloaded.
+#pragma once
+
+namespace orvane {
+
+enum class Form {
+  frmMain,
+  frmSplash,
+  frmAbout,
+  frmAlert,
+  frmSetup,
+  frmWeek,
+  frmSpecial,
+  frmSelfTest,
+  frmLog,
+  frmDateRc,
+  frmShutRec,
+};
+
+struct Forms {
+  virtual ~Forms() = default;
+
+  // Creates the form if need be and shows it in front, without waiting for it. A form that stands
+  // already keeps what it shows.
+  virtual void Show(Form form) = 0;
+
+  // Takes the form off the screen; it lives on.
+  virtual void Hide(Form form) = 0;
+
+  // Ends the form. A form that is not open is left alone. Unloading frmMain ends the program when
+  // the running handler is over, unless frmMain is shown again before that.
+  virtual void Unload(Form form) = 0;
+
+  // Serves the events that wait, once.
+  virtual void DoEvents() = 0;
+};
+
+}  // namespace orvane

@@ -1,0 +1,58 @@
+// What the program needs of the operating system beyond files, time and ports.
+#pragma once
+
+#include <chrono>
+#include <string>
+
+namespace orvane {
+
+// How the run of another program ended, for the line on standard error.
+struct RunOutcome {
+  enum class End {
+    kNotStarted,  // missing, not executable, or the system refused
+    kExited,      // ended by itself; `status` is its exit code
+    kCrashed,     // ended by a signal; `status` is the signal's number
+    kTimedOut,    // still running when the wait was over, and left running
+  };
+  End end = End::kNotStarted;
+  int status = 0;
+  std::string reason;  // why it was not started, in words; empty otherwise
+};
+
+struct Host {
+  virtual ~Host() = default;
+
+  // Where the program keeps its files. No slash at the end.
+  virtual std::string ProgramDirectory() const = 0;
+
+  // The directory that holds `SaverApp.INI`. No slash at the end.
+  virtual std::string WindowsDirectory() const = 0;
+
+  // Full path of the companion, beside the executable.
+  virtual std::string CompanionPath() const = 0;
+
+  // True when another process runs on the same program directory. The first call claims the
+  // directory for this process, until it ends in whatever way; later calls of the holder are false.
+  // A directory in which no claim can be laid holds nobody off.
+  virtual bool PrevInstance() = 0;
+
+  // Starts a program without arguments and without a window, and waits until it ends, for at most
+  // `limit`. No event of this program is served meanwhile. Never ends the other program.
+  virtual RunOutcome RunHidden(const std::string& path, std::chrono::milliseconds limit) = 0;
+
+  // Obtains what this user needs to take the computer down. No result: ExitWindowsEx tells.
+  virtual void EnableShutdownPrivilege() = 0;
+
+  // Asks the operating system for an orderly shutdown and returns at once. `flags` 1 is a shutdown
+  // to the point where the power may be cut. False when it was refused; the reason stands on
+  // standard error.
+  virtual bool ExitWindowsEx(unsigned flags, unsigned reserved) = 0;
+
+  // One beep on the computer's speaker, where it has one.
+  virtual void Beep() = 0;
+
+  // One line on standard error, for whoever looks for the reason of a failure.
+  virtual void Report(const std::string& line) = 0;
+};
+
+}  // namespace orvane

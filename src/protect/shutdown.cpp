@@ -1,0 +1,62 @@
+#include "protect/shutdown.h"
+
+#include <chrono>
+
+#include "link/commands.h"
+
+namespace orvane {
+namespace {
+
+constexpr std::chrono::milliseconds kCompanionLimit{40000};
+
+}  // namespace
+
+void Shutdown::ShutdownSequence(int log_message, std::optional<int> record_code) {
+  if (begun_) return;
+  begun_ = true;
+  Host& host = seams_.host;
+  seams_.forms.Unload(Form::frmAlert);
+  seams_.forms.Unload(Form::frmSetup);
+  seams_.timers.Timer1.Enabled(false);
+  seams_.timers.Timer2.Enabled(false);
+  panel_.Label13.Caption(state_.Message(21));
+  if (!journals_.WriteLog(state_.Message(log_message))) {
+    host.Report("orvane: the event could not be written to " + journals_.LogPath());
+  }
+  if (record_code && !journals_.WriteDateRec(*record_code)) {
+    host.Report("orvane: the event could not be written to " + journals_.DateRecPath());
+  }
+  seams_.forms.Hide(Form::frmMain);
+  const Timers& timers = seams_.timers;
+  for (Timer* timer :
+       {&timers.Timer1, &timers.Timer2, &timers.Timer3, &timers.tmrDate, &timers.TimerDial}) {
+    timer->Enabled(false);
+  }
+  if (!SendCommand(seams_.MSComm1, state_.ShutdownCommand)) {
+    host.Report("orvane: the UPS did not get its shutdown command " + state_.ShutdownCommand);
+  }
+  RunCompanion();
+  host.EnableShutdownPrivilege();
+  host.ExitWindowsEx(1, 0);
+}
+
+void Shutdown::RunCompanion() {
+  const std::string path = seams_.host.CompanionPath();
+  const RunOutcome run = seams_.host.RunHidden(path, kCompanionLimit);
+  const std::string who = "orvane: the companion " + path;
+  switch (run.end) {
+    case RunOutcome::End::kNotStarted:
+      seams_.host.Report(who + " could not be started: " + run.reason);
+      break;
+    case RunOutcome::End::kCrashed:
+      seams_.host.Report(who + " crashed with signal " + std::to_string(run.status));
+      break;
+    case RunOutcome::End::kTimedOut:
+      seams_.host.Report(who + " did not end in time and was left running");
+      break;
+    case RunOutcome::End::kExited:
+      break;
+  }
+}
+
+}  // namespace orvane

@@ -1,0 +1,41 @@
+// The writers of the two journals: `System.log`, a line of text for each notable event, and
+// `DateRec.rec`, a record of 20 bytes for each power event. Neither keeps a file open.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "platform/clock.h"
+#include "platform/disk.h"
+
+namespace orvane {
+
+// Codes of the daily record.
+inline constexpr int kRecordScheduleDown = 0;
+inline constexpr int kRecordAcFail = 1;
+inline constexpr int kRecordLowOrUpsFail = 2;
+
+class Journals {
+ public:
+  // `directory` is the program's, without a slash at the end.
+  Journals(Disk& disk, const Clock& clock, const std::string& directory);
+
+  // Appends one line to `System.log`: in double quotes a line feed, date, blank, time, blank and
+  // `text`; then carriage return and line feed. False when the line could not be written.
+  bool WriteLog(std::string_view text);
+
+  // Appends one record to `DateRec.rec`: in double quotes a line feed, date, blank, two-digit hour,
+  // blank and `code`; then carriage return and line feed. False when it could not be written.
+  bool WriteDateRec(int code);
+
+  const std::string& LogPath() const { return log_path_; }
+  const std::string& DateRecPath() const { return date_rec_path_; }
+
+ private:
+  Disk& disk_;
+  const Clock& clock_;
+  std::string log_path_;
+  std::string date_rec_path_;
+};
+
+}  // namespace orvane

@@ -1,0 +1,78 @@
+#include "support/fake_system.h"
+
+namespace orvane::test {
+
+RunOutcome FakeHost::RunHidden(const std::string& path, std::chrono::milliseconds limit) {
+  events_.push_back("RunHidden " + path + ' ' + std::to_string(limit.count()));
+  if (OnRun) OnRun();
+  return companion;
+}
+
+bool FakeHost::ExitWindowsEx(unsigned flags, unsigned reserved) {
+  events_.push_back("ExitWindowsEx " + std::to_string(flags) + ' ' + std::to_string(reserved));
+  return !refuse_shutdown;
+}
+
+void FakeDialogs::Box(const char* kind, std::string_view text, std::string_view title) {
+  events_.push_back(std::string(kind) + " [" + std::string(title) + "] " + std::string(text));
+  if (OnBox) OnBox();
+}
+
+void FakeDialogs::Exclamation(std::string_view text, std::string_view title) {
+  Box("Exclamation", text, title);
+}
+
+void FakeDialogs::Plain(std::string_view text, std::string_view title) {
+  Box("Plain", text, title);
+}
+
+bool FakeDialogs::Ask(std::string_view text, std::string_view title) {
+  Box("Ask", text, title);
+  return answer;
+}
+
+void FakeForms::Show(Form form) {
+  events_.push_back(std::string("Show ") + FormName(form));
+  open.insert(form);
+  if (OnShow) OnShow(form);
+}
+
+void FakeForms::Hide(Form form) {
+  events_.push_back(std::string("Hide ") + FormName(form));
+}
+
+void FakeForms::Unload(Form form) {
+  if (open.erase(form) == 0) return;
+  events_.push_back(std::string("Unload ") + FormName(form));
+  if (OnUnload) OnUnload(form);
+}
+
+const char* FormName(Form form) {
+  switch (form) {
+    case Form::frmMain:
+      return "frmMain";
+    case Form::frmSplash:
+      return "frmSplash";
+    case Form::frmAbout:
+      return "frmAbout";
+    case Form::frmAlert:
+      return "frmAlert";
+    case Form::frmSetup:
+      return "frmSetup";
+    case Form::frmWeek:
+      return "frmWeek";
+    case Form::frmSpecial:
+      return "frmSpecial";
+    case Form::frmSelfTest:
+      return "frmSelfTest";
+    case Form::frmLog:
+      return "frmLog";
+    case Form::frmDateRc:
+      return "frmDateRc";
+    case Form::frmShutRec:
+      return "frmShutRec";
+  }
+  return "?";
+}
+
+}  // namespace orvane::test

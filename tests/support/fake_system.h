@@ -1,0 +1,82 @@
+// The rest of the outside world for tests: host, message boxes, windows. Each writes down what was
+// asked of it; `events` of the shared journal keeps the order across all of them.
+#pragma once
+
+#include <functional>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "platform/dialogs.h"
+#include "platform/forms.h"
+#include "platform/host.h"
+
+namespace orvane::test {
+
+using Events = std::vector<std::string>;
+
+class FakeHost : public Host {
+ public:
+  explicit FakeHost(Events& events) : events_(events) {}
+
+  bool previous_instance = false;
+  RunOutcome companion{RunOutcome::End::kExited, 0, ""};
+  bool refuse_shutdown = false;
+  // Runs while the companion does.
+  std::function<void()> OnRun;
+  std::vector<std::string> reports;
+
+  std::string ProgramDirectory() const override { return "/prog"; }
+  std::string WindowsDirectory() const override { return "/windows"; }
+  std::string CompanionPath() const override { return "/prog/exit.exe"; }
+  bool PrevInstance() override { return previous_instance; }
+  RunOutcome RunHidden(const std::string& path, std::chrono::milliseconds limit) override;
+  void EnableShutdownPrivilege() override { events_.push_back("EnableShutdownPrivilege"); }
+  bool ExitWindowsEx(unsigned flags, unsigned reserved) override;
+  void Beep() override { events_.push_back("Beep"); }
+  void Report(const std::string& line) override { reports.push_back(line); }
+
+ private:
+  Events& events_;
+};
+
+class FakeDialogs : public Dialogs {
+ public:
+  explicit FakeDialogs(Events& events) : events_(events) {}
+
+  bool answer = false;
+  // Runs while a box stands open.
+  std::function<void()> OnBox;
+
+  void Exclamation(std::string_view text, std::string_view title) override;
+  void Plain(std::string_view text, std::string_view title) override;
+  bool Ask(std::string_view text, std::string_view title) override;
+
+ private:
+  void Box(const char* kind, std::string_view text, std::string_view title);
+
+  Events& events_;
+};
+
+class FakeForms : public Forms {
+ public:
+  explicit FakeForms(Events& events) : events_(events) {}
+
+  std::set<Form> open;
+  // Runs inside Unload and Show, for a test that plays the window.
+  std::function<void(Form)> OnUnload;
+  std::function<void(Form)> OnShow;
+
+  void Show(Form form) override;
+  void Hide(Form form) override;
+  void Unload(Form form) override;
+  void DoEvents() override { events_.push_back("DoEvents"); }
+
+ private:
+  Events& events_;
+};
+
+// "frmMain" and so on.
+const char* FormName(Form form);
+
+}  // namespace orvane::test

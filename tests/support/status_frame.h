@@ -1,0 +1,23 @@
+// Builds status replies column by column.
+#pragma once
+
+#include <string>
+
+namespace orvane::test {
+
+struct StatusFrame {
+  std::string input = "230.0";
+  std::string output = "230.0";
+  std::string load = "035";
+  std::string frequency = "50.0";
+  std::string battery = "2.27";
+  std::string temperature = "25.0";
+  std::string bits = "0000";
+
+  std::string Text() const {
+    return "(" + input + " ###.# " + output + " " + load + " " + frequency + " " + battery + " " +
+           temperature + " " + bits + "0001\r";
+  }
+};
+
+}  // namespace orvane::test
