@@ -22,6 +22,7 @@ struct Timers {
 
 struct Seams {
   Timers timers;
+  Timer& alert_timer;   // 1000 ms: `Timer1` of frmAlert, while that form lives
   SerialPort& MSComm1;  // the UPS line
   SerialPort& MSComm2;  // the modem line
   Clock& clock;

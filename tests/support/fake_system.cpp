@@ -15,7 +15,10 @@ bool FakeHost::ExitWindowsEx(unsigned flags, unsigned reserved) {
 
 void FakeDialogs::Box(const char* kind, std::string_view text, std::string_view title) {
   events_.push_back(std::string(kind) + " [" + std::string(title) + "] " + std::string(text));
+  if (open_ == 0) dismissed_ = false;
+  ++open_;
   if (OnBox) OnBox();
+  --open_;
 }
 
 void FakeDialogs::Exclamation(std::string_view text, std::string_view title) {
@@ -28,7 +31,13 @@ void FakeDialogs::Plain(std::string_view text, std::string_view title) {
 
 bool FakeDialogs::Ask(std::string_view text, std::string_view title) {
   Box("Ask", text, title);
-  return answer;
+  return answer && !dismissed_;
+}
+
+void FakeDialogs::Dismiss() {
+  if (open_ == 0) return;
+  events_.push_back("Dismiss");
+  dismissed_ = true;
 }
 
 void FakeForms::Show(Form form) {

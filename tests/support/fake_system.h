@@ -51,10 +51,13 @@ class FakeDialogs : public Dialogs {
   void Exclamation(std::string_view text, std::string_view title) override;
   void Plain(std::string_view text, std::string_view title) override;
   bool Ask(std::string_view text, std::string_view title) override;
+  void Dismiss() override;
 
  private:
   void Box(const char* kind, std::string_view text, std::string_view title);
 
+  int open_ = 0;            // boxes that stand open, one inside the other
+  bool dismissed_ = false;  // they were taken away: whatever `answer` says, they answer No
   Events& events_;
 };
 

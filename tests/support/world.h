@@ -16,6 +16,7 @@ namespace orvane::test {
 struct World {
   FakeTime time;
   FakeTimer Timer1{time}, Timer2{time}, Timer3{time}, TimerDial{time}, tmrDate{time};
+  FakeTimer alert_timer{time};
   FakeSerialPort MSComm1, MSComm2;
   MemoryDisk disk;
   Events events;
@@ -23,6 +24,7 @@ struct World {
   FakeDialogs dialogs{events};
   FakeForms forms{events};
   Seams seams{{Timer1, Timer2, Timer3, TimerDial, tmrDate},
+              alert_timer,
               MSComm1,
               MSComm2,
               time,
