@@ -23,6 +23,7 @@ struct Timers {
 struct Seams {
   Timers timers;
   Timer& alert_timer;   // 1000 ms: `Timer1` of frmAlert, while that form lives
+  Timer& dial_pass;     // 20 ms, while an emergency call runs: one look at the modem
   SerialPort& MSComm1;  // the UPS line
   SerialPort& MSComm2;  // the modem line
   Clock& clock;

@@ -17,6 +17,7 @@ struct World {
   FakeTime time;
   FakeTimer Timer1{time}, Timer2{time}, Timer3{time}, TimerDial{time}, tmrDate{time};
   FakeTimer alert_timer{time};
+  FakeTimer dial_pass{time};
   FakeSerialPort MSComm1, MSComm2;
   MemoryDisk disk;
   Events events;
@@ -25,6 +26,7 @@ struct World {
   FakeForms forms{events};
   Seams seams{{Timer1, Timer2, Timer3, TimerDial, tmrDate},
               alert_timer,
+              dial_pass,
               MSComm1,
               MSComm2,
               time,
