@@ -1,0 +1,197 @@
+"""What the end-to-end tests stand on: the real programs, a folder of their own for each test, a
+private message bus or none, and waits on conditions instead of sleeps."""
+
+import os
+import re
+import shutil
+import signal
+import subprocess
+import tempfile
+import threading
+import time
+import unittest
+from pathlib import Path
+
+BUILD = Path(os.environ.get("ORVANE_BUILD", "build/debug")).resolve()
+
+# How long a condition may take on a loaded machine. Not a pause: waits end with the condition.
+PATIENCE = 30.0
+
+
+def wait_until(condition, what, patience=PATIENCE):
+    """The first true value of condition(); fails the test when there is none in time."""
+    deadline = time.monotonic() + patience
+    while True:
+        value = condition()
+        if value:
+            return value
+        if time.monotonic() > deadline:
+            raise AssertionError(f"not in {patience:.0f} s: {what}")
+        time.sleep(0.01)
+
+
+class Process:
+    """A program of the project, its output collected line by line as it comes."""
+
+    def __init__(self, arguments, env=None, cwd=None):
+        self.lines = []
+        self.errors = []
+        self.process = subprocess.Popen(
+            [str(argument) for argument in arguments], env=env, cwd=cwd, text=True,
+            encoding="utf-8", errors="replace", bufsize=1,
+            stdin=subprocess.PIPE, stdout=subprocess.PIPE, stderr=subprocess.PIPE)
+        self._readers = [
+            threading.Thread(target=self._collect, args=pair, daemon=True)
+            for pair in ((self.process.stdout, self.lines), (self.process.stderr, self.errors))]
+        for reader in self._readers:
+            reader.start()
+
+    @staticmethod
+    def _collect(stream, lines):
+        for line in stream:
+            lines.append(line.rstrip("\n"))
+
+    @property
+    def pid(self):
+        return self.process.pid
+
+    def running(self):
+        return self.process.poll() is None
+
+    def order(self, text):
+        self.process.stdin.write(text + "\n")
+        self.process.stdin.flush()
+
+    def terminate(self, number=signal.SIGTERM):
+        if self.running():
+            self.process.send_signal(number)
+        return self.wait()
+
+    def wait(self, patience=PATIENCE):
+        code = self.process.wait(patience)
+        for reader in self._readers:
+            reader.join(patience)
+        return code
+
+    def close(self):
+        if self.running():
+            self.process.kill()
+        self.wait()
+        for stream in (self.process.stdin, self.process.stdout, self.process.stderr):
+            stream.close()
+
+
+class Simulator(Process):
+    """The simulated UPS on a pseudo-terminal; `commands` are the texts that reached it."""
+
+    COMMAND = re.compile(r"^\s*([0-9.]+) > (.*)$")
+
+    def __init__(self, link, *arguments, program="orvane-ups-sim"):
+        self.link = Path(link)
+        super().__init__([BUILD / program, "--link", self.link, *arguments])
+        wait_until(self.link.exists, f"{program} offers its line")
+
+    def timed_commands(self):
+        found = (self.COMMAND.match(line) for line in list(self.lines))
+        return [(float(match[1]), match[2]) for match in found if match]
+
+    def commands(self):
+        return [command for _, command in self.timed_commands()]
+
+    def count(self, command):
+        return self.commands().count(command)
+
+    def wait_for(self, command, count=1, patience=PATIENCE):
+        wait_until(lambda: self.count(command) >= count, f"{command} x {count} on the wire", patience)
+
+
+class OrvaneTest(unittest.TestCase):
+    """One portable folder for each test, with the real program in it."""
+
+    SETTINGS = '1,10,0,2,0,2,30,0,0,0,"",0'
+    ACTION = "None"
+
+    def setUp(self):
+        self.folder = Path(tempfile.mkdtemp(prefix="orvane-test-"))
+        self.addCleanup(shutil.rmtree, self.folder, ignore_errors=True)
+        for name in ("orvane", "exit.exe"):
+            if (BUILD / name).exists():
+                os.link(BUILD / name, self.folder / name) if self._same_device() else \
+                    shutil.copy2(BUILD / name, self.folder / name)
+        self.ups_link = self.folder / "ups"
+        self.write_platform()
+        self.write_settings(self.SETTINGS)
+
+    def _same_device(self):
+        return os.stat(BUILD).st_dev == os.stat(self.folder).st_dev
+
+    def write_platform(self, **ports):
+        named = {"COM1": self.ups_link, "COM2": self.folder / "modem",
+                 "COM3": self.folder / "none3", "COM4": self.folder / "none4", **ports}
+        lines = ["[Ports]", *(f"{name}={path}" for name, path in named.items()),
+                 "[Shutdown]", f"Action={self.ACTION}"]
+        (self.folder / "platform.ini").write_text("\n".join(lines) + "\n", encoding="utf-8")
+
+    def write_settings(self, line):
+        (self.folder / "Orvane.ini").write_bytes((line + "\r\n").encode("utf-8"))
+
+    def environment(self, **extra):
+        env = dict(os.environ)
+        env.setdefault("QT_QPA_PLATFORM", "offscreen")
+        # No test reaches a bus of this machine.
+        nowhere = f"unix:path={self.folder}/no-bus"
+        env["DBUS_SYSTEM_BUS_ADDRESS"] = nowhere
+        env["DBUS_SESSION_BUS_ADDRESS"] = nowhere
+        env["XDG_DATA_HOME"] = str(self.folder / "data")
+        env["LSAN_OPTIONS"] = "suppressions=" + str(Path(__file__).with_name("leaks.supp"))
+        env.update(extra)
+        return env
+
+    def start_process(self, *arguments, **kwargs):
+        process = Process(arguments, **kwargs)
+        self.addCleanup(process.close)
+        return process
+
+    def start_simulator(self, *arguments):
+        simulator = Simulator(self.ups_link, *arguments)
+        self.addCleanup(simulator.close)
+        return simulator
+
+    def start_orvane(self, folder=None, **environment):
+        folder = folder or self.folder
+        return self.start_process(folder / "orvane", env=self.environment(**environment), cwd="/")
+
+    def log(self, folder=None):
+        path = (folder or self.folder) / "System.log"
+        return path.read_bytes() if path.exists() else b""
+
+    def log_messages(self, folder=None):
+        """The messages of the log in order, without their dates; every line is checked whole."""
+        text = self.log(folder)
+        messages = []
+        form = re.compile(rb'"\n\d{4}-\d\d-\d\d (?:[1-9]|1\d|2[0-3]|0):[0-5]\d:[0-5]\d ([^"\n]*)"\r\n')
+        position = 0
+        while position < len(text):
+            match = form.match(text, position)
+            self.assertIsNotNone(match, f"a log line out of form at {position}: {text!r}")
+            messages.append(match[1].decode("utf-8"))
+            position = match.end()
+        return messages
+
+    def records(self):
+        """The codes of the daily record in order; every record is checked whole."""
+        path = self.folder / "DateRec.rec"
+        data = path.read_bytes() if path.exists() else b""
+        self.assertEqual(len(data) % 20, 0)
+        codes = []
+        for start in range(0, len(data), 20):
+            record = data[start:start + 20]
+            match = re.fullmatch(rb'"\n\d{4}-\d\d-\d\d (?:[01]\d|2[0-3]) (\d)"\r\n', record)
+            self.assertIsNotNone(match, f"a record out of form: {record!r}")
+            codes.append(int(match[1]))
+        return codes
+
+    def wait_for_log(self, *messages):
+        """Waits until the log holds just these messages, in this order."""
+        wait_until(lambda: self.log_messages() == list(messages),
+                   f"{messages} in the log, which is {self.log_messages()}")

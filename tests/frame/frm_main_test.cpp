@@ -1,0 +1,156 @@
+#include "frame/frm_main.h"
+
+#include <gtest/gtest.h>
+
+#include "support/status_frame.h"
+#include "support/world.h"
+
+namespace orvane::test {
+namespace {
+
+class FrmMainTest : public testing::Test, public World {
+ protected:
+  static std::string Line(const char* message) {
+    return std::string("\"\n2001-02-16 9:05:33 ") + message + "\"\r\n";
+  }
+
+  FrmMain form{state, panel, seams};
+};
+
+TEST_F(FrmMainTest, LoadReadsSettingsSpeaksTheLanguageAndOpensThePort) {
+  disk.files["/prog/Orvane.ini"] = "2,30,0,5,0,2,30,1,3,110,\"119\",1\r\n";
+  ASSERT_TRUE(form.Form_Load());
+  EXPECT_EQ(state.ResBase, 1000);
+  EXPECT_EQ(state.ShutdownCommand, "S01");
+  EXPECT_EQ(state.ShutdownCountdown, 0);
+  EXPECT_EQ(panel.Label14.Caption(), "UPS安装在：COM2");
+  EXPECT_EQ(panel.mnuExit.Text(), "离开Orvane(&E)");
+  EXPECT_EQ(Log(), Line("本程式启动"));
+  EXPECT_EQ(TimerDial.Interval(), 5000);
+  EXPECT_TRUE(Timer1.Enabled());
+  EXPECT_FALSE(Timer2.Enabled());
+  EXPECT_TRUE(Timer3.Enabled());
+  EXPECT_FALSE(TimerDial.Enabled());
+  EXPECT_TRUE(tmrDate.Enabled());
+  // The captions were written before the port was open, so nothing went out.
+  EXPECT_TRUE(MSComm1.sent.empty());
+}
+
+TEST_F(FrmMainTest, WithoutSettingsTheLoadSearchesInEnglish) {
+  ASSERT_TRUE(form.Form_Load());
+  EXPECT_EQ(state.ShutdownCommand, "S.5");
+  EXPECT_EQ(panel.Label14.Caption(), "UPS Install on:Com1");
+  EXPECT_EQ(panel.mnuExit.Text(), "&Exit");
+}
+
+TEST_F(FrmMainTest, SecondInstanceIsTurnedAwayWithoutATrace) {
+  host.previous_instance = true;
+  dialogs.OnBox = [this] { EXPECT_FALSE(Timer1.Enabled() || Timer2.Enabled()); };
+  EXPECT_FALSE(form.Form_Load());
+  EXPECT_EQ(events, Events{"Exclamation [Orvane：Info] Orvane Have been run！"});
+  EXPECT_TRUE(disk.files.empty());
+  EXPECT_FALSE(MSComm1.PortOpen());
+}
+
+TEST_F(FrmMainTest, RepliesWaitForTheActivation) {
+  ASSERT_TRUE(form.Form_Load());
+  MSComm1.Receive(StatusFrame{}.Text());
+  EXPECT_EQ(panel.lblAc.Caption(), "");
+  form.Form_Activate();
+  EXPECT_EQ(panel.lblAc.Caption(), "Normal");
+}
+
+TEST_F(FrmMainTest, UnloadClosesBothPortsAndLogsLast) {
+  ASSERT_TRUE(form.Form_Load());
+  MSComm2.PortOpen(true);
+  form.Form_QueryUnload();
+  EXPECT_FALSE(MSComm1.PortOpen());
+  EXPECT_FALSE(MSComm2.PortOpen());
+  EXPECT_EQ(Log(), Line("Program start") + Line("Program end"));
+}
+
+TEST_F(FrmMainTest, LogHoldsStartAndEndAlsoWithoutAPort) {
+  MSComm1.present = {};
+  ASSERT_TRUE(form.Form_Load());
+  form.Form_QueryUnload();
+  EXPECT_EQ(Log(), Line("Program start") + Line("Program end"));
+}
+
+TEST_F(FrmMainTest, JournalsThatCannotBeWrittenStopNothing) {
+  disk.refuse_writes = true;
+  ASSERT_TRUE(form.Form_Load());
+  EXPECT_TRUE(MSComm1.PortOpen());
+  form.Form_QueryUnload();
+  EXPECT_TRUE(disk.files.empty());
+}
+
+TEST_F(FrmMainTest, ReloadStartsTheFormAfresh) {
+  forms.open = {Form::frmMain};
+  forms.OnUnload = [this](Form) { form.Form_QueryUnload(); };
+  forms.OnShow = [this](Form) { ASSERT_TRUE(form.Form_Load()); };
+  ASSERT_TRUE(form.Form_Load());
+  form.Form_Activate();
+  MSComm1.Receive(StatusFrame{.bits = "1000"}.Text());
+  form.picAPC_DblClick();
+  disk.files["/prog/Orvane.ini"] = "3,0\r\n";
+  form.Reload();
+  EXPECT_EQ(Log(), Line("Program start") + Line("Program end") + Line("Program start"));
+  EXPECT_EQ(MSComm1.CommPort(), 3);
+  EXPECT_TRUE(MSComm1.PortOpen());
+  EXPECT_TRUE(panel.picAPC.Visible());
+  EXPECT_EQ(panel.lblAc.Caption(), "");
+  EXPECT_EQ(panel.Label2[kInput].Caption(), "0");
+  EXPECT_FALSE(Timer2.Enabled());
+  EXPECT_FALSE(state.Main.EventArmed[kBatteryLow]);
+}
+
+TEST_F(FrmMainTest, MenuCommandsGoOutBlindWhateverTheLinkShows) {
+  ASSERT_TRUE(form.Form_Load());
+  const auto all = [this] {
+    form.mnuTest10S_Click();
+    form.mnuTestToLow_Click();
+    form.mnuCancelTest_Click();
+    form.mnuOnOrOffBeep_Click();
+    form.mnuOnOrOffBeep_Click();
+  };
+  all();
+  EXPECT_EQ(MSComm1.sent, (std::vector<std::string>{"T\r", "TL\r", "CT\r", "Q\r", "Q\r"}));
+  MSComm1.Unplug();
+  all();
+  EXPECT_EQ(MSComm1.sent.size(), 5U);
+  EXPECT_TRUE(events.empty());
+}
+
+TEST_F(FrmMainTest, ClockShowsEverySecond) {
+  ASSERT_TRUE(form.Form_Load());
+  time.Advance(std::chrono::seconds(1));
+  EXPECT_EQ(panel.Label15.Caption(), "2001-02-16 9:05:34");
+  time.Advance(std::chrono::seconds(27));
+  EXPECT_EQ(panel.Label15.Caption(), "2001-02-16 9:06:01");
+}
+
+TEST_F(FrmMainTest, FaceChangesBothWays) {
+  ASSERT_TRUE(form.Form_Load());
+  EXPECT_TRUE(panel.picAPC.Visible());
+  form.picAPC_DblClick();
+  EXPECT_FALSE(panel.picAPC.Visible());
+  form.Image2_DblClick();
+  EXPECT_TRUE(panel.picAPC.Visible());
+}
+
+TEST_F(FrmMainTest, MenusOpenTheirForms) {
+  ASSERT_TRUE(form.Form_Load());
+  form.mnuSetup_Click();
+  form.mnuWeek_Click();
+  form.mnuSpecial_Click();
+  form.mnuTestTimer_Click();
+  form.mnuLog_Click();
+  form.mnuShutRec_Click();
+  form.mnuDateRecord_Click();
+  form.mnuAbout_Click();
+  EXPECT_EQ(events, (Events{"Show frmSetup", "Show frmWeek", "Show frmSpecial", "Show frmSelfTest",
+                            "Show frmLog", "Show frmShutRec", "Show frmDateRc", "Show frmAbout"}));
+}
+
+}  // namespace
+}  // namespace orvane::test
