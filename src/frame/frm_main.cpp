@@ -23,7 +23,9 @@ FrmMain::FrmMain(State& state, Panel& panel, const Seams& seams)
       seams_(seams),
       journals_(seams.disk, seams.clock, seams.host.ProgramDirectory()),
       link_(state, panel, journals_, seams),
-      shutdown_(state, panel, journals_, seams) {}
+      shutdown_(state, panel, journals_, seams),
+      countdown_(state, panel, shutdown_, seams),
+      alert_(state, panel, seams) {}
 
 bool FrmMain::Form_Load() {
   state_.Main = {};
@@ -50,6 +52,7 @@ bool FrmMain::Form_Load() {
 }
 
 void FrmMain::Form_Activate() {
+  if (shutdown_.Begun()) return;
   seams_.MSComm1.RThreshold(1);
 }
 
@@ -107,6 +110,7 @@ void FrmMain::DesignTimers() {
 
 void FrmMain::AttachTimers() {
   seams_.timers.Timer1.Tick = [this] { link_.Timer1_Timer(); };
+  seams_.timers.Timer2.Tick = [this] { countdown_.Timer2_Timer(); };
   seams_.timers.tmrDate.Tick = [this] { tmrDate_Timer(); };
 }
 

@@ -5,6 +5,8 @@
 #include "app/seams.h"
 #include "app/state.h"
 #include "link/ups_link.h"
+#include "protect/countdown.h"
+#include "protect/frm_alert.h"
 #include "protect/shutdown.h"
 #include "records/journals.h"
 
@@ -43,6 +45,9 @@ class FrmMain {
   void mnuShutDown_Click();
   void mnuAbout_Click() { seams_.forms.Show(Form::frmAbout); }
 
+  // The logic of the forms that live on the timers of this one.
+  FrmAlert& Alert() { return alert_; }
+
   void picAPC_DblClick() { panel_.picAPC.Visible(false); }
   void Image2_DblClick() { panel_.picAPC.Visible(true); }
 
@@ -58,6 +63,8 @@ class FrmMain {
   Journals journals_;
   UpsLink link_;
   Shutdown shutdown_;
+  Countdown countdown_;
+  FrmAlert alert_;
 };
 
 }  // namespace orvane

@@ -27,11 +27,14 @@ void Shutdown::ShutdownSequence(int log_message, std::optional<int> record_code)
     host.Report("orvane: the event could not be written to " + journals_.DateRecPath());
   }
   seams_.forms.Hide(Form::frmMain);
+  seams_.dialogs.Dismiss();
   const Timers& timers = seams_.timers;
   for (Timer* timer :
        {&timers.Timer1, &timers.Timer2, &timers.Timer3, &timers.tmrDate, &timers.TimerDial}) {
     timer->Enabled(false);
   }
+  // A reply that is still under way would start the count again.
+  seams_.MSComm1.RThreshold(0);
   if (!SendCommand(seams_.MSComm1, state_.ShutdownCommand)) {
     host.Report("orvane: the UPS did not get its shutdown command " + state_.ShutdownCommand);
   }

@@ -1,0 +1,288 @@
+#include "protect/countdown.h"
+
+#include <vector>
+
+#include "protect/watched_ups.h"
+
+namespace orvane::test {
+namespace {
+
+using Ints = std::vector<int>;
+
+constexpr Slots kTenMinutes = {10, 0, 2, 0, 2, 30};
+
+// Single ticks, with the captions put in place by hand.
+class TickTest : public testing::Test, public World {
+ protected:
+  TickTest() {
+    state.Settings = {1, 10, 0, 2, 0, 2, 30, 1, 3, 0, 0};
+    state.Main.AlertSeconds = 50;
+  }
+
+  Shutdown shutdown{state, panel, journals, seams};
+  Countdown countdown{state, panel, shutdown, seams};
+};
+
+TEST_F(TickTest, CaptionsDecideWhatATickTakes) {
+  struct Case {
+    const char* name;
+    int base;
+    const char* mains;
+    const char* battery;
+    int before;
+    const char* status;
+  };
+  const Case cases[] = {
+      {"mains failed", 0, "Fail", "Normal", 300, "System Will shutdown after 299 Seconds"},
+      {"battery low, above its delay", 0, "Fail", "Low", 300,
+       "System Will shutdown after 120 Seconds"},
+      {"battery low, one above", 0, "Fail", "Low", 121, "System Will shutdown after 120 Seconds"},
+      {"battery low, at the delay", 0, "Fail", "Low", 120,
+       "System Will shutdown after 119 Seconds"},
+      {"battery low, below", 0, "Fail", "Low", 60, "System Will shutdown after 59 Seconds"},
+      {"both normal", 0, "Normal", "Normal", 300, "System Will shutdown after 300 Seconds"},
+      {"battery low alone", 0, "Normal", "Low", 300, "System Will shutdown after 300 Seconds"},
+      {"nothing known", 0, "", "", 300, "System Will shutdown after 120 Seconds"},
+      {"captions of the other language", 0, "正 常", "正 常", 300,
+       "System Will shutdown after 120 Seconds"},
+      {"Chinese, mains failed", 1000, "失 效", "正 常", 300, "警告：系统将在 299 秒后关闭！"},
+      {"Chinese, both", 1000, "失 效", "欠 压", 300, "警告：系统将在 120 秒后关闭！"},
+      {"Chinese, normal", 1000, "正 常", "欠 压", 300, "警告：系统将在 300 秒后关闭！"},
+      {"Chinese, blank missing", 1000, "正常", "正 常", 300, "警告：系统将在 299 秒后关闭！"},
+  };
+  for (const Case& row : cases) {
+    SCOPED_TRACE(row.name);
+    state.ResBase = static_cast<std::int16_t>(row.base);
+    state.ShutdownCountdown = row.before;
+    panel.lblAc.Caption(row.mains);
+    panel.lblBatt.Caption(row.battery);
+    countdown.Timer2_Timer();
+    EXPECT_EQ(panel.Label13.Caption(), row.status);
+  }
+  EXPECT_FALSE(shutdown.Begun());
+}
+
+// The 0 is acted on whatever the captions say.
+TEST_F(TickTest, ZeroEndsTheCountAlsoWithMainsNormal) {
+  panel.lblAc.Caption("Normal");
+  panel.lblBatt.Caption("Low");
+  state.ShutdownCountdown = -5;
+  countdown.Timer2_Timer();
+  EXPECT_EQ(state.ShutdownCountdown, 0);
+  EXPECT_TRUE(shutdown.Begun());
+}
+
+class CountdownTest : public WatchedUps {};
+
+// An undisturbed mains failure: the ticks that ask for the alert, and the one that ends the count.
+TEST_F(CountdownTest, CoursesOfACount) {
+  struct Case {
+    const char* name;
+    Slots slots;
+    Ints alerts;
+    int end;
+  };
+  const Case cases[] = {
+      {"ten minutes", kTenMinutes, {481, 511, 541, 571}, 600},
+      {"no delay at all", {0, 0, 0, 0, 2, 30}, {1}, 1},
+      {"no delay, no settings", {0, 0, 0, 0, 0, 0}, {1}, 1},
+      {"warning time 0", {1, 0, 0, 30, 0, 10}, {}, 60},
+      {"warning time of the whole delay", {2, 0, 0, 30, 2, 50}, {1, 51, 101}, 120},
+      {"warning time beyond the delay", {0, 50, 0, 30, 99, 20}, {1, 21, 41}, 50},
+      {"period 0: once", {2, 0, 0, 30, 1, 0}, {61}, 120},
+      {"period 1: every tick", {0, 4, 0, 30, 1, 1}, {1, 2, 3, 4}, 4},
+      {"alert due on the last tick", {0, 31, 0, 30, 1, 10}, {1, 11, 21, 31}, 31},
+      {"99 in the seconds", {0, 99, 0, 30, 1, 30}, {40, 70}, 99},
+      {"delay beyond 16 bits",
+       {999, 99, 0, 30, 99, 999},
+       {54100, 55099, 56098, 57097, 58096, 59095},
+       60039},
+      {"threshold below 16 bits", {0, 3, 999, 0, 32767, 2}, {1, 3}, 3},
+  };
+  for (const Case& row : cases) {
+    SCOPED_TRACE(row.name);
+    WatchedComputer computer;
+    computer.Start(row.slots);
+    computer.NextReply(kMainsFailed);
+    Ints asked;
+    int tick = 0;
+    while (!computer.Down() && tick < row.end + 5) {
+      const int before = computer.alerts;
+      computer.Tick();
+      ++tick;
+      if (computer.alerts > before) asked.push_back(tick);
+      ASSERT_EQ(computer.state.ShutdownCountdown, std::max(row.end - tick, 0)) << tick;
+    }
+    EXPECT_EQ(asked, row.alerts);
+    EXPECT_TRUE(computer.Down());
+    EXPECT_EQ(tick, row.end);
+    EXPECT_FALSE(computer.alert_open);
+  }
+}
+
+TEST_F(CountdownTest, BatteryLowShortensTheCountButDoesNotHastenTheAlert) {
+  struct Case {
+    const char* name;
+    Slots slots;
+    int low_at;  // the first tick that sees the battery low
+    int left;    // what that tick leaves
+    int end;
+  };
+  const Case cases[] = {
+      {"tick 100 of ten minutes", kTenMinutes, 100, 120, 220},
+      {"battery delay longer than the time left", {1, 0, 2, 0, 0, 30}, 20, 40, 60},
+      {"both faults from the first tick", kTenMinutes, 1, 120, 121},
+      {"both, no battery delay", {10, 0, 0, 0, 0, 30}, 50, 0, 50},
+  };
+  for (const Case& row : cases) {
+    SCOPED_TRACE(row.name);
+    WatchedComputer computer;
+    computer.Start(row.slots);
+    computer.NextReply(row.low_at == 1 ? kMainsFailedBatteryLow : kMainsFailed);
+    for (int tick = 1; tick < row.low_at; ++tick) computer.Tick();
+    // As the reply just before that tick has it.
+    computer.MSComm1.Receive(StatusFrame{.bits = kMainsFailedBatteryLow}.Text());
+    computer.bits = kMainsFailedBatteryLow;
+    computer.Tick();
+    EXPECT_EQ(computer.state.ShutdownCountdown, row.left);
+    int tick = row.low_at;
+    for (; !computer.Down() && tick < 1000; ++tick) computer.Tick();
+    EXPECT_EQ(tick, row.end);
+    EXPECT_EQ(computer.alerts, 0);
+  }
+}
+
+TEST_F(CountdownTest, MainsBackCancelsAndTheNextFailureStartsAfresh) {
+  Start({1, 0, 0, 30, 1, 30});
+  NextReply(kMainsFailed);
+  Ticks(41);
+  EXPECT_EQ(Status(), SecondsLeft(19));
+  EXPECT_TRUE(alert_open);
+  NextReply(kAllWell);
+  EXPECT_EQ(Status(), "Ready");
+  EXPECT_FALSE(Timer2.Enabled());
+  Seconds(1);
+  EXPECT_FALSE(alert_open);
+  Seconds(600);
+  EXPECT_FALSE(Down());
+  NextReply(kMainsFailed);
+  Ticks(1);
+  EXPECT_EQ(Status(), SecondsLeft(59));
+  EXPECT_TRUE(alert_open);
+  Ticks(59);
+  EXPECT_TRUE(Down());
+}
+
+TEST_F(CountdownTest, SilentUpsSuspendsTheCount) {
+  Start({1, 0, 0, 30, 1, 30});
+  NextReply(kMainsFailed);
+  Ticks(10);
+  silent = true;
+  while (Timer2.Enabled()) Seconds(1);
+  const int left = state.ShutdownCountdown;
+  const std::string shown = main.Alert().lblSecond.Caption();
+  EXPECT_EQ(Status(), "Ready");
+  Seconds(600);
+  EXPECT_FALSE(Down());
+  EXPECT_EQ(state.ShutdownCountdown, left);
+  EXPECT_TRUE(alert_open);
+  EXPECT_EQ(main.Alert().lblSecond.Caption(), std::to_string(left));
+  silent = false;
+  NextReply(kMainsFailed);
+  Ticks(1);
+  EXPECT_EQ(Status(), SecondsLeft(left - 1));
+  Ticks(left - 1);
+  EXPECT_TRUE(Down());
+}
+
+TEST_F(CountdownTest, SilentUpsThenMainsNormalIsOver) {
+  Start({1, 0, 0, 30, 1, 30});
+  NextReply(kMainsFailed);
+  Ticks(10);
+  silent = true;
+  Seconds(60);
+  silent = false;
+  NextReply(kAllWell);
+  Seconds(600);
+  EXPECT_FALSE(Down());
+  EXPECT_FALSE(alert_open);
+  EXPECT_EQ(state.Main.AlertSeconds, 0);
+}
+
+TEST_F(CountdownTest, FaultsAloneNeverTakeTheComputerDown) {
+  for (const char* fault : {kBatteryLowAlone, kUpsFailedAlone}) {
+    SCOPED_TRACE(fault);
+    WatchedComputer computer;
+    computer.Start(kTenMinutes);
+    computer.NextReply(fault);
+    EXPECT_TRUE(computer.Timer2.Enabled());
+    computer.Seconds(3600);
+    EXPECT_FALSE(computer.Down());
+    EXPECT_EQ(computer.state.ShutdownCountdown, 600);
+  }
+  // Unless there is no delay at all.
+  WatchedComputer computer;
+  computer.Start({0, 0, 2, 0, 0, 30});
+  computer.NextReply(kBatteryLowAlone);
+  computer.Seconds(2);
+  EXPECT_TRUE(computer.Down());
+}
+
+TEST_F(CountdownTest, AlertOfAFaultWithMainsNormalClosesItself) {
+  Start({1, 0, 0, 30, 1, 30});
+  NextReply(kBatteryLowAlone);
+  Ticks(1);
+  EXPECT_EQ(alerts, 1);
+  EXPECT_TRUE(alert_open);
+  time.Advance(std::chrono::milliseconds(999));
+  EXPECT_TRUE(alert_open);
+  time.Advance(std::chrono::milliseconds(1));
+  EXPECT_FALSE(alert_open);
+}
+
+TEST_F(CountdownTest, SaveDuringACountSetsItBackButNotThePhase) {
+  Start(kTenMinutes);
+  NextReply(kMainsFailed);
+  Ticks(300);
+  // What a save of the settings dialog leaves.
+  state.ShutdownCountdown = MainsFailureDelay(state);
+  Ticks(1);
+  EXPECT_EQ(Status(), SecondsLeft(599));
+  Ticks(179);
+  EXPECT_EQ(alerts, 0);
+  Ticks(1);
+  EXPECT_EQ(alerts, 1);
+  EXPECT_EQ(Status(), SecondsLeft(419));
+}
+
+TEST_F(CountdownTest, AlertClosedByTheUserReturnsWithItsPeriod) {
+  Start({1, 0, 0, 30, 1, 20});
+  NextReply(kMainsFailed);
+  Ticks(8);
+  EXPECT_TRUE(alert_open);
+  main.Alert().Command1_Click();
+  EXPECT_FALSE(alert_open);
+  Ticks(12);
+  EXPECT_FALSE(alert_open);
+  Ticks(1);
+  EXPECT_TRUE(alert_open);
+  EXPECT_EQ(main.Alert().lblSecond.Caption(), "39");
+}
+
+TEST_F(CountdownTest, AlertFollowsTheCount) {
+  Start({1, 0, 0, 30, 1, 50});
+  NextReply(kMainsFailed);
+  Ticks(1);
+  EXPECT_EQ(main.Alert().lblSecond.Caption(), "59");
+  EXPECT_EQ(main.Alert().lblSecond.ForeColor(), kRed);
+  Ticks(9);
+  const int shown = std::stoi(main.Alert().lblSecond.Caption());
+  EXPECT_LE(shown - state.ShutdownCountdown, 1);
+  EXPECT_GE(shown, state.ShutdownCountdown);
+  Ticks(50);
+  EXPECT_TRUE(Down());
+  EXPECT_FALSE(alert_timer.Enabled());
+}
+
+}  // namespace
+}  // namespace orvane::test
