@@ -25,7 +25,8 @@ FrmMain::FrmMain(State& state, Panel& panel, const Seams& seams)
       link_(state, panel, journals_, seams),
       shutdown_(state, panel, journals_, seams),
       countdown_(state, panel, shutdown_, seams),
-      alert_(state, panel, seams) {}
+      alert_(state, panel, seams),
+      dialler_(state, panel, seams) {}
 
 bool FrmMain::Form_Load() {
   state_.Main = {};
@@ -57,6 +58,7 @@ void FrmMain::Form_Activate() {
 }
 
 void FrmMain::Form_QueryUnload() {
+  dialler_.Stop();
   static_cast<void>(seams_.MSComm1.PortOpen(false));
   static_cast<void>(seams_.MSComm2.PortOpen(false));
   static_cast<void>(journals_.WriteLog(state_.Message(18)));
@@ -111,6 +113,7 @@ void FrmMain::DesignTimers() {
 void FrmMain::AttachTimers() {
   seams_.timers.Timer1.Tick = [this] { link_.Timer1_Timer(); };
   seams_.timers.Timer2.Tick = [this] { countdown_.Timer2_Timer(); };
+  dialler_.Attach();
   seams_.timers.tmrDate.Tick = [this] { tmrDate_Timer(); };
 }
 

@@ -4,6 +4,7 @@
 #include "app/panel.h"
 #include "app/seams.h"
 #include "app/state.h"
+#include "dial/dialler.h"
 #include "link/ups_link.h"
 #include "protect/countdown.h"
 #include "protect/frm_alert.h"
@@ -24,7 +25,7 @@ class FrmMain {
   // The form has become the active window: replies are taken from now on.
   void Form_Activate();
 
-  // Before any unload: closes both ports and logs the end.
+  // Before any unload: ends a running call, closes both ports and logs the end.
   void Form_QueryUnload();
 
   // Unloads the form and shows it anew, as after a change of the UPS port.
@@ -65,6 +66,7 @@ class FrmMain {
   Shutdown shutdown_;
   Countdown countdown_;
   FrmAlert alert_;
+  Dialler dialler_;
 };
 
 }  // namespace orvane
