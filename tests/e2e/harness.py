@@ -3,12 +3,14 @@ private message bus or none, and waits on conditions instead of sleeps."""
 
 import os
 import re
+import select
 import shutil
 import signal
 import subprocess
 import tempfile
 import threading
 import time
+import tty
 import unittest
 from pathlib import Path
 
@@ -195,3 +197,67 @@ class OrvaneTest(unittest.TestCase):
         """Waits until the log holds just these messages, in this order."""
         wait_until(lambda: self.log_messages() == list(messages),
                    f"{messages} in the log, which is {self.log_messages()}")
+
+
+def status(bits="0000", load="035", voltage="230.0"):
+    """A status reply, column by column."""
+    return f"({voltage} 229.0 {voltage} {load} 50.0 2.20 25.0 {bits}0001\r".encode()
+
+
+INFORMATION = b"OV-1000,700,2.1,220,x,8,12,y,zzzzzz\r"
+
+
+class PtyUps:
+    """A UPS played by the test itself: what it answers is the test's to say, to the byte."""
+
+    def __init__(self, link):
+        self.link = Path(link)
+        self.heard = []
+        self.answer = {}
+        self._stop = threading.Event()
+        self.plug()
+
+    def plug(self):
+        self._stop.clear()
+        self.master, self._slave = os.openpty()
+        tty.setraw(self._slave)
+        self.link.unlink(missing_ok=True)
+        self.link.symlink_to(os.ttyname(self._slave))
+        self._thread = threading.Thread(target=self._serve, daemon=True)
+        self._thread.start()
+
+    def unplug(self):
+        self._stop.set()
+        self._thread.join(PATIENCE)
+        self.link.unlink(missing_ok=True)
+        os.close(self.master)
+        os.close(self._slave)
+
+    def send(self, data):
+        os.write(self.master, data)
+
+    def _serve(self):
+        line = b""
+        while not self._stop.is_set():
+            if not select.select([self.master], [], [], 0.02)[0]:
+                continue
+            line += os.read(self.master, 4096)
+            *commands, line = line.split(b"\r")
+            for command in commands:
+                self.heard.append(command.decode())
+                answer = self.answer.get(self.heard[-1])
+                for piece in answer() if callable(answer) else [answer] if answer else []:
+                    self.send(piece)
+
+    def count(self, command):
+        return self.heard.count(command)
+
+    def wait_for(self, command, count=1):
+        wait_until(lambda: self.count(command) >= count, f"{command} x {count} on the wire")
+
+    def next_poll(self, count=1):
+        self.wait_for("Q1", self.count("Q1") + count)
+
+    def close(self):
+        if not self._stop.is_set():
+            self.unplug()
