@@ -1,0 +1,119 @@
+#include "platform/linux/logind.h"
+
+#include <systemd/sd-bus.h>
+
+#include <algorithm>
+#include <array>
+
+#include "platform/linux/bus.h"
+
+namespace orvane {
+namespace {
+
+constexpr BusObject kManager = {"org.freedesktop.login1", "/org/freedesktop/login1",
+                                "org.freedesktop.login1.Manager"};
+
+// Two rounds of this make the five seconds that a hanging bus may cost.
+constexpr std::chrono::milliseconds kRound{2500};
+
+constexpr const char* kYes = "yes";
+constexpr const char* kNotAsked = "not asked";
+
+bool SameWord(std::string_view a, std::string_view b) {
+  const auto lower = [](char c) { return c >= 'A' && c <= 'Z' ? c + ('a' - 'A') : c; };
+  return std::equal(a.begin(), a.end(), b.begin(), b.end(),
+                    [&](char x, char y) { return lower(x) == lower(y); });
+}
+
+// What "no" and its like mean to whoever reads the line.
+std::string InWords(const BusCall& call) {
+  if (!call.Answered()) return call.error.empty() ? "no answer" : call.error;
+  const std::string answer = call.Text();
+  if (answer == "challenge") return "only with a password";
+  if (answer == "na") return "not possible on this computer";
+  return answer.empty() ? "no clear answer" : answer;
+}
+
+Bus::Time Deadline() {
+  return std::chrono::steady_clock::now() + kRound;
+}
+
+}  // namespace
+
+bool ReadShutdownAction(std::string_view text, ShutdownAction& action) {
+  action = ShutdownAction::kHalt;
+  if (text.empty() || SameWord(text, "Halt")) return true;
+  if (SameWord(text, "PowerOff")) {
+    action = ShutdownAction::kPowerOff;
+    return true;
+  }
+  if (SameWord(text, "None")) {
+    action = ShutdownAction::kNone;
+    return true;
+  }
+  return false;
+}
+
+void Logind::EnableShutdownPrivilege() {
+  const End halt = {"Halt", "CanHalt", kNotAsked};
+  const End power_off = {"PowerOff", "CanPowerOff", kNotAsked};
+  ends_[0] = action_ == ShutdownAction::kPowerOff ? power_off : halt;
+  ends_[1] = action_ == ShutdownAction::kPowerOff ? halt : power_off;
+
+  std::string error;
+  const auto bus = Bus::Open(Bus::Which::kSystem, error);
+  if (!bus) {
+    for (End& end : ends_) end.answer = "no system bus: " + error;
+    return;
+  }
+  // Both questions at once: one slow answer costs no more than two.
+  const std::array calls = {bus->Send(kManager, ends_[0].question),
+                            bus->Send(kManager, ends_[1].question)};
+  static_cast<void>(bus->Wait([&] { return calls[0]->done && calls[1]->done; }, Deadline()));
+  for (std::size_t i = 0; i < calls.size(); ++i) ends_[i].answer = InWords(*calls[i]);
+}
+
+bool Logind::ExitWindowsEx() {
+  const auto allowed = [](const End& end) { return end.answer == kYes; };
+  const auto first = std::find_if(std::begin(ends_), std::end(ends_), allowed);
+  if (action_ == ShutdownAction::kNone) {
+    report_(first == std::end(ends_)
+                ? "orvane: the computer could not go down (" + Refusals() +
+                      "); Action=None leaves it running anyway"
+                : std::string("orvane: the computer would now go down (") + first->method +
+                      " is allowed); Action=None leaves it running");
+    return false;
+  }
+  const Bus::Time deadline = Deadline();
+  std::string error;
+  const auto bus = first == std::end(ends_) ? nullptr : Bus::Open(Bus::Which::kSystem, error);
+  for (End& end : ends_) {
+    if (!allowed(end)) continue;
+    if (!bus) {
+      end.answer = "no system bus: " + error;
+      continue;
+    }
+    const auto call = bus->Call(kManager, end.method, deadline, [](sd_bus_message* message) {
+      const int interactive = 0;
+      sd_bus_message_append_basic(message, 'b', &interactive);
+    });
+    if (call->Answered()) return true;
+    end.answer = call->error.empty() ? "no answer" : call->error;
+    // Asked and perhaps heard: the other end must not come on top of it.
+    if (!call->done) break;
+  }
+  report_("orvane: the computer does not go down: " + Refusals());
+  return false;
+}
+
+std::string Logind::Refusals() const {
+  std::string text;
+  for (const End& end : ends_) {
+    if (!end.method) return "logind was not asked";
+    if (!text.empty()) text += "; ";
+    text += std::string(end.method) + ": " + end.answer;
+  }
+  return text;
+}
+
+}  // namespace orvane
