@@ -1,0 +1,71 @@
+#include "schedule/schedule_editor.h"
+
+#include <charconv>
+#include <vector>
+
+#include "platform/profile.h"
+#include "schedule/due_texts.h"
+
+namespace orvane {
+namespace {
+
+// Set for the number 1 and for all that the engine takes for it: its first character alone counts.
+bool IsSet(std::string_view enable) {
+  if (enable.starts_with('1')) return true;
+  int number = 0;
+  const char* end = enable.data() + enable.size();
+  return std::from_chars(enable.data(), end, number).ptr == end && number == 1;
+}
+
+}  // namespace
+
+bool ScheduleEditor::Reads(std::size_t index, std::string_view text) {
+  if (text.find_first_not_of(" \t") == std::string_view::npos) return true;
+  return index < kDate ? ReadTime(text).has_value() : ReadDate(text).has_value();
+}
+
+void ScheduleEditor::Form_Load() {
+  const ScheduleEntries entries = ReadSchedule(seams_.disk, Path(), section_);
+  for (std::size_t i = 0; i < kScheduleEntries; ++i) {
+    Check1[i] = IsSet(entries[i].enable);
+    txtTime[kOn + i] = entries[i].on;
+    txtTime[kOff + i] = entries[i].off;
+    txtTime[kDate + i] = entries[i].date;
+  }
+}
+
+void ScheduleEditor::cmdEnter_Click() {
+  ScheduleEntries entries;
+  for (std::size_t i = 0; i < kScheduleEntries; ++i) {
+    entries[i] = {Check1[i] ? "1" : "0", txtTime[kOn + i], txtTime[kOff + i], txtTime[kDate + i]};
+  }
+  WriteSection(entries);
+  StoreSchedule(section_, entries, state_);
+  seams_.forms.Unload(form_);
+}
+
+void ScheduleEditor::cmdCancel_Click() {
+  seams_.forms.Unload(form_);
+}
+
+std::string ScheduleEditor::Path() const {
+  return SchedulePath(seams_.host.ProgramDirectory());
+}
+
+void ScheduleEditor::WriteSection(const ScheduleEntries& entries) {
+  std::vector<ProfileEntry> keys;
+  const auto add = [&](std::string_view suffix, std::string ScheduleEntry::*text) {
+    for (std::size_t n = 1; n <= kScheduleEntries; ++n) {
+      keys.push_back({ScheduleKey(n, suffix), entries[n - 1].*text});
+    }
+  };
+  add("Enable", &ScheduleEntry::enable);
+  add("On", &ScheduleEntry::on);
+  if (section_.off_slots) add("Off", &ScheduleEntry::off);
+  if (section_.date_slots) add("Date", &ScheduleEntry::date);
+  if (!WritePrivateProfileStrings(seams_.disk, section_.name, keys, Path())) {
+    seams_.host.Report("orvane: the schedule could not be written to " + Path());
+  }
+}
+
+}  // namespace orvane

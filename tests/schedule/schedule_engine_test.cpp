@@ -1,0 +1,193 @@
+#include "schedule/schedule_engine.h"
+
+#include <gtest/gtest.h>
+
+#include <functional>
+
+#include "protect/shutdown.h"
+#include "schedule/schedule_tables.h"
+#include "support/world.h"
+
+namespace orvane::test {
+namespace {
+
+// Friday, 2001-02-16, nine o'clock.
+constexpr LocalTime kFridayNine{2001, 2, 16, 9, 0, 0};
+constexpr std::chrono::minutes kMinute{1};
+
+class ScheduleEngineTest : public testing::Test, public World {
+ protected:
+  ScheduleEngineTest() {
+    MSComm1.PortOpen(true);
+    state.ShutdownCommand = "S.5";
+    Timer3.Tick = [this] { engine.Timer3_Timer(); };
+    Timer3.Interval(5000);
+    Timer3.Enabled(true);
+    time.SetWall(kFridayNine);
+  }
+
+  void Entry(const ScheduleSection& section, std::size_t n, const ScheduleEntry& entry) {
+    entries[section.slots / 7][n - 1] = entry;
+    StoreSchedule(section, entries[section.slots / 7], state);
+  }
+
+  std::size_t Lines(const std::string& message) const {
+    const std::string log = Log();
+    std::size_t count = 0;
+    for (std::size_t at = 0; (at = log.find(' ' + message + '"', at)) != std::string::npos; ++at) {
+      ++count;
+    }
+    return count;
+  }
+
+  // One tick at `now`; what went out on the wire.
+  std::string TickAt(const LocalTime& now) {
+    MSComm1.sent.clear();
+    time.SetWall(now);
+    engine.Timer3_Timer();
+    return MSComm1.Wire();
+  }
+
+  std::array<ScheduleEntries, 3> entries;
+  Shutdown shutdown{state, panel, journals, seams};
+  ScheduleEngine engine{state, journals, shutdown, seams};
+};
+
+TEST_F(ScheduleEngineTest, EachPassMatchesItsOwnDayAndMinute) {
+  struct Case {
+    const char* name;
+    ScheduleSection section;
+    std::size_t entry;
+    ScheduleEntry texts;
+    LocalTime now;
+    const char* wire;
+  };
+  const ScheduleEntry at830{"1", "08:30", "18:00", "2001-5-1"};
+  const LocalTime tuesday830{2001, 5, 1, 8, 30, 0};
+  const Case cases[] = {
+      {"week, first second", kWeekly, 2, at830, tuesday830, "C\r"},
+      {"week, last second", kWeekly, 2, at830, {2001, 5, 1, 8, 30, 59}, "C\r"},
+      {"week, before", kWeekly, 2, at830, {2001, 5, 1, 8, 29, 59}, ""},
+      {"week, after", kWeekly, 2, at830, {2001, 5, 1, 8, 31, 0}, ""},
+      {"week, evening", kWeekly, 2, at830, {2001, 5, 1, 20, 30, 0}, ""},
+      {"week, the day before", kWeekly, 2, at830, {2001, 4, 30, 8, 30, 0}, ""},
+      {"week, a year later", kWeekly, 3, at830, {2002, 5, 1, 8, 30, 0}, "C\r"},
+      {"Monday is the first", kWeekly, 1, at830, {2001, 4, 30, 8, 30, 0}, "C\r"},
+      {"Sunday is the seventh", kWeekly, 7, at830, {2001, 5, 6, 8, 30, 0}, "C\r"},
+      {"week, off the schedule", kWeekly, 2, {"0", "8:30", "", ""}, tuesday830, ""},
+      {"week, blank enable", kWeekly, 2, {"", "8:30", "", ""}, tuesday830, ""},
+      {"week, enable of two characters", kWeekly, 2, {"10", "8:30", "", ""}, tuesday830, "C\r"},
+      {"week, no time", kWeekly, 2, {"1", "", "", ""}, tuesday830, ""},
+      {"week, unreadable time", kWeekly, 2, {"1", "8:60", "25:00", ""}, tuesday830, ""},
+      {"week, 12-hour clock", kWeekly, 2, {"1", "8:30 PM", "", ""}, {2001, 5, 1, 20, 30, 9}, "C\r"},
+      {"special day", kSpecialDays, 7, at830, tuesday830, "C\r"},
+      {"special day, another year", kSpecialDays, 7, at830, {2002, 5, 1, 8, 30, 0}, ""},
+      {"special day, another day", kSpecialDays, 7, at830, {2001, 5, 2, 8, 30, 0}, ""},
+      {"special day, no date", kSpecialDays, 1, {"1", "8:30", "", ""}, tuesday830, ""},
+      {"special day, no such date",
+       kSpecialDays,
+       1,
+       {"1", "8:30", "", "2001-02-30"},
+       tuesday830,
+       ""},
+      {"special day, not in use", kSpecialDays, 1, {"0", "8:30", "", "2001-05-01"}, tuesday830, ""},
+      {"self-test", kSelfTests, 1, at830, tuesday830, "TL\r"},
+      {"self-test, the last", kSelfTests, 7, at830, tuesday830, "TL\r"},
+      {"self-test, another year", kSelfTests, 1, at830, {2002, 5, 1, 8, 30, 0}, ""},
+      {"self-test, no switch-off", kSelfTests, 1, at830, {2001, 5, 1, 18, 0, 0}, ""},
+      {"self-test, not in use", kSelfTests, 1, {"0", "8:30", "", "2001-05-01"}, tuesday830, ""},
+  };
+  for (const Case& row : cases) {
+    SCOPED_TRACE(row.name);
+    for (const ScheduleSection& section : {kWeekly, kSpecialDays, kSelfTests}) {
+      entries[section.slots / 7] = {};
+      StoreSchedule(section, {}, state);
+    }
+    Entry(row.section, row.entry, row.texts);
+    EXPECT_EQ(TickAt(row.now), row.wire);
+  }
+}
+
+TEST_F(ScheduleEngineTest, DueMinuteActsOnEachOfItsTicks) {
+  Entry(kWeekly, 5, {"1", "9:01", "", ""});
+  Entry(kSelfTests, 3, {"1", "9:01", "", "2001-02-16"});
+  Entry(kSelfTests, 4, {"1", "9:01", "", "2001-02-16"});
+  time.Advance(kMinute * 5);
+  std::string wire;
+  for (int tick = 0; tick < 12; ++tick) wire += "TL\rC\r";
+  EXPECT_EQ(MSComm1.Wire(), wire);
+  EXPECT_EQ(Lines("It's time startup ups"), 12u);
+  EXPECT_EQ(DateRec(), "");
+}
+
+TEST_F(ScheduleEngineTest, SwitchOffGoesTheRoadDownOnce) {
+  Entry(kWeekly, 5, {"1", "", "9:01", ""});
+  time.Advance(kMinute * 10);
+  EXPECT_EQ(MSComm1.Wire(), "S.5\r");
+  EXPECT_EQ(Log(), "\"\n2001-02-16 9:01:00 It's time shutdown ups\"\r\n");
+  EXPECT_EQ(DateRec(), "\"\n2001-02-16 09 0\"\r\n");
+  EXPECT_FALSE(Timer3.Enabled());
+  EXPECT_EQ(events, (Events{"Hide frmMain", "RunHidden /prog/exit.exe 40000",
+                            "EnableShutdownPrivilege", "ExitWindowsEx 1 0"}));
+}
+
+TEST_F(ScheduleEngineTest, AllThreeActInOrderOnOneTick) {
+  state.ResBase = 1000;
+  state.ShutdownCommand = "S03";
+  Entry(kWeekly, 5, {"1", "", "9:00", ""});
+  Entry(kSpecialDays, 1, {"1", "9:00", "", "2001/2/16"});
+  Entry(kSelfTests, 1, {"1", "9:00", "", "2001-02-16"});
+  std::vector<std::string> order;
+  MSComm1.OnSent = [&](const std::string& text) {
+    order.push_back(text + (Lines("定时开机的时间到了") ? " on" : "") +
+                    (Lines("定时关机的时间到了") ? " off" : ""));
+  };
+  engine.Timer3_Timer();
+  EXPECT_EQ(order, (std::vector<std::string>{"TL\r", "C\r on", "S03\r on off"}));
+}
+
+TEST_F(ScheduleEngineTest, SpecialDayDoesNotReplaceTheWeek) {
+  Entry(kWeekly, 5, {"1", "9:00", "", ""});
+  Entry(kSpecialDays, 1, {"1", "10:00", "", "2001-02-16"});
+  EXPECT_EQ(TickAt(kFridayNine), "C\r");
+  EXPECT_EQ(TickAt({2001, 2, 16, 10, 0, 0}), "C\r");
+}
+
+TEST_F(ScheduleEngineTest, ClosedPortAndFullDiskStopNothing) {
+  MSComm1.PortOpen(false);
+  Entry(kSelfTests, 1, {"1", "9:00", "", "2001-02-16"});
+  Entry(kWeekly, 5, {"1", "9:00", "", ""});
+  EXPECT_EQ(TickAt(kFridayNine), "");
+  EXPECT_EQ(Lines("It's time startup ups"), 1u);
+  EXPECT_EQ(host.reports.size(), 2u);
+
+  disk.refuse_writes = true;
+  Entry(kWeekly, 5, {"1", "9:00", "9:00", ""});
+  MSComm1.PortOpen(true);
+  EXPECT_EQ(TickAt(kFridayNine), "TL\rC\rS.5\r");
+  EXPECT_EQ(events.back(), "ExitWindowsEx 1 0");
+}
+
+TEST_F(ScheduleEngineTest, OnlyTheClockOnTheWallCounts) {
+  Entry(kWeekly, 5, {"1", "9:30", "", ""});
+  time.Advance(std::chrono::seconds(2));
+  // Put forward over the minute: it is lost. Put back: it acts again.
+  time.SetWall({2001, 2, 16, 9, 31, 0});
+  time.Advance(kMinute);
+  EXPECT_EQ(MSComm1.Wire(), "");
+  for (int turn = 1; turn <= 2; ++turn) {
+    time.SetWall({2001, 2, 16, 9, 29, 58});
+    time.Advance(kMinute * 2);
+    EXPECT_EQ(MSComm1.sent.size(), 12u * static_cast<std::size_t>(turn));
+  }
+}
+
+TEST_F(ScheduleEngineTest, TwoWeeksKeepTheirWeekdays) {
+  Entry(kWeekly, 1, {"1", "8:00", "", ""});
+  Entry(kWeekly, 7, {"1", "0:00", "", ""});
+  time.Advance(std::chrono::hours(24) * 14);
+  EXPECT_EQ(MSComm1.sent.size(), 4u * 12u);
+}
+
+}  // namespace
+}  // namespace orvane::test
