@@ -26,7 +26,8 @@ FrmMain::FrmMain(State& state, Panel& panel, const Seams& seams)
       shutdown_(state, panel, journals_, seams),
       countdown_(state, panel, shutdown_, seams),
       alert_(state, panel, seams),
-      dialler_(state, panel, seams) {}
+      dialler_(state, panel, seams),
+      schedule_(state, journals_, shutdown_, seams) {}
 
 bool FrmMain::Form_Load() {
   state_.Main = {};
@@ -43,7 +44,7 @@ bool FrmMain::Form_Load() {
   seams_.timers.TimerDial.Interval(kDialDelay);
   seams_.MSComm1.RThreshold(0);
   CaptureNeedles(panel_, state_.Main);
-  LoadSettings(seams_.disk, SettingsPath(), state_);
+  if (!file_is_old_) LoadSettings(seams_.disk, SettingsPath(), state_);
   state_.ResBase = DeriveResBase(state_);
   SetCaptions(state_, panel_);
   static_cast<void>(journals_.WriteLog(state_.Message(11)));
@@ -67,6 +68,11 @@ void FrmMain::Form_QueryUnload() {
 void FrmMain::Reload() {
   seams_.forms.Unload(Form::frmMain);
   seams_.forms.Show(Form::frmMain);
+}
+
+bool FrmMain::SaveSettings() {
+  file_is_old_ = !orvane::SaveSettings(seams_.disk, SettingsPath(), state_);
+  return !file_is_old_;
 }
 
 void FrmMain::mnuOnOrOffBeep_Click() {
@@ -113,6 +119,7 @@ void FrmMain::DesignTimers() {
 void FrmMain::AttachTimers() {
   seams_.timers.Timer1.Tick = [this] { link_.Timer1_Timer(); };
   seams_.timers.Timer2.Tick = [this] { countdown_.Timer2_Timer(); };
+  seams_.timers.Timer3.Tick = [this] { schedule_.Timer3_Timer(); };
   dialler_.Attach();
   seams_.timers.tmrDate.Tick = [this] { tmrDate_Timer(); };
 }

@@ -10,6 +10,7 @@
 #include "protect/frm_alert.h"
 #include "protect/shutdown.h"
 #include "records/journals.h"
+#include "schedule/schedule_engine.h"
 
 namespace orvane {
 
@@ -30,6 +31,10 @@ class FrmMain {
 
   // Unloads the form and shows it anew, as after a change of the UPS port.
   void Reload();
+
+  // Writes the settings to their file. False when that failed: the file is then older than the
+  // settings in memory, and loads of the form keep the latter until a save succeeds.
+  bool SaveSettings();
 
   void mnuSetup_Click() { seams_.forms.Show(Form::frmSetup); }
   void mnuOnOrOffBeep_Click();
@@ -67,6 +72,8 @@ class FrmMain {
   Countdown countdown_;
   FrmAlert alert_;
   Dialler dialler_;
+  ScheduleEngine schedule_;
+  bool file_is_old_ = false;  // the last save of the settings failed
 };
 
 }  // namespace orvane
