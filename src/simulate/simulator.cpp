@@ -2,6 +2,7 @@
 
 #include <poll.h>
 #include <signal.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -69,6 +70,13 @@ void PrintText(std::string_view text) {
   if (poll(&output, 1, 0) == 1 && (output.revents & POLLOUT)) {
     (void)!write(STDOUT_FILENO, text.data(), text.size());
   }
+}
+
+// A terminal, pipe or socket. A file or /dev/null is just read to its end.
+bool SomebodyHolds(int input) {
+  struct stat status {};
+  if (fstat(input, &status) != 0) return false;
+  return S_ISFIFO(status.st_mode) || S_ISSOCK(status.st_mode) || isatty(input);
 }
 
 // What cannot be seen is written as \xNN.
@@ -203,8 +211,7 @@ class Simulator {
       reader_.Put("\n");  // the last line may lack its end
     }
     while (const auto order = reader_.Take()) Give(*order);
-    // Without a script nobody is left to give orders.
-    if (input_ < 0 && options_.script.empty()) quit_ = true;
+    if (input_ < 0 && ends_with_input_) quit_ = true;
   }
 
   void Print(char mark, std::string_view text) {
@@ -229,6 +236,9 @@ class Simulator {
   std::chrono::steady_clock::time_point start_;
   Moment now_{0};
   int input_ = STDIN_FILENO;  // -1 from its end on
+  // Without a script, whoever holds the other end of the input keeps the simulator alive: a test
+  // that was killed leaves none behind.
+  bool ends_with_input_ = options_.script.empty() && SomebodyHolds(STDIN_FILENO);
   bool quit_ = false;
 };
 
@@ -246,7 +256,8 @@ void PrintHelp(const SimulatorKind& kind, const OrderTable& orders) {
       "  12.345 = mains off  an order was given\n"
       "  12.345 * text       something happened by itself\n\n"
       "Orders, one a line, on standard input and in the script:\n%s\n"
-      "The end of standard input ends the simulator, unless there is a script.\n",
+      "The end of a pipe or terminal that gives the orders ends the simulator, unless there is a\n"
+      "script.\n",
       program.c_str(), std::string(kind.about).c_str(), orders.Help().c_str());
 }
 

@@ -1,0 +1,115 @@
+// Orvane: watches an uninterruptible power supply and protects the computer that hangs on it.
+#include <fcntl.h>
+#include <signal.h>
+#include <unistd.h>
+
+#include <QApplication>
+#include <chrono>
+#include <cstdlib>
+
+#include "frame/frm_main.h"
+#include "platform/linux/linux_clock.h"
+#include "platform/linux/linux_disk.h"
+#include "platform/linux/linux_host.h"
+#include "platform/linux/port_map.h"
+#include "platform/qt/end_signals.h"
+#include "platform/qt/qt_dialogs.h"
+#include "platform/qt/qt_serial_port.h"
+#include "platform/qt/qt_timer.h"
+#include "ui/main_window.h"
+#include "ui/windows.h"
+
+namespace orvane {
+namespace {
+
+using std::chrono::milliseconds;
+
+// A reply of the UPS takes a fifth of a second at 2400 baud; the modem's answers are short.
+constexpr milliseconds kUpsGather{250};
+constexpr milliseconds kModemGather{0};
+
+// What lies outside the program, for real.
+struct Outside {
+  LinuxClock clock;
+  LinuxDisk disk;
+  std::string program_directory = ProgramDirectoryFor(ExecutableDirectory());
+  PlatformSettings settings = LoadPlatformSettings(disk, program_directory);
+  LinuxHost host{program_directory, settings, [] { QApplication::beep(); }};
+  PortMap ports{settings.ports};
+  QtSerialPort MSComm1{[this](int number) { return ports.DeviceOf(number); }, kUpsGather};
+  QtSerialPort MSComm2{[this](int number) { return ports.DeviceOf(number); }, kModemGather};
+  QtTimer Timer1, Timer2, Timer3, TimerDial, tmrDate, alert_timer, dial_pass;
+  QtDialogs dialogs;
+  Windows windows;
+  Seams seams{{Timer1, Timer2, Timer3, TimerDial, tmrDate},
+              alert_timer,
+              dial_pass,
+              MSComm1,
+              MSComm2,
+              clock,
+              disk,
+              host,
+              dialogs,
+              windows};
+};
+
+// The windows of a program that is being ended behind its back: the display goes away.
+Windows* windows_at_exit = nullptr;
+
+// Descriptors 0 to 2 are never a port or a file of ours, whoever closed them before the start.
+void OccupyStandardDescriptors() {
+  int descriptor = 0;
+  do {
+    descriptor = open("/dev/null", O_RDWR);
+  } while (descriptor >= 0 && descriptor <= STDERR_FILENO);
+  if (descriptor >= 0) close(descriptor);
+}
+
+int Main(int argc, char** argv) {
+  OccupyStandardDescriptors();
+  signal(SIGPIPE, SIG_IGN);
+  // Nothing here is drawn by way of OpenGL, and its libraries take their time.
+  setenv("QT_XCB_GL_INTEGRATION", "none", 0);
+  QApplication::setAttribute(Qt::AA_DontUseNativeMenuBar);
+  QApplication application(argc, argv);
+  QApplication::setApplicationName("Orvane");
+  QApplication::setDesktopFileName("orvane");
+  QApplication::setQuitOnLastWindowClosed(false);
+
+  Outside outside;
+  if (!outside.settings.unknown_action.empty()) {
+    ReportLine("orvane: platform.ini names no known action (" + outside.settings.unknown_action +
+               "); a shutdown halts the computer");
+  }
+  Windows& windows = outside.windows;
+  State state;
+  Panel panel;
+  FrmMain frm_main(state, panel, outside.seams);
+  MainWindow main_window(state, panel, frm_main);
+  windows.MakeMain(main_window,
+                   {[&] { return frm_main.Form_Load(); }, [&] { frm_main.Form_Activate(); },
+                    [&] { frm_main.Form_QueryUnload(); }});
+
+  const EndSignals end_signals([&] { windows.End(); });
+  QObject::connect(&application, &QApplication::aboutToQuit, [&] { windows.UnloadMain(); });
+  windows_at_exit = &windows;
+  std::atexit([] {
+    if (windows_at_exit) windows_at_exit->UnloadMain();
+  });
+
+  windows.Show(Form::frmSplash);
+  windows.DoEvents();
+  const bool loaded = windows.LoadMain();
+  windows.Unload(Form::frmSplash);
+  if (loaded) windows.Show(Form::frmMain);
+  if (!windows.Ended()) QApplication::exec();
+  windows_at_exit = nullptr;
+  return 0;
+}
+
+}  // namespace
+}  // namespace orvane
+
+int main(int argc, char** argv) {
+  return orvane::Main(argc, argv);
+}

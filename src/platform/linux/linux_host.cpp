@@ -1,0 +1,90 @@
+#include "platform/linux/linux_host.h"
+
+#include <fcntl.h>
+#include <pwd.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdlib>
+#include <utility>
+
+#include "platform/linux/run_hidden.h"
+
+namespace orvane {
+namespace {
+
+// Root may write here too, but files of a user have no place here.
+constexpr std::string_view kSystemTree = "/usr/";
+
+bool MayWriteIn(const std::string& directory) {
+  return faccessat(AT_FDCWD, directory.c_str(), W_OK | X_OK, AT_EACCESS) == 0;
+}
+
+std::string HomeDirectory() {
+  if (const char* home = std::getenv("HOME"); home && *home == '/') return home;
+  const passwd* user = getpwuid(getuid());
+  return user && user->pw_dir ? user->pw_dir : "";
+}
+
+void MakeDirectories(const std::string& path) {
+  for (std::size_t slash = path.find('/', 1); slash != std::string::npos;
+       slash = path.find('/', slash + 1)) {
+    mkdir(path.substr(0, slash).c_str(), 0700);
+  }
+  mkdir(path.c_str(), 0700);
+}
+
+}  // namespace
+
+std::string ExecutableDirectory() {
+  char path[4096];
+  const ssize_t size = readlink("/proc/self/exe", path, sizeof path);
+  if (size <= 0) return ".";
+  const std::string_view text(path, static_cast<std::size_t>(size));
+  return std::string(text.substr(0, std::max<std::size_t>(text.rfind('/'), 1)));
+}
+
+std::string ProgramDirectoryFor(const std::string& executable_directory) {
+  const bool system = (executable_directory + '/').starts_with(kSystemTree);
+  if (!system && MayWriteIn(executable_directory)) return executable_directory;
+  const char* data = std::getenv("XDG_DATA_HOME");
+  std::string directory = data && *data == '/' ? data : HomeDirectory() + "/.local/share";
+  while (directory.size() > 1 && directory.back() == '/') directory.pop_back();
+  directory += "/orvane";
+  MakeDirectories(directory);
+  return directory;
+}
+
+void ReportLine(const std::string& line) {
+  std::string text = line;
+  std::replace(text.begin(), text.end(), '\n', ' ');
+  text += '\n';
+  [[maybe_unused]] const ssize_t written = write(STDERR_FILENO, text.data(), text.size());
+}
+
+LinuxHost::LinuxHost(std::string program_directory, const PlatformSettings& settings,
+                     std::function<void()> beep)
+    : program_directory_(std::move(program_directory)),
+      windows_directory_(settings.windows_directory),
+      logind_(settings.action, ReportLine),
+      beep_(std::move(beep)) {}
+
+bool LinuxHost::PrevInstance() {
+  if (lock_) return false;
+  const std::string path = program_directory_ + "/orvane.lock";
+  File file(open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, 0666));
+  // Another user's lock file can be held without being written.
+  if (!file) file = File(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW));
+  if (!file) return false;
+  if (flock(file.Get(), LOCK_EX | LOCK_NB) != 0) return errno == EWOULDBLOCK;
+  lock_ = std::move(file);
+  return false;
+}
+
+RunOutcome LinuxHost::RunHidden(const std::string& path, std::chrono::milliseconds limit) {
+  return orvane::RunHidden(path, limit);
+}
+
+}  // namespace orvane

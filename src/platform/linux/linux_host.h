@@ -1,0 +1,47 @@
+// The operating system as the program needs it.
+#pragma once
+
+#include <functional>
+
+#include "platform/host.h"
+#include "platform/linux/file.h"
+#include "platform/linux/platform_settings.h"
+
+namespace orvane {
+
+// Directory of the running executable, without a slash at the end.
+std::string ExecutableDirectory();
+
+// Where a program whose executable lies in `executable_directory` keeps its files: there, when the
+// user may write there and it is no directory of the system's; else `orvane` in the user's data
+// directory, which is made if need be.
+std::string ProgramDirectoryFor(const std::string& executable_directory);
+
+// One line on standard error; line ends inside become blanks.
+void ReportLine(const std::string& line);
+
+class LinuxHost : public Host {
+ public:
+  // `beep` sounds the beep of the desktop.
+  LinuxHost(std::string program_directory, const PlatformSettings& settings,
+            std::function<void()> beep);
+
+  std::string ProgramDirectory() const override { return program_directory_; }
+  std::string WindowsDirectory() const override { return windows_directory_; }
+  std::string CompanionPath() const override { return ExecutableDirectory() + "/exit.exe"; }
+  bool PrevInstance() override;
+  RunOutcome RunHidden(const std::string& path, std::chrono::milliseconds limit) override;
+  void EnableShutdownPrivilege() override { logind_.EnableShutdownPrivilege(); }
+  bool ExitWindowsEx(unsigned, unsigned) override { return logind_.ExitWindowsEx(); }
+  void Beep() override { beep_(); }
+  void Report(const std::string& line) override { ReportLine(line); }
+
+ private:
+  const std::string program_directory_;
+  const std::string windows_directory_;
+  Logind logind_;
+  const std::function<void()> beep_;
+  File lock_;  // held while this process lives
+};
+
+}  // namespace orvane

@@ -1,0 +1,27 @@
+// `platform.ini` in the program's directory: what only this platform needs to be told. The file and
+// every key in it may be missing.
+#pragma once
+
+#include <array>
+#include <string>
+
+#include "platform/disk.h"
+#include "platform/linux/logind.h"
+
+namespace orvane {
+
+struct PlatformSettings {
+  // [Ports] COM1 to COM4: device paths by port number less 1. Empty: not named.
+  std::array<std::string, 4> ports;
+  // [Shutdown] Action.
+  ShutdownAction action = ShutdownAction::kHalt;
+  // What stands there, where it is no action's name; empty otherwise.
+  std::string unknown_action;
+  // [Directories] Windows, without a slash at the end: as it stands if absolute, else below the
+  // program's directory; not given: the program's directory.
+  std::string windows_directory;
+};
+
+PlatformSettings LoadPlatformSettings(const Disk& disk, const std::string& program_directory);
+
+}  // namespace orvane

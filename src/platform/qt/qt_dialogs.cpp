@@ -1,0 +1,50 @@
+#include "platform/qt/qt_dialogs.h"
+
+#include <QApplication>
+#include <QWindow>
+
+namespace orvane {
+namespace {
+
+QString Text(std::string_view text) {
+  return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
+}
+
+}  // namespace
+
+// The box has no parent widget, since that might be unloaded while the box stands; the window
+// manager keeps it above the active window all the same.
+int QtDialogs::Show(QMessageBox::Icon icon, std::string_view text, std::string_view title,
+                    QMessageBox::StandardButtons buttons, QMessageBox::StandardButton by_default) {
+  QMessageBox box(icon, Text(title), Text(text), buttons);
+  box.setTextFormat(Qt::PlainText);
+  box.setDefaultButton(by_default);
+  box.setWindowModality(Qt::ApplicationModal);
+  if (const QWidget* owner = QApplication::activeWindow()) {
+    box.winId();
+    box.windowHandle()->setTransientParent(owner->windowHandle());
+  }
+  open_.push_back(&box);
+  const int answer = box.exec();
+  std::erase(open_, &box);
+  return answer;
+}
+
+void QtDialogs::Exclamation(std::string_view text, std::string_view title) {
+  Show(QMessageBox::Warning, text, title, QMessageBox::Ok, QMessageBox::Ok);
+}
+
+void QtDialogs::Plain(std::string_view text, std::string_view title) {
+  Show(QMessageBox::NoIcon, text, title, QMessageBox::Ok, QMessageBox::Ok);
+}
+
+bool QtDialogs::Ask(std::string_view text, std::string_view title) {
+  return Show(QMessageBox::Question, text, title, QMessageBox::Yes | QMessageBox::No,
+              QMessageBox::No) == QMessageBox::Yes;
+}
+
+void QtDialogs::Dismiss() {
+  for (auto box = open_.rbegin(); box != open_.rend(); ++box) (*box)->reject();
+}
+
+}  // namespace orvane

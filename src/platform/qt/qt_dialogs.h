@@ -1,0 +1,25 @@
+// The message boxes on the screen. They block the program's windows, not its timers and ports.
+#pragma once
+
+#include <QMessageBox>
+#include <vector>
+
+#include "platform/dialogs.h"
+
+namespace orvane {
+
+class QtDialogs : public Dialogs {
+ public:
+  void Exclamation(std::string_view text, std::string_view title) override;
+  void Plain(std::string_view text, std::string_view title) override;
+  bool Ask(std::string_view text, std::string_view title) override;
+  void Dismiss() override;
+
+ private:
+  int Show(QMessageBox::Icon icon, std::string_view text, std::string_view title,
+           QMessageBox::StandardButtons buttons, QMessageBox::StandardButton by_default);
+
+  std::vector<QMessageBox*> open_;  // the later ones stand in front
+};
+
+}  // namespace orvane

@@ -1,0 +1,193 @@
+#include "ui/windows.h"
+
+#include <QAbstractEventDispatcher>
+#include <QApplication>
+#include <QEvent>
+#include <QScreen>
+#include <QThread>
+#include <QWidget>
+#include <QWindow>
+#include <utility>
+
+namespace orvane {
+namespace {
+
+// A box that stands open answers as if it had been closed by the user.
+void CloseBoxes() {
+  while (QWidget* box = QApplication::activeModalWidget()) {
+    box->close();
+    if (QApplication::activeModalWidget() == box) break;
+  }
+}
+
+void Raise(QWidget& window) {
+  window.setWindowState(window.windowState() & ~Qt::WindowMinimized);
+  window.show();
+  window.raise();
+  window.activateWindow();
+}
+
+}  // namespace
+
+void CenterForm(QWidget& window) {
+  window.adjustSize();
+  const QRect screen = window.screen()->availableGeometry();
+  window.move(screen.left() + (screen.width() - window.width()) / 2,
+              screen.top() + (screen.height() - window.height()) / 2);
+}
+
+Windows::~Windows() {
+  for (const auto& [form, window] : open_) delete window;
+  for (const QPointer<QWidget>& window : dropped_) delete window.data();
+}
+
+void Windows::Make(Form form, std::function<QWidget*()> maker) {
+  makers_[form] = std::move(maker);
+}
+
+void Windows::MakeMain(QWidget& window, MainEvents events) {
+  main_ = &window;
+  events_ = std::move(events);
+  window.installEventFilter(this);
+}
+
+bool Windows::LoadMain() {
+  if (main_state_ != MainState::kUnloaded) return true;
+  if (ending_) return false;
+  main_state_ = MainState::kLoading;
+  CenterForm(*main_);
+  const bool loaded = events_.Form_Load();
+  main_state_ = loaded ? MainState::kLoaded : MainState::kUnloaded;
+  if (loaded && !ending_) return true;
+  UnloadMain();
+  Finish();
+  return false;
+}
+
+void Windows::End() {
+  ending_ = true;
+  CloseBoxes();
+  UnloadMainAndEnd();
+}
+
+void Windows::UnloadMain() {
+  if (std::exchange(main_state_, MainState::kUnloaded) == MainState::kLoaded) {
+    events_.Form_QueryUnload();
+  }
+}
+
+QWidget* Windows::Window(Form form) const {
+  if (form == Form::frmMain) return main_state_ == MainState::kLoaded ? main_ : nullptr;
+  const auto window = open_.find(form);
+  return window == open_.end() ? nullptr : window->second;
+}
+
+void Windows::Show(Form form) {
+  if (ending_) return;
+  if (form == Form::frmMain) {
+    ShowMain();
+  } else if (QWidget* window = Open(form)) {
+    Raise(*window);
+  }
+}
+
+void Windows::Hide(Form form) {
+  if (QWidget* window = Window(form)) window->hide();
+}
+
+void Windows::Unload(Form form) {
+  if (form == Form::frmMain) {
+    UnloadMainAndEnd();
+  } else if (QWidget* window = Window(form)) {
+    window->close();
+    // A window that never came to the screen hears nothing of it.
+    if (Window(form)) Drop(form);
+  }
+}
+
+void Windows::DoEvents() {
+  QCoreApplication::processEvents();
+}
+
+bool Windows::eventFilter(QObject* watched, QEvent* event) {
+  if (watched == main_) {
+    if (event->type() == QEvent::WindowActivate) Activate();
+    if (event->type() == QEvent::Close) UnloadMainAndEnd();
+  } else if (event->type() == QEvent::Close) {
+    for (const auto& [form, window] : open_) {
+      if (window != watched) continue;
+      Drop(form);
+      break;
+    }
+  }
+  return false;
+}
+
+void Windows::ShowMain() {
+  if (!LoadMain()) return;
+  Raise(*main_);
+  QMetaObject::invokeMethod(
+      this, [this] { Activate(); }, Qt::QueuedConnection);
+}
+
+void Windows::UnloadMainAndEnd() {
+  if (main_state_ == MainState::kLoading) {
+    // The load itself sees to the rest, at its end.
+    ending_ = true;
+    return;
+  }
+  UnloadMain();
+  QMetaObject::invokeMethod(
+      this,
+      [this] {
+        if (main_state_ == MainState::kUnloaded) Finish();
+      },
+      Qt::QueuedConnection);
+}
+
+void Windows::Finish() {
+  if (std::exchange(ended_, true)) return;
+  ending_ = true;
+  CloseBoxes();
+  while (!open_.empty()) Unload(open_.begin()->first);
+  main_->hide();
+  QCoreApplication::quit();
+}
+
+void Windows::Activate() {
+  if (main_state_ == MainState::kLoaded) events_.Form_Activate();
+}
+
+QWidget* Windows::Open(Form form) {
+  if (QWidget* window = Window(form)) return window;
+  const auto maker = makers_.find(form);
+  if (maker == makers_.end()) return nullptr;
+  QWidget* window = maker->second();
+  open_[form] = window;
+  window->installEventFilter(this);
+  if (main_ && main_->isVisible()) {
+    window->winId();
+    window->windowHandle()->setTransientParent(main_->windowHandle());
+  }
+  return window;
+}
+
+// Deleting waits until nothing of the window can be on the stack: its handler may stand in the
+// event loop of a box.
+void Windows::Drop(Form form) {
+  const auto window = open_.find(form);
+  window->second->removeEventFilter(this);
+  dropped_.emplace_back(window->second);
+  open_.erase(window);
+  connect(QThread::currentThread()->eventDispatcher(), &QAbstractEventDispatcher::aboutToBlock,
+          this, &Windows::DeleteDropped, Qt::UniqueConnection);
+}
+
+void Windows::DeleteDropped() {
+  if (QThread::currentThread()->loopLevel() > 1) return;
+  disconnect(QThread::currentThread()->eventDispatcher(), &QAbstractEventDispatcher::aboutToBlock,
+             this, &Windows::DeleteDropped);
+  for (const QPointer<QWidget>& window : std::exchange(dropped_, {})) delete window.data();
+}
+
+}  // namespace orvane

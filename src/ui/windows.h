@@ -1,0 +1,91 @@
+// The windows of the program by name: made when they are first asked for, shown beside each other,
+// gone with their unload.
+#pragma once
+
+#include <QObject>
+#include <QPointer>
+#include <functional>
+#include <map>
+#include <vector>
+
+#include "platform/forms.h"
+
+class QWidget;
+
+namespace orvane {
+
+// Puts a window that is not shown yet in the middle of the screen.
+void CenterForm(QWidget& window);
+
+class Windows : public QObject, public Forms {
+ public:
+  // What frmMain does when the form system calls on it.
+  struct MainEvents {
+    std::function<bool()> Form_Load;  // false: the program has to end at once
+    std::function<void()> Form_Activate;
+    std::function<void()> Form_QueryUnload;
+  };
+
+  Windows() = default;
+  ~Windows() override;
+
+  // `maker` makes the window of `form`, each time anew; it is this object that deletes it. A window
+  // has no parent: it is kept above the main window by this object. A form without a maker does
+  // nothing when it is shown.
+  void Make(Form form, std::function<QWidget*()> maker);
+
+  // The main window, which lives longer than this object and stands through a reload of frmMain.
+  void MakeMain(QWidget& window, MainEvents events);
+
+  // Loads frmMain without showing it. False when the program has to end instead.
+  bool LoadMain();
+
+  // What Unload(frmMain) does, by whatever road the program is made to end, also in the middle of
+  // its load: the open boxes are closed with their quiet answer, frmMain is unloaded once and all
+  // windows go. Nothing is shown any more after this.
+  void End();
+
+  // The end has been decided: there is no need to enter the event loop.
+  bool Ended() const { return ended_; }
+
+  // Runs Form_QueryUnload if frmMain is still loaded, and nothing else: the last resort of a
+  // program that is being ended without its event loop.
+  void UnloadMain();
+
+  // The window of a form that is open; null otherwise.
+  QWidget* Window(Form form) const;
+
+  // Forms. Show(frmMain) loads it if need be and has Form_Activate run when the handler is over,
+  // also where no window manager makes the window active.
+  void Show(Form form) override;
+  void Hide(Form form) override;
+  void Unload(Form form) override;
+  void DoEvents() override;
+
+ protected:
+  // A closing by the user is an unload; an activation of the main window is told to frmMain.
+  bool eventFilter(QObject* watched, QEvent* event) override;
+
+ private:
+  enum class MainState { kUnloaded, kLoading, kLoaded };
+
+  void ShowMain();
+  void UnloadMainAndEnd();
+  void Finish();
+  void Activate();
+  QWidget* Open(Form form);
+  void Drop(Form form);
+  void DeleteDropped();
+
+  QWidget* main_ = nullptr;
+  MainEvents events_;
+  MainState main_state_ = MainState::kUnloaded;
+  bool ending_ = false;  // End was called
+  bool ended_ = false;   // the event loop has been told to return
+  std::map<Form, std::function<QWidget*()>> makers_;
+  std::map<Form, QWidget*> open_;
+  // Unloaded, but a handler of theirs may be waiting for a box further down the stack.
+  std::vector<QPointer<QWidget>> dropped_;
+};
+
+}  // namespace orvane
