@@ -1,0 +1,75 @@
+#include "records/shutdown_record.h"
+
+#include <algorithm>
+#include <string_view>
+#include <utility>
+
+namespace orvane {
+namespace {
+
+// Bytes given to a read, one of them for the end of the text.
+constexpr std::size_t kCountSize = 10;
+constexpr std::size_t kNameSize = 100;
+
+std::string Value(const ProfileFile& file, std::string_view section, std::string_view key,
+                  std::size_t size) {
+  std::string value = GetPrivateProfileString(file, section, key, "", size);
+  value.resize(std::min(value.size(), value.find('\0')));
+  return value;
+}
+
+// The value of the digits at the start of a text; 0 without any. No count is longer than 9 digits.
+std::int64_t Count(std::string_view text) {
+  std::int64_t count = 0;
+  for (const char c : text) {
+    if (c < '0' || c > '9') break;
+    count = count * 10 + (c - '0');
+  }
+  return count;
+}
+
+std::string Numbered(std::string_view name, std::int64_t number) {
+  return std::string(name) + std::to_string(number);
+}
+
+}  // namespace
+
+ShutdownRecord::ShutdownRecord(Disk& disk, std::string path)
+    : disk_(disk), path_(std::move(path)) {}
+
+ProfileFile ShutdownRecord::ReadFile() const {
+  return ProfileFile::Parse(disk_.Read(path_).value_or(""));
+}
+
+void ShutdownRecord::Form_Activate() {
+  applications_ = 0;
+  report_ = ReadFile();
+  if (Value(report_, "Main", "ShowMsg", kCountSize) != "1") return;
+  applications_ = Count(Value(report_, "Main", "AppNumber", kCountSize));
+}
+
+std::string ShutdownRecord::SectionName(std::int64_t index) const {
+  return Value(report_, "Main", Numbered("App", index), kNameSize);
+}
+
+std::string ShutdownRecord::Title(std::int64_t index) const {
+  return Value(report_, SectionName(index), "Title", kNameSize);
+}
+
+void ShutdownRecord::ShowFileList(std::int64_t index) {
+  section_ = SectionName(index);
+  chosen_ = ReadFile();
+  files_ = Count(Value(chosen_, section_, "FileNumber", kCountSize));
+}
+
+std::string ShutdownRecord::FileName(std::int64_t index) const {
+  return Value(chosen_, section_, Numbered("File", index), kNameSize);
+}
+
+void ShutdownRecord::Command1_Click() {
+  applications_ = 0;
+  files_ = 0;
+  WritePrivateProfileStrings(disk_, "Main", {{"ShowMsg", "0"}}, path_);
+}
+
+}  // namespace orvane

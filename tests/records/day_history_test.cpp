@@ -1,0 +1,251 @@
+// The day history: what is read, where it stands, and the steps from day to day.
+#include "records/day_history.h"
+
+#include <gtest/gtest.h>
+
+#include <map>
+
+#include "app/calendar.h"
+#include "support/world.h"
+
+namespace orvane::test {
+namespace {
+
+constexpr const char* kPath = "/prog/DateRec.rec";
+
+std::string Record(const std::string& date, const std::string& hour, const std::string& code) {
+  return "\"\n" + date + ' ' + hour + ' ' + code + "\"\r\n";
+}
+
+std::string Times(int count, const std::string& record) {
+  std::string records;
+  while (count-- > 0) records += record;
+  return records;
+}
+
+// A day history on a file of its own, loaded on 2001-02-16.
+struct History {
+  MemoryDisk disk;
+  FakeTime time;
+  DayHistory form{disk, time, kPath};
+
+  explicit History(const std::string& file, LocalTime now = {2001, 2, 16, 12, 0, 0}) : time(now) {
+    disk.files[kPath] = file;
+    form.Form_Load();
+  }
+
+  // Cells in use, with their counts.
+  using Marks = std::map<int, int>;
+  Marks Shown() const {
+    Marks marks;
+    for (int cell = 0; cell < kGridCells; ++cell) {
+      if (form.Visible(cell)) marks[cell] = form.lblCount(cell);
+    }
+    return marks;
+  }
+};
+
+using Marks = History::Marks;
+
+TEST(DayHistory, PutsCellsInTheirPlaces) {
+  struct Case {
+    int cell;
+    CellPlace place;
+  };
+  const Case cases[] = {
+      {0, {0, 255, 1100, 555, 1070}},    {11, {0, 6855, 1100, 7155, 1070}},
+      {12, {0, 255, 3000, 555, 2970}},   {24, {1, 255, 1455, 555, 1425}},
+      {38, {1, 1455, 3355, 1755, 3325}}, {48, {2, 255, 1810, 555, 1780}},
+      {71, {2, 6855, 3710, 7155, 3680}},
+  };
+  for (const auto& [cell, expected] : cases) {
+    SCOPED_TRACE(cell);
+    const CellPlace place = PlaceOf(cell);
+    EXPECT_EQ(place.row, expected.row);
+    EXPECT_EQ(place.mark_left, expected.mark_left);
+    EXPECT_EQ(place.mark_top, expected.mark_top);
+    EXPECT_EQ(place.count_left, expected.count_left);
+    EXPECT_EQ(place.count_top, expected.count_top);
+  }
+}
+
+TEST(DayHistory, CountsTheEventsOfADay) {
+  struct Case {
+    const char* name;
+    std::string file;
+    Marks marks;
+  };
+  const std::string today = "2001-02-16";
+  const std::string zero = Record(today, "00", "0");
+  const Case cases[] = {
+      {"empty file", "", {}},
+      {"other days alone", Record("2001-02-15", "00", "0") + Record("2001-02-17", "23", "2"), {}},
+      {"cell 0 once", zero, {{0, 1}}},
+      {"cell 0 twice", Times(2, zero), {{0, 2}}},
+      {"three of one hour", Times(3, Record(today, "14", "1")), {{38, 3}}},
+      {"last cell", Record(today, "23", "2"), {{71, 1}}},
+      {"days in any order",
+       zero + Record("2001-02-15", "00", "0") + zero + Record(today, "01", "0") +
+           Record("2001-02-15", "01", "0") + Record(today, "01", "0"),
+       {{0, 2}, {1, 2}}},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.name);
+    const History history(c.file);
+    EXPECT_EQ(history.form.lblDate(), today);
+    EXPECT_EQ(history.Shown(), c.marks);
+    EXPECT_EQ(history.form.lblCount(0), c.marks.contains(0) ? c.marks.at(0) : 0);
+  }
+}
+
+TEST(DayHistory, GoodRecordsCountInADamagedFile) {
+  const std::string good = Record("2001-02-16", "14", "1");
+  std::string noise;
+  for (int i = 0; i < 5000; ++i) noise += static_cast<char>(i * 7919 >> 3);
+  struct Case {
+    const char* name;
+    std::string file;
+    Marks marks;
+  };
+  const Case cases[] = {
+      {"half a record behind", good + "\"\n2001-02-16 1", {{38, 1}}},
+      {"last record without its end", good + "\"\n2001-02-16 14 1\"", {{38, 2}}},
+      {"last record cut at its code", good + "\"\n2001-02-16 14 1", {{38, 2}}},
+      {"half a record before", "16 14 1\"\r\n" + good, {{38, 1}}},
+      {"half a record swallows the next", "\"\n2001-02" + good + good, {{38, 1}}},
+      {"line feeds for line ends: the first of one long line",
+       "\"\n2001-02-16 14 1\"\n\"\n2001-02-16 14 1\"\n",
+       {{38, 1}}},
+      {"carriage returns for line ends",
+       "\"\n2001-02-16 14 1\"\r\"\n2001-02-16 14 1\"\r",
+       {{38, 1}}},
+      {"a carriage return more", "\"\n2001-02-16 14 1\"\r\r\n" + good, {{38, 2}}},
+      {"empty lines", "\r\n\r\n" + good + "\r\n" + good + "\r\n", {{38, 2}}},
+      {"noise around", noise + "\r\n" + good + noise + "\r\n" + good, {{38, 2}}},
+      {"zeros", std::string(100, '\0') + "\r\n" + good, {{38, 1}}},
+      {"text behind the record", "\"\n2001-02-16 14 1\" seen\r\n" + good, {{38, 2}}},
+      {"characters, not bytes, are counted", "“\n2001-02-16 14 1”\r\n" + good, {{38, 2}}},
+      {"a byte of no character counts as one", "\xFF\n2001-02-16 14 1\"\r\n" + good, {{38, 2}}},
+      {"an unfinished character at the end", good + "\xE5\xB8", {{38, 1}}},
+      {"other dates", "\"\n2001/02/16 14 1\"\r\n\"\n2001-2-16  14 1\"\r\n" + good, {{38, 1}}},
+      {"a digit that is none", "\"\n2001-02-1: 14 1\"\r\n" + good, {{38, 1}}},
+      {"no numeric hour",
+       Record("2001-02-16", "1x", "1") + Record("2001-02-16", "  ", "1") + good,
+       {{38, 1}}},
+      {"an hour of one digit",
+       Record("2001-02-16", " 9", "0") + Record("2001-02-16", "9 ", "0"),
+       {{9, 2}}},
+      {"no numeric code",
+       Record("2001-02-16", "14", "x") + Record("2001-02-16", "14", "/") + good,
+       {{38, 1}}},
+      {"outside the grid",
+       Record("2001-02-16", "00", "3") + Record("2001-02-16", "24", "2") +
+           Record("2001-02-16", "99", "9") + good,
+       {{38, 1}}},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.name);
+    EXPECT_EQ(History(c.file).Shown(), c.marks);
+  }
+}
+
+TEST(DayHistory, HoldsFewBytesForEachRecord) {
+  // Runs of one day, and the worst: every record of another day than the one before.
+  std::string sorted, mixed;
+  for (int i = 0; i < 3000; ++i) {
+    sorted += Record("2001-02-16", "14", "1");
+    mixed += Record(i % 2 == 0 ? "2001-02-16" : "2001-02-17", "14", "1");
+  }
+  for (const std::string& file : {sorted, mixed}) {
+    const History history(file);
+    EXPECT_EQ(history.form.Records().Count(), 3000U);
+    EXPECT_LE(history.form.Records().Memory(), 3000U * 16);
+  }
+  EXPECT_EQ(History(mixed).Shown(), (Marks{{38, 1500}}));
+}
+
+TEST(DayHistory, CellZeroKeepsItsHighestCount) {
+  const History history(Times(32770, Record("2001-02-16", "00", "0")) +
+                        Times(32770, Record("2001-02-16", "01", "0")));
+  EXPECT_EQ(history.Shown(), (Marks{{0, 32767}, {1, 32770}}));
+}
+
+TEST(DayHistory, AStepShowsTheOtherDayAlone) {
+  History history(Times(3, Record("2001-02-16", "00", "0")) + Record("2001-02-17", "05", "1") +
+                  Record("2001-02-17", "06", "2") + Record("2001-02-18", "00", "0"));
+  history.form.cmdNext_Click();
+  EXPECT_EQ(history.form.lblDate(), "2001-02-17");
+  EXPECT_EQ(history.Shown(), (Marks{{29, 1}, {54, 1}}));
+  EXPECT_EQ(history.form.lblCount(0), 0);
+  history.form.cmdNext_Click();
+  EXPECT_EQ(history.Shown(), (Marks{{0, 1}}));
+  history.form.cmdPrev_Click();
+  history.form.cmdPrev_Click();
+  EXPECT_EQ(history.form.lblDate(), "2001-02-16");
+  EXPECT_EQ(history.Shown(), (Marks{{0, 3}}));
+}
+
+TEST(DayHistory, ReadsTheFileAtTheLoadAlone) {
+  History history(Record("2001-02-16", "00", "1"));
+  history.disk.files[kPath] += Record("2001-02-17", "00", "1");
+  history.form.cmdNext_Click();
+  EXPECT_EQ(history.Shown(), Marks{});
+  history.time.SetWall({2001, 2, 17, 8, 0, 0});
+  history.form.Form_Load();
+  EXPECT_EQ(history.Shown(), (Marks{{24, 1}}));
+  history.disk.files.clear();
+  history.form.Form_Load();
+  EXPECT_EQ(history.form.lblDate(), "2001-02-17");
+  EXPECT_EQ(history.Shown(), Marks{});
+}
+
+TEST(DayHistory, ShowsWhatTheJournalWrites) {
+  World world;
+  world.time.SetWall({2001, 2, 16, 0, 59, 59});
+  world.journals.WriteDateRec(kRecordScheduleDown);
+  world.time.SetWall({2001, 2, 16, 9, 40, 0});
+  world.journals.WriteDateRec(kRecordAcFail);
+  DayHistory form(world.disk, world.time, world.journals.DateRecPath());
+  form.Form_Load();
+  EXPECT_EQ(form.lblCount(0), 1);
+  EXPECT_EQ(form.lblCount(9 + 24), 1);
+}
+
+TEST(DayHistory, StepsOverTheEndsOfMonthsAndYears) {
+  struct Case {
+    const char* day;
+    const char* next;
+  };
+  const Case cases[] = {
+      {"2000-02-28", "2000-02-29"}, {"2000-02-29", "2000-03-01"},   {"1900-02-28", "1900-03-01"},
+      {"2001-02-28", "2001-03-01"}, {"2004-02-28", "2004-02-29"},   {"2001-12-31", "2002-01-01"},
+      {"2001-01-30", "2001-01-31"}, {"2001-01-31", "2001-02-01"},   {"2001-04-30", "2001-05-01"},
+      {"2001-07-31", "2001-08-01"}, {"2001-01-14", "2001-01-15"},   {"2001-09-09", "2001-09-10"},
+      {"2001-11-30", "2001-12-01"}, {"9999-12-31", "10000-01-01"},  {"10000-01-01", "10000-01-02"},
+      {"999-12-31", "1000-01-01"},  {"32767-12-31", "32768-01-01"},
+  };
+  for (const auto& [day, next] : cases) {
+    EXPECT_EQ(NextDay(day), next);
+    EXPECT_EQ(PreviousDay(next), day);
+  }
+}
+
+// Every day of four centuries, which is a whole round of leap years, against the calendar of the
+// standard library.
+TEST(DayHistory, StepsThroughTheWholeCalendar) {
+  using namespace std::chrono;
+  const sys_days first = year{1799} / December / 31;
+  std::string day = "1799-12-31";
+  for (sys_days date = first + days{1}; date < sys_days{year{2200} / January / 2};
+       date += days{1}) {
+    const year_month_day ymd{date};
+    const std::string expected = DateText({int{ymd.year()}, static_cast<int>(unsigned{ymd.month()}),
+                                           static_cast<int>(unsigned{ymd.day()}), 0, 0, 0});
+    ASSERT_EQ(NextDay(day), expected);
+    ASSERT_EQ(PreviousDay(expected), day);
+    day = expected;
+  }
+}
+
+}  // namespace
+}  // namespace orvane::test
