@@ -1,0 +1,25 @@
+// Where applications stand, and how one asks them to close.
+#pragma once
+
+#include <set>
+#include <vector>
+
+#include "companion/application.h"
+
+namespace orvane::companion {
+
+struct Desktop {
+  virtual ~Desktop() = default;
+
+  // The applications that stand open, but for those of the processes in `spared`. Once.
+  virtual std::vector<Application> List(const std::set<pid_t>& spared) = 0;
+
+  // Asks the listed ones to close. None is ever forced.
+  virtual void AskToClose() = 0;
+
+  // Looks which of the listed ones have gone: one value for each, in the order of List. False when
+  // that can no longer be told.
+  virtual bool Look(std::vector<bool>& gone) = 0;
+};
+
+}  // namespace orvane::companion

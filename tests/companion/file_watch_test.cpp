@@ -1,0 +1,139 @@
+#include "companion/file_watch.h"
+
+#include <gtest/gtest.h>
+#include <signal.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <filesystem>
+#include <fstream>
+
+#include "companion/processes.h"
+
+namespace orvane::companion {
+namespace {
+
+namespace fs = std::filesystem;
+using Files = std::vector<std::string>;
+
+// This process plays an application that works in a folder; another one, which does nothing, stands
+// in folders of the test's choice.
+class FileWatchTest : public testing::Test {
+ protected:
+  FileWatchTest() {
+    char name[] = "/tmp/orvane-watch-XXXXXX";
+    folder = mkdtemp(name);
+    before = fs::current_path();
+    fs::current_path("/");
+  }
+  ~FileWatchTest() override {
+    fs::current_path(before);
+    fs::remove_all(folder);
+  }
+
+  std::string Path(const char* name) const { return folder / name; }
+
+  static void Write(const std::string& path, const char* text = "text") {
+    std::ofstream(path, std::ios::app) << text;
+  }
+
+  fs::path folder;
+  fs::path before;
+  std::vector<Application> one{{"writer", {getpid()}, false, {}}};
+};
+
+TEST_F(FileWatchTest, SeesWhatIsWrittenInTheFolderOfAHeldFile) {
+  Write(Path("held"));
+  Write(Path("unchanged"));
+  std::ofstream held(Path("held"), std::ios::app);
+  FileWatch watch(one);
+  watch.Look();
+  EXPECT_EQ(watch.Written(0), Files{});
+
+  held << "more" << std::flush;
+  watch.Look();
+  EXPECT_EQ(watch.Written(0), Files{Path("held")});
+
+  Write(Path("new"));
+  Write(Path("aside"));
+  fs::rename(Path("aside"), Path("in place"));
+  Write(Path("scratch"));
+  fs::remove(Path("scratch"));
+  fs::create_directory(Path("folder"));
+  watch.Look();
+  EXPECT_EQ(watch.Written(0), (Files{Path("held"), Path("new"), Path("in place")}));
+}
+
+TEST_F(FileWatchTest, SeesWhatIsOpenedLaterInAnotherFolder) {
+  FileWatch watch(one);
+  std::ofstream later(Path("later"));
+  later << "text" << std::flush;
+  watch.Look();
+  EXPECT_EQ(watch.Written(0), Files{Path("later")});
+  Write(Path("beside"));
+  watch.Look();
+  EXPECT_EQ(watch.Written(0), (Files{Path("later"), Path("beside")}));
+}
+
+TEST_F(FileWatchTest, ReadingAndOpeningAreNoWriting) {
+  for (const char* name : {"read", "opened"}) {
+    Write(Path(name));
+    fs::last_write_time(Path(name), fs::file_time_type::clock::now() - std::chrono::hours(1));
+  }
+  std::ifstream reader(Path("read"));
+  FileWatch watch(one);
+  std::string text;
+  reader >> text;
+  std::ofstream opened(Path("opened"), std::ios::app);
+  watch.Look();
+  EXPECT_EQ(text, "text");
+  EXPECT_EQ(watch.Written(0), Files{});
+  opened << "more" << std::flush;
+  watch.Look();
+  EXPECT_EQ(watch.Written(0), Files{Path("opened")});
+}
+
+// A folder in which two applications stand does not tell which of them wrote.
+TEST_F(FileWatchTest, SharedFolderCountsForTheOneThatHoldsTheFile) {
+  fs::current_path(folder);
+  const pid_t other = fork();
+  if (other == 0) {
+    for (;;) pause();
+  }
+  const std::vector<Application> two = {{"idle", {other}, false, {}},
+                                        {"writer", {getpid()}, false, {}}};
+  FileWatch watch(two);
+  std::ofstream held(Path("held"));
+  held << "text" << std::flush;
+  Write(Path("somebody's"));
+  watch.Look();
+  held << "more" << std::flush;
+  held.close();
+  watch.Look();
+  EXPECT_EQ(watch.Written(0), Files{});
+  EXPECT_EQ(watch.Written(1), Files{Path("held")});
+  EXPECT_TRUE(IsRunning(other));
+  kill(other, SIGKILL);
+  waitpid(other, nullptr, 0);
+  EXPECT_FALSE(IsRunning(other));
+}
+
+TEST(ProcessTreeTest, OwnAreThisOneItsAncestorsAndItsNeighbours) {
+  const ProcessTree tree;
+  const auto own = tree.Own(DirectoryOfExecutable(getpid()));
+  EXPECT_TRUE(own.contains(getpid()));
+  EXPECT_TRUE(own.contains(getppid()));
+  EXPECT_EQ(tree.Family(getpid(), {}), std::vector{getpid()});
+  const pid_t child = fork();
+  if (child == 0) {
+    for (;;) pause();
+  }
+  EXPECT_EQ(ProcessTree().Family(getpid(), {}), (std::vector{getpid(), child}));
+  EXPECT_EQ(ProcessTree().Family(getpid(), {child}), std::vector{getpid()});
+  EXPECT_TRUE(ProcessTree().Own(DirectoryOfExecutable(getpid())).contains(child));
+  kill(child, SIGKILL);
+  waitpid(child, nullptr, 0);
+}
+
+}  // namespace
+}  // namespace orvane::companion
