@@ -16,6 +16,7 @@
 #include "platform/qt/qt_dialogs.h"
 #include "platform/qt/qt_serial_port.h"
 #include "platform/qt/qt_timer.h"
+#include "ui/alert_window.h"
 #include "ui/main_window.h"
 #include "ui/windows.h"
 
@@ -89,6 +90,8 @@ int Main(int argc, char** argv) {
   windows.MakeMain(main_window,
                    {[&] { return frm_main.Form_Load(); }, [&] { frm_main.Form_Activate(); },
                     [&] { frm_main.Form_QueryUnload(); }});
+
+  windows.Make(Form::frmAlert, [&] { return new AlertWindow(state, frm_main.Alert()); });
 
   const EndSignals end_signals([&] { windows.End(); });
   QObject::connect(&application, &QApplication::aboutToQuit, [&] { windows.UnloadMain(); });

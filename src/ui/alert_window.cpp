@@ -86,12 +86,15 @@ AlertWindow::AlertWindow(const State& state, FrmAlert& frm_alert)
   auto* image = new QLabel;
   image->setPixmap(WarningIcon(devicePixelRatioF()));
   QLabel* what = NewLabel(Pick(state, kWhat), kLargePixels, kInk, true);
+  what->setObjectName("Label1");
   QLabel* when = NewLabel(Pick(state, kWhen), kPixels, kInk, false);
+  when->setObjectName("Label2");
   Label& count = frm_alert_.lblSecond;
   QLabel* seconds = NewLabel(QString::fromStdString(count.Caption()), kSecondsPixels,
                              Exact(count.ForeColor()), true);
   seconds->setObjectName("lblSecond");
-  seconds->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+  // The figures stand next to the words that they belong to.
+  seconds->setAlignment((state.ResBase == 0 ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignVCenter);
   seconds->setMinimumWidth(seconds->fontMetrics().horizontalAdvance(kWidestCount));
   QLabel* unit = NewLabel(kSeconds, kPixels, kInk, false);
   unit->setObjectName("Label3");
