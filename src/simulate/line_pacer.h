@@ -16,7 +16,7 @@ class LinePacer {
  public:
   static constexpr std::size_t kFifo = 16;
   // Bytes that may wait for the line; what a device says beyond that is lost.
-  static constexpr std::size_t kBacklog = 4096;
+  static constexpr std::size_t kBacklog = 512;
 
   // `baud` above 0. A byte takes ten bits: start, eight data bits, stop.
   explicit LinePacer(int baud);

@@ -63,6 +63,10 @@ sigset_t HoldSignals() {
   return before;
 }
 
+// Of a longer text the rest is left out: a line has to fit into a page, which a pipe that is not
+// full takes at once.
+constexpr std::size_t kLongestShown = 500;
+
 // Text on standard output, without ever waiting for a reader: what a full pipe does not take is
 // lost.
 void PrintText(std::string_view text) {
@@ -218,7 +222,7 @@ class Simulator {
     std::array<char, 32> time{};
     std::snprintf(time.data(), time.size(), "%.3f %c ", static_cast<double>(now_.count()) / 1000,
                   mark);
-    PrintText(time.data() + Visible(text) + "\n");
+    PrintText(time.data() + Visible(text.substr(0, kLongestShown)) + "\n");
   }
 
   void Complain(const std::string& text) {
