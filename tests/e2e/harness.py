@@ -114,28 +114,35 @@ class OrvaneTest(unittest.TestCase):
     ACTION = "None"
 
     def setUp(self):
-        self.folder = Path(tempfile.mkdtemp(prefix="orvane-test-"))
-        self.addCleanup(shutil.rmtree, self.folder, ignore_errors=True)
+        self.folder = self.new_folder()
+        self.ups_link = self.folder / "ups"
+
+    def new_folder(self):
+        """One more portable folder, for a test of several programs at once."""
+        folder = Path(tempfile.mkdtemp(prefix="orvane-test-"))
+        self.addCleanup(shutil.rmtree, folder, ignore_errors=True)
         for name in ("orvane", "exit.exe"):
             if (BUILD / name).exists():
-                os.link(BUILD / name, self.folder / name) if self._same_device() else \
-                    shutil.copy2(BUILD / name, self.folder / name)
-        self.ups_link = self.folder / "ups"
-        self.write_platform()
-        self.write_settings(self.SETTINGS)
+                os.link(BUILD / name, folder / name) if self._same_device(folder) else \
+                    shutil.copy2(BUILD / name, folder / name)
+        self.write_platform(folder)
+        self.write_settings(self.SETTINGS, folder)
+        return folder
 
-    def _same_device(self):
-        return os.stat(BUILD).st_dev == os.stat(self.folder).st_dev
+    @staticmethod
+    def _same_device(folder):
+        return os.stat(BUILD).st_dev == os.stat(folder).st_dev
 
-    def write_platform(self, **ports):
-        named = {"COM1": self.ups_link, "COM2": self.folder / "modem",
-                 "COM3": self.folder / "none3", "COM4": self.folder / "none4", **ports}
+    def write_platform(self, folder=None, **ports):
+        folder = folder or self.folder
+        named = {"COM1": folder / "ups", "COM2": folder / "modem",
+                 "COM3": folder / "none3", "COM4": folder / "none4", **ports}
         lines = ["[Ports]", *(f"{name}={path}" for name, path in named.items()),
                  "[Shutdown]", f"Action={self.ACTION}"]
-        (self.folder / "platform.ini").write_text("\n".join(lines) + "\n", encoding="utf-8")
+        (folder / "platform.ini").write_text("\n".join(lines) + "\n", encoding="utf-8")
 
-    def write_settings(self, line):
-        (self.folder / "Orvane.ini").write_bytes((line + "\r\n").encode("utf-8"))
+    def write_settings(self, line, folder=None):
+        ((folder or self.folder) / "Orvane.ini").write_bytes((line + "\r\n").encode("utf-8"))
 
     def environment(self, **extra):
         env = dict(os.environ)
