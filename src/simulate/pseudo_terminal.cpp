@@ -2,6 +2,7 @@
 
 #include <fcntl.h>
 #include <stdlib.h>
+#include <sys/inotify.h>
 #include <sys/ioctl.h>
 #include <termios.h>
 #include <unistd.h>
@@ -43,6 +44,9 @@ std::string PseudoTerminal::Open() {
   cfmakeraw(&settings);
   if (tcsetattr(slave_, TCSANOW, &settings) != 0) return failed(Reason(name.data()));
   name_ = name.data();
+  programs_ = 0;
+  watch_ = inotify_init1(IN_NONBLOCK | IN_CLOEXEC);
+  if (watch_ >= 0 && inotify_add_watch(watch_, name_.c_str(), IN_OPEN | IN_CLOSE) < 0) Unwatch();
   if (std::string reason = MakeLink(); !reason.empty()) return failed(reason);
   return {};
 }
@@ -50,6 +54,7 @@ std::string PseudoTerminal::Open() {
 void PseudoTerminal::Close() {
   if (!name_.empty()) RemoveLink();
   name_.clear();
+  Unwatch();
   if (slave_ >= 0) close(slave_);
   if (master_ >= 0) close(master_);
   slave_ = master_ = -1;
@@ -68,6 +73,8 @@ std::string PseudoTerminal::Read() {
 
 void PseudoTerminal::Write(std::string_view bytes) {
   if (!IsOpen()) return;
+  CountPrograms();
+  if (watch_ >= 0 && programs_ == 0) return;
   while (!bytes.empty()) {
     ssize_t count = write(master_, bytes.data(), bytes.size());
     if (count < 0 && errno == EAGAIN) {
@@ -77,6 +84,26 @@ void PseudoTerminal::Write(std::string_view bytes) {
     if (count <= 0) return;
     bytes.remove_prefix(static_cast<std::size_t>(count));
   }
+}
+
+// Looks up who has come and gone since the last look.
+void PseudoTerminal::CountPrograms() {
+  // Events without names, all of one size.
+  std::array<inotify_event, 64> events;
+  ssize_t count = 0;
+  while (watch_ >= 0 && (count = read(watch_, events.data(), sizeof events)) > 0) {
+    const auto end = events.begin() + count / static_cast<ssize_t>(sizeof(inotify_event));
+    for (auto event = events.begin(); event != end; ++event) {
+      if (event->mask & IN_Q_OVERFLOW) return Unwatch();
+      if (event->mask & IN_OPEN) ++programs_;
+      if ((event->mask & IN_CLOSE) && --programs_ == 0) (void)tcflush(slave_, TCIFLUSH);
+    }
+  }
+}
+
+void PseudoTerminal::Unwatch() {
+  if (watch_ >= 0) close(watch_);
+  watch_ = -1;
 }
 
 std::string PseudoTerminal::MakeLink() const {

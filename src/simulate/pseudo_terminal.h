@@ -35,10 +35,13 @@ class PseudoTerminal {
   std::string Read();
 
   // Hands bytes to the other end, never waiting for anybody to read them: when the terminal is full
-  // of bytes that nobody fetched, those give way to the new ones.
+  // of bytes that nobody fetched, those give way to the new ones. With no program on the other end
+  // they are lost, and so is what the last one left unread, as on a serial port that is closed.
   void Write(std::string_view bytes);
 
  private:
+  void CountPrograms();
+  void Unwatch();
   std::string MakeLink() const;
   void RemoveLink() const;
 
@@ -47,6 +50,10 @@ class PseudoTerminal {
   int master_ = -1;
   // The other end, held open so that the programs on it may come and go unnoticed.
   int slave_ = -1;
+  // Tells who opens and closes the other end. -1 when the system does not tell: then a program is
+  // taken to be there always.
+  int watch_ = -1;
+  int programs_ = 0;  // that have the other end open, as of the last look
 };
 
 }  // namespace orvane

@@ -79,9 +79,9 @@ TEST_F(PseudoTerminalTest, BytesPassUnchangedWhoeverComesAndGoes) {
 TEST_F(PseudoTerminalTest, WhatNobodyReadsGivesWayToTheNew) {
   PseudoTerminal terminal(link_);
   ASSERT_EQ(terminal.Open(), "");
+  const Program program(link_);
   for (int i = 0; i < 5000; ++i) terminal.Write(std::string(100, 'x'));
   terminal.Write("new");
-  const Program program(link_);
   std::string text;
   while (!text.ends_with("new")) {
     const std::string more = program.Read(1);
@@ -89,6 +89,20 @@ TEST_F(PseudoTerminalTest, WhatNobodyReadsGivesWayToTheNew) {
     text += more;
   }
   EXPECT_LT(text.size(), 100'000U);
+}
+
+TEST_F(PseudoTerminalTest, BytesForNobodyAreLost) {
+  PseudoTerminal terminal(link_);
+  ASSERT_EQ(terminal.Open(), "");
+  terminal.Write("before anybody came");
+  {
+    const Program first(link_), second(link_);
+    terminal.Write("left unread");
+  }
+  terminal.Write("after they went");
+  const Program program(link_);
+  terminal.Write("for me");
+  EXPECT_EQ(program.Read(6), "for me");
 }
 
 TEST_F(PseudoTerminalTest, LinkNamesTheTerminalWhileItIsOpen) {
