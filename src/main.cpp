@@ -16,6 +16,7 @@
 #include "platform/qt/qt_dialogs.h"
 #include "platform/qt/qt_serial_port.h"
 #include "platform/qt/qt_timer.h"
+#include "schedule/schedule_tables.h"
 #include "ui/alert_window.h"
 #include "ui/main_window.h"
 #include "ui/windows.h"
@@ -102,6 +103,7 @@ int Main(int argc, char** argv) {
 
   windows.Show(Form::frmSplash);
   windows.DoEvents();
+  LoadSchedule(outside.disk, SchedulePath(outside.program_directory), state);
   const bool loaded = windows.LoadMain();
   windows.Unload(Form::frmSplash);
   if (loaded) windows.Show(Form::frmMain);
