@@ -57,6 +57,10 @@ class Process:
     def pid(self):
         return self.process.pid
 
+    def complaints(self):
+        """What the program itself said on standard error; the libraries beneath it may chat."""
+        return [line for line in list(self.errors) if line.startswith("orvane:")]
+
     def running(self):
         return self.process.poll() is None
 
@@ -151,6 +155,7 @@ class OrvaneTest(unittest.TestCase):
         nowhere = f"unix:path={self.folder}/no-bus"
         env["DBUS_SYSTEM_BUS_ADDRESS"] = nowhere
         env["DBUS_SESSION_BUS_ADDRESS"] = nowhere
+        env["XDG_RUNTIME_DIR"] = str(self.folder)
         env["XDG_DATA_HOME"] = str(self.folder / "data")
         env["LSAN_OPTIONS"] = "suppressions=" + str(Path(__file__).with_name("leaks.supp"))
         env.update(extra)
