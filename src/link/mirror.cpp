@@ -31,6 +31,13 @@ double Width(const MirrorRow& row, double value) {
 
 }  // namespace
 
+double BarWidth(std::size_t index, double value) {
+  for (const MirrorRow& row : kMirror) {
+    if (row.index == index) return Width(row, value);
+  }
+  return Bar::kRestWidth;
+}
+
 void MirrorValues(Panel& panel) {
   for (const MirrorRow& row : kMirror) {
     const std::string& caption = panel.Label2[row.index].Caption();

@@ -5,6 +5,10 @@
 
 namespace orvane {
 
+// How wide the bar of a value is, in twips, and so where a mark for that value stands. `index` as
+// `Label2`.
+double BarWidth(std::size_t index, double value);
+
 // Copies all six captions of `Label2` to the figures of the bars and sets the bars' widths. Note
 // that the bars have temperature above frequency, the other way round than `Label2`.
 void MirrorValues(Panel& panel);

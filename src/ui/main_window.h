@@ -1,38 +1,27 @@
-// The main window: the state of the UPS at a glance, and the menus.
+// frmMain on the screen.
 #pragma once
 
 #include <QMainWindow>
-#include <functional>
 
 #include "app/panel.h"
+#include "app/state.h"
 #include "frame/frm_main.h"
-
-class QLabel;
-class QMenu;
 
 namespace orvane {
 
 class MainWindow : public QMainWindow {
+  Q_OBJECT
+
  public:
-  // Follows `panel` from now on and hands the user's clicks to `frm_main`; both outlive the window.
-  MainWindow(const State& state, Panel& panel, FrmMain& frm_main);
-  ~MainWindow() override;
+  // `panel` and `form` have to outlive the window.
+  MainWindow(const State& state, Panel& panel, FrmMain& form);
 
  private:
-  struct Place {
-    int left, top, width, height;  // twips
-  };
-
-  void BuildMenus(Panel& panel, FrmMain& frm_main);
-  QMenu* AddMenu(Caption& caption);
-  void AddEntry(QMenu& menu, Caption& caption, std::function<void()> click);
-  QLabel* AddLabel(Label& label, const Place& place);
-  void BuildStateStrip(Panel& panel);
-  void BuildValues(Panel& panel);
-  void BuildInformation(Panel& panel);
-  void BuildLines(Panel& panel);
+  void AddMenus();
+  void AddAreas(const State& state);
 
   Panel& panel_;
+  FrmMain& form_;
 };
 
 }  // namespace orvane

@@ -1,0 +1,65 @@
+// The bar face of the main form: six rows of trough, bar and figure on a board.
+#pragma once
+
+#include <QWidget>
+#include <array>
+#include <functional>
+#include <span>
+
+#include "app/panel.h"
+#include "app/state.h"
+
+namespace orvane {
+
+class TextLabel;
+
+// A box with a bar in it, which is cut off at the right edge.
+class Trough : public QWidget {
+  Q_OBJECT
+
+ public:
+  // `index` as `Label2`; `marks` are the values that get a line.
+  Trough(const Bar& bar, std::size_t index, std::span<const int> marks, QWidget* parent);
+
+  // The bar as it stands on the screen, in logical pixels of the trough.
+  QRectF BarRect() const;
+
+  // To be called when the bar has another width: repaints what changed.
+  void Moved();
+
+ protected:
+  void paintEvent(QPaintEvent* event) override;
+  void mousePressEvent(QMouseEvent* event) override;
+  void mouseDoubleClickEvent(QMouseEvent* event) override;
+
+ private:
+  const Bar& bar_;
+  std::size_t index_;
+  std::span<const int> marks_;
+  QRectF shown_;  // the bar as it was painted last
+};
+
+class BarFace : public QWidget {
+  Q_OBJECT
+
+ public:
+  // `double_click` runs at a double click on the board itself.
+  BarFace(const State& state, Panel& panel, std::function<void()> double_click, QWidget* parent);
+
+ protected:
+  void paintEvent(QPaintEvent* event) override;
+  void mouseDoubleClickEvent(QMouseEvent* event) override;
+
+ private:
+  void AddRow(std::size_t i);
+  void AddMarks(std::size_t i);
+  void ShowCaption(std::size_t i);
+
+  const State& state_;
+  Panel& panel_;
+  std::function<void()> double_click_;
+  std::array<TextLabel*, kGauges> captions_{};
+  std::array<TextLabel*, kGauges> figures_{};
+};
+
+}  // namespace orvane

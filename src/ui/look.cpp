@@ -1,0 +1,63 @@
+#include "ui/look.h"
+
+#include <QApplication>
+#include <QIcon>
+#include <QPalette>
+#include <QStyleFactory>
+
+namespace orvane::look {
+namespace {
+
+constexpr int kFormFontSize = 12;
+
+// The forms' own face first, then the faces that hold Chinese and Latin alike.
+QStringList& Families() {
+  static QStringList families = {"宋体",
+                                 "SimSun",
+                                 "Noto Sans CJK SC",
+                                 "Noto Sans SC",
+                                 "Source Han Sans SC",
+                                 "WenQuanYi Micro Hei",
+                                 "WenQuanYi Zen Hei",
+                                 "Droid Sans Fallback"};
+  return families;
+}
+
+QPalette LightPalette() {
+  QPalette palette(kWindow, kWindow);
+  for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText}) {
+    palette.setColor(role, kInk);
+    palette.setColor(QPalette::Disabled, role, kEdge);
+  }
+  palette.setColor(QPalette::Base, kCard);
+  palette.setColor(QPalette::AlternateBase, kWindow);
+  palette.setColor(QPalette::ToolTipBase, kCard);
+  palette.setColor(QPalette::ToolTipText, kInk);
+  palette.setColor(QPalette::PlaceholderText, kQuietInk);
+  palette.setColor(QPalette::Highlight, QColor(38, 84, 186));
+  palette.setColor(QPalette::HighlightedText, Qt::white);
+  return palette;
+}
+
+}  // namespace
+
+QFont Face(int pixel_size, bool bold) {
+  QFont font(QApplication::font());
+  font.setFamilies(Families());
+  font.setPixelSize(pixel_size);
+  font.setBold(bold);
+  return font;
+}
+
+void UseFamilies(const QStringList& families) {
+  Families() = families;
+}
+
+void Apply(QApplication& application) {
+  application.setStyle(QStyleFactory::create("Fusion"));
+  application.setPalette(LightPalette());
+  application.setFont(Face(kFormFontSize));
+  application.setWindowIcon(QIcon(":/orvane.svg"));
+}
+
+}  // namespace orvane::look

@@ -1,0 +1,95 @@
+#include "ui/state_strip.h"
+
+#include <QPainter>
+#include <QPointer>
+
+#include "ui/look.h"
+#include "ui/text_label.h"
+#include "ui/twips.h"
+
+namespace orvane {
+namespace {
+
+constexpr Place kFrame2{0, 60, 7755, 660};
+
+struct StateRow {
+  const char* caption_name;
+  const char* state_name;
+  Label Panel::*caption;
+  Label Panel::*state;
+};
+
+constexpr StateRow kRows[] = {
+    {"Label3", "lblAc", &Panel::Label3, &Panel::lblAc},
+    {"Label4", "lblBatt", &Panel::Label4, &Panel::lblBatt},
+    {"Label5", "lblBattIn", &Panel::Label5, &Panel::lblBattIn},
+    {"Label6", "lblUps", &Panel::Label6, &Panel::lblUps},
+    {"Label8", "lblConnect", &Panel::Label8, &Panel::lblConnect},
+};
+
+// Captions in one row, the states in a row beneath; a divider stands between two columns.
+constexpr int kColumn = kFrame2.width / 5;
+constexpr int kInset = 105;
+constexpr Place kCaption{kInset, 60, kColumn - 2 * kInset, 210};
+constexpr Place kState{kInset, 285, kColumn - 2 * kInset, 315};
+constexpr Place kDivider{0, 120, 15, 420};
+constexpr Place kFaultBar{15, 585, kColumn - 15, 60};
+
+constexpr Place InColumn(std::size_t i, const Place& place) {
+  return {static_cast<int>(i) * kColumn + place.left, place.top, place.width, place.height};
+}
+
+constexpr TextLabel::Style kCaptionStyle{.size = 11, .least = 9, .ink = look::kQuietInk};
+constexpr TextLabel::Style kStateStyle{
+    .size = 16, .least = 11, .bold = true, .ground = look::kCard};
+
+}  // namespace
+
+StateStrip::StateStrip(Panel& panel, QWidget* parent) : QWidget(parent), panel_(panel) {
+  setObjectName("Frame2");
+  setGeometry(Pixels(kFrame2));
+  setAttribute(Qt::WA_OpaquePaintEvent);
+  for (std::size_t i = 0; i < lines_.size(); ++i) {
+    const StateRow& row = kRows[i];
+    Line& line = lines_[i];
+    line.caption = new TextLabel(row.caption_name, InColumn(i, kCaption), kCaptionStyle, this);
+    line.state = new TextLabel(row.state_name, InColumn(i, kState), kStateStyle, this);
+    for (Label* label : {&(panel.*row.caption), &(panel.*row.state)}) {
+      label->Observer = [self = QPointer(this), i] {
+        if (self) self->Refresh(i);
+      };
+    }
+    Refresh(i);
+  }
+}
+
+void StateStrip::Refresh(std::size_t i) {
+  const Label& caption = panel_.*kRows[i].caption;
+  const Label& state = panel_.*kRows[i].state;
+  Line& line = lines_[i];
+  line.caption->Show(caption);
+  line.state->Show(state);
+  line.state->Spoken(line.caption->text() + ' ');
+
+  const bool fault = state.ForeColor() == kRed && !state.Caption().empty();
+  if (fault == line.fault) return;
+  line.fault = fault;
+  line.state->Ground(fault ? look::kFaultGround : look::kCard);
+  update(Pixels(InColumn(i, {0, 0, kColumn, kFrame2.height})));
+}
+
+void StateStrip::paintEvent(QPaintEvent*) {
+  QPainter painter(this);
+  painter.fillRect(rect(), look::kCard);
+  for (std::size_t i = 0; i < lines_.size(); ++i) {
+    if (lines_[i].fault) {
+      painter.fillRect(Pixels(InColumn(i, {0, 0, kColumn, kFrame2.height})), look::kFaultGround);
+      painter.fillRect(Pixels(InColumn(i, kFaultBar)), look::Exact(kRed));
+    }
+    if (i > 0) painter.fillRect(Pixels(InColumn(i, kDivider)), look::kHairline);
+  }
+  painter.fillRect(0, 0, width(), 1, look::kHairline);
+  painter.fillRect(0, height() - 1, width(), 1, look::kHairline);
+}
+
+}  // namespace orvane

@@ -1,0 +1,132 @@
+#include "ui/text_label.h"
+
+#include <QFontMetricsF>
+#include <QMouseEvent>
+#include <QPainter>
+#include <QPointer>
+
+namespace orvane {
+namespace {
+
+// Enough for any sentence, little enough for any sender.
+constexpr std::size_t kMostBytes = 600;
+
+// Not behind the first bytes of a character that is cut in two.
+std::string_view WholeCharacters(std::string_view utf8, std::size_t limit) {
+  if (utf8.size() <= limit) return utf8;
+  while (limit > 0 && (static_cast<unsigned char>(utf8[limit]) & 0xC0) == 0x80) --limit;
+  return utf8.substr(0, limit);
+}
+
+}  // namespace
+
+QString OneLine(std::string_view utf8) {
+  const std::string_view head = WholeCharacters(utf8, kMostBytes);
+  QString text = QString::fromUtf8(head.data(), static_cast<qsizetype>(head.size()));
+  for (QChar& c : text) {
+    if (!c.isPrint() && !c.isSurrogate()) c = u' ';
+  }
+  // Blanks inside are part of a text; line ends and the like at its ends are not.
+  text = text.trimmed();
+  if (head.size() < utf8.size()) text += u'…';
+  return text;
+}
+
+TextLabel::TextLabel(const QString& name, const Place& place, const Style& style, QWidget* parent)
+    : QLabel(parent), style_(style) {
+  setObjectName(name);
+  setTextFormat(Qt::PlainText);
+  setGeometry(Pixels(place));
+  setAttribute(Qt::WA_OpaquePaintEvent, style_.ground.isValid());
+  fitted_ = look::Face(style_.size, style_.bold);
+}
+
+void TextLabel::Follow(Label& label) {
+  label.Observer = [self = QPointer(this), &label] {
+    if (self) self->Show(label);
+  };
+  Show(label);
+}
+
+void TextLabel::Show(const Label& label) {
+  Ink(look::Ink(label.ForeColor()));
+  Show(OneLine(label.Caption()));
+  setVisible(label.Visible());
+}
+
+void TextLabel::Show(const QString& text) {
+  if (text == this->text()) return;
+  setText(text);
+  Fit();
+  Speak();
+}
+
+void TextLabel::Ink(const QColor& ink) {
+  if (ink == style_.ink) return;
+  style_.ink = ink;
+  update();
+}
+
+void TextLabel::Ground(const QColor& ground) {
+  if (ground == style_.ground) return;
+  style_.ground = ground;
+  update();
+}
+
+void TextLabel::Spoken(const QString& before, const QString& after) {
+  spoken_before_ = before;
+  spoken_after_ = after;
+  Speak();
+}
+
+void TextLabel::Speak() {
+  setAccessibleName(spoken_before_ + text() + spoken_after_);
+}
+
+double TextLabel::Advance() const {
+  return QFontMetricsF(fitted_).horizontalAdvance(shown_);
+}
+
+void TextLabel::Fit() {
+  shown_ = text();
+  for (int size = style_.size; size >= style_.least; --size) {
+    fitted_ = look::Face(size, style_.bold);
+    if (Advance() <= width()) break;
+  }
+  if (Advance() > width()) {
+    shown_ = QFontMetricsF(fitted_).elidedText(text(), Qt::ElideRight, width());
+  }
+  // Marked up, so that the text is never taken for mark-up itself, and long ones are wrapped.
+  if (Elided()) {
+    setToolTip("<p>" + text().toHtmlEscaped() + "</p>");
+  } else if (!toolTip().isEmpty()) {
+    setToolTip({});
+  }
+}
+
+void TextLabel::paintEvent(QPaintEvent*) {
+  QPainter painter(this);
+  if (style_.ground.isValid()) painter.fillRect(rect(), style_.ground);
+  painter.setFont(fitted_);
+  painter.setPen(style_.ink);
+  painter.drawText(rect(), static_cast<int>(style_.alignment) | Qt::TextSingleLine, shown_);
+}
+
+void TextLabel::resizeEvent(QResizeEvent* event) {
+  QLabel::resizeEvent(event);
+  Fit();
+}
+
+void TextLabel::mousePressEvent(QMouseEvent* event) {
+  event->accept();
+}
+
+void TextLabel::mouseReleaseEvent(QMouseEvent* event) {
+  event->accept();
+}
+
+void TextLabel::mouseDoubleClickEvent(QMouseEvent* event) {
+  event->accept();
+}
+
+}  // namespace orvane
