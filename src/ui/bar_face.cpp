@@ -26,7 +26,7 @@ constexpr int kMarkWidth = 405;
 constexpr int kMarkHeight = 180;
 
 // Beside a trough, relative to its top.
-constexpr Place kCaption{150, 0, 1095, 300};
+constexpr Place kCaption{135, 0, 1095, 300};
 constexpr Place kFigure{6315, -15, 795, 330};
 constexpr Place kUnit{7170, 0, 450, 300};
 
@@ -153,7 +153,8 @@ void Trough::paintEvent(QPaintEvent*) {
     const double right = Pixels(BarWidth(index_, to));
     painter.fillRect(QRectF(left, 0, right - left, height()), look::kDangerTint);
   }
-  for (const int mark : marks_) {
+  // The first and the last mark stand at the trough's own edges.
+  for (const int mark : marks_.subspan(1, marks_.size() - 2)) {
     painter.fillRect(QRectF(Pixels(BarWidth(index_, mark)) - 0.5, 0, 1, height()), look::kHairline);
   }
   shown_ = BarRect();

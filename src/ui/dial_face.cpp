@@ -121,25 +121,25 @@ constexpr double kBandRadius = 870;
 constexpr double kBandWidth = 60;
 constexpr double kTickFrom = 840;
 constexpr double kTickTo = 930;
-constexpr double kFineTickTo = 885;
-constexpr double kMarkRadius = 1050;
+constexpr double kFineTickTo = 900;
+constexpr double kMarkRadius = 1095;
 constexpr int kMarkWidth = 345;
 constexpr int kMarkHeight = 180;
 constexpr int kDegreesPerMark = 18;
-constexpr int kFineTicksPerMark = 5;
+constexpr int kFineTicksPerMark = 2;
 constexpr double kHubRadius = 75;
 
 // Caption and read-out stand in the plate's upper right corner, which the scale leaves free.
 constexpr int kRightInset = 120;
 constexpr int kCaptionTop = 105;
 constexpr int kCaptionHeight = 225;
-constexpr int kCaptionWidth = 1320;
+constexpr int kCaptionWidth = 1080;
 constexpr int kReadOutTop = 390;
 constexpr int kReadOutWidth = 645;
 constexpr int kReadOutHeight = 300;
 
 constexpr TextLabel::Style kMarkStyle{
-    .size = 10, .least = 9, .alignment = Qt::AlignCenter, .ink = look::kQuietInk};
+    .size = 11, .least = 9, .alignment = Qt::AlignCenter, .ink = look::kQuietInk};
 constexpr TextLabel::Style kCaptionStyle{
     .size = 12, .least = 10, .alignment = Qt::AlignRight | Qt::AlignVCenter};
 constexpr TextLabel::Style kReadOutStyle{.size = 15,
@@ -291,7 +291,7 @@ void DialFace::PaintPlate(QPainter& painter, std::size_t gauge) const {
   for (int i = 0; i <= kTicks; ++i) {
     const bool mark = i % kFineTicksPerMark == 0;
     const double degrees = 90.0 * i / kTicks;
-    painter.setPen(QPen(mark ? look::kInk : look::kEdge, mark ? 1.5 : 1));
+    painter.setPen(QPen(mark ? look::kInk : look::kQuietInk, mark ? 1.6 : 0.8));
     painter.drawLine(AtAngle(row, kTickFrom, degrees),
                      AtAngle(row, mark ? kTickTo : kFineTickTo, degrees));
   }

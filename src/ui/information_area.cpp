@@ -26,7 +26,7 @@ constexpr int kGap = 60;
 
 constexpr TextLabel::Style kHeadingStyle{.size = 12, .least = 10, .ink = look::kQuietInk};
 constexpr TextLabel::Style kCaptionStyle{.size = 12, .least = 10, .ink = look::kQuietInk};
-constexpr TextLabel::Style kValueStyle{.size = 12, .least = 10, .ground = look::kCard};
+constexpr TextLabel::Style kValueStyle{.size = 12, .least = 11, .ground = look::kCard};
 
 }  // namespace
 

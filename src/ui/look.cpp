@@ -5,6 +5,12 @@
 #include <QPalette>
 #include <QStyleFactory>
 
+// The pictures lie in a library; nothing else would draw them into the program. The macro works
+// outside of namespaces only.
+static void InitPictures() {
+  Q_INIT_RESOURCE(pictures);
+}
+
 namespace orvane::look {
 namespace {
 
@@ -54,6 +60,7 @@ void UseFamilies(const QStringList& families) {
 }
 
 void Apply(QApplication& application) {
+  InitPictures();
   application.setStyle(QStyleFactory::create("Fusion"));
   application.setPalette(LightPalette());
   application.setFont(Face(kFormFontSize));

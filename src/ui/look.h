@@ -24,7 +24,7 @@ inline constexpr QColor kInk{29, 36, 46};
 inline constexpr QColor kQuietInk{88, 99, 113};
 
 // Zones of a scale, and the grounds behind a fault.
-inline constexpr QColor kDangerZone{238, 122, 112};
+inline constexpr QColor kDangerZone{236, 110, 98};
 inline constexpr QColor kDangerTint{253, 229, 226};
 inline constexpr QColor kFaultGround{255, 238, 236};
 

@@ -29,11 +29,11 @@ constexpr StateRow kRows[] = {
 
 // Captions in one row, the states in a row beneath; a divider stands between two columns.
 constexpr int kColumn = kFrame2.width / 5;
-constexpr int kInset = 105;
-constexpr Place kCaption{kInset, 60, kColumn - 2 * kInset, 210};
-constexpr Place kState{kInset, 285, kColumn - 2 * kInset, 315};
+constexpr int kInset = 150;
+constexpr Place kCaption{kInset, 60, kColumn - kInset - 45, 210};
+constexpr Place kState{kInset, 270, kColumn - kInset - 45, 315};
 constexpr Place kDivider{0, 120, 15, 420};
-constexpr Place kFaultBar{15, 585, kColumn - 15, 60};
+constexpr Place kFaultBar{0, 600, kColumn, 60};
 
 constexpr Place InColumn(std::size_t i, const Place& place) {
   return {static_cast<int>(i) * kColumn + place.left, place.top, place.width, place.height};
@@ -81,6 +81,8 @@ void StateStrip::Refresh(std::size_t i) {
 void StateStrip::paintEvent(QPaintEvent*) {
   QPainter painter(this);
   painter.fillRect(rect(), look::kCard);
+  painter.fillRect(0, 0, width(), 1, look::kHairline);
+  painter.fillRect(0, height() - 1, width(), 1, look::kHairline);
   for (std::size_t i = 0; i < lines_.size(); ++i) {
     if (lines_[i].fault) {
       painter.fillRect(Pixels(InColumn(i, {0, 0, kColumn, kFrame2.height})), look::kFaultGround);
@@ -88,8 +90,6 @@ void StateStrip::paintEvent(QPaintEvent*) {
     }
     if (i > 0) painter.fillRect(Pixels(InColumn(i, kDivider)), look::kHairline);
   }
-  painter.fillRect(0, 0, width(), 1, look::kHairline);
-  painter.fillRect(0, height() - 1, width(), 1, look::kHairline);
 }
 
 }  // namespace orvane

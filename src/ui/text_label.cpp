@@ -4,6 +4,7 @@
 #include <QMouseEvent>
 #include <QPainter>
 #include <QPointer>
+#include <algorithm>
 
 namespace orvane {
 namespace {
@@ -16,6 +17,11 @@ std::string_view WholeCharacters(std::string_view utf8, std::size_t limit) {
   if (utf8.size() <= limit) return utf8;
   while (limit > 0 && (static_cast<unsigned char>(utf8[limit]) & 0xC0) == 0x80) --limit;
   return utf8.substr(0, limit);
+}
+
+// As it is drawn. A common Chinese face has nothing but a blank for the degree Celsius.
+QString Drawn(QString text) {
+  return text.replace(u'℃', QStringLiteral("°C"));
 }
 
 }  // namespace
@@ -88,16 +94,17 @@ double TextLabel::Advance() const {
 }
 
 void TextLabel::Fit() {
-  shown_ = text();
-  for (int size = style_.size; size >= style_.least; --size) {
+  shown_ = Drawn(text());
+  // A line of text needs a little more height than its letters.
+  const int tallest = std::max(style_.least, std::min(style_.size, height() - 1));
+  for (int size = tallest; size >= style_.least; --size) {
     fitted_ = look::Face(size, style_.bold);
     if (Advance() <= width()) break;
   }
-  if (Advance() > width()) {
-    shown_ = QFontMetricsF(fitted_).elidedText(text(), Qt::ElideRight, width());
-  }
+  elided_ = Advance() > width();
+  if (elided_) shown_ = QFontMetricsF(fitted_).elidedText(shown_, Qt::ElideRight, width());
   // Marked up, so that the text is never taken for mark-up itself, and long ones are wrapped.
-  if (Elided()) {
+  if (elided_) {
     setToolTip("<p>" + text().toHtmlEscaped() + "</p>");
   } else if (!toolTip().isEmpty()) {
     setToolTip({});

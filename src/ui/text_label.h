@@ -46,7 +46,7 @@ class TextLabel : public QLabel {
   // The part of the text that can be seen, and the font that it stands in.
   const QString& Shown() const { return shown_; }
   const QFont& Fitted() const { return fitted_; }
-  bool Elided() const { return shown_ != text(); }
+  bool Elided() const { return elided_; }
   // Width of the text as shown, in logical pixels.
   double Advance() const;
 
@@ -64,6 +64,7 @@ class TextLabel : public QLabel {
 
   Style style_;
   QString shown_;
+  bool elided_ = false;
   QFont fitted_;
   QString spoken_before_, spoken_after_;
 };

@@ -23,7 +23,7 @@ bool FakeSerialPort::PortOpen(bool open) {
 bool FakeSerialPort::Output(std::string_view text) {
   if (!open_ || refuse_writes) return false;
   sent.emplace_back(text);
-  if (OnSent) OnSent(sent.back());
+  if (OnSent) OnSent(std::string(text));
   return true;
 }
 

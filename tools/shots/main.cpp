@@ -1,0 +1,85 @@
+// Takes a picture of every window in both languages and in its telling states. Clock, values and
+// font are fixed, so that the same windows give the same pictures.
+
+#include <QApplication>
+#include <QDir>
+#include <QFileInfo>
+#include <QImage>
+#include <QToolTip>
+#include <cstdio>
+#include <string>
+
+#include "main_form.h"
+#include "stage.h"
+#include "ui/look.h"
+
+namespace orvane::shots {
+namespace {
+
+// One row for each picture; a window's maker stands in a file of its own beside this one.
+constexpr Shot kShots[] = {
+    {"main", Normal},
+    {"main-start", BeforeFirstReply},
+    {"main-mains-failed", MainsFailed},
+    {"main-battery-low", BatteryLow},
+    {"main-bypass", Bypass},
+    {"main-overload", Overload},
+    {"main-everything", Everything},
+    {"main-link-lost", LinkLost},
+    {"needles", Needles},
+    {"needles-beyond", NeedlesBeyond},
+};
+
+struct LanguageRow {
+  const char* suffix;
+  RunningProgram::Language language;
+};
+
+constexpr LanguageRow kLanguages[] = {
+    {"en", RunningProgram::Language::kEnglish},
+    {"zh", RunningProgram::Language::kChinese},
+};
+
+// Drawings with few colours: a palette is smaller, and enough where it loses nothing to the eye.
+bool Save(const QImage& picture, const QString& path) {
+  return picture.convertToFormat(QImage::Format_RGB888).save(path, "PNG", 0);
+}
+
+bool Take(const Shot& shot, const LanguageRow& language, const QDir& directory) {
+  Stage stage(language.language);
+  const std::unique_ptr<QWidget> window = shot.make(stage);
+  window->setAttribute(Qt::WA_DontShowOnScreen);
+  window->show();
+  QApplication::processEvents();
+  const QString path = directory.filePath(QString("%1-%2.png").arg(shot.name, language.suffix));
+  if (Save(window->grab().toImage(), path)) return true;
+  std::fprintf(stderr, "cannot write %s\n", qPrintable(path));
+  return false;
+}
+
+int TakeAll(const QString& directory, const QString& only) {
+  QDir().mkpath(directory);
+  bool all = true;
+  for (const Shot& shot : kShots) {
+    if (!only.isEmpty() && only != shot.name) continue;
+    for (const LanguageRow& language : kLanguages) all = Take(shot, language, directory) && all;
+  }
+  return all ? 0 : 1;
+}
+
+}  // namespace
+}  // namespace orvane::shots
+
+// orvane-shots DIRECTORY [RATIO [NAME]]
+int main(int argc, char** argv) {
+  if (argc < 2) {
+    std::fprintf(stderr, "usage: %s DIRECTORY [RATIO [NAME]]\n", argv[0]);
+    return 2;
+  }
+  qputenv("QT_QPA_PLATFORM", "offscreen");
+  qputenv("QT_SCALE_FACTOR", argc > 2 ? argv[2] : "1");
+  QApplication application(argc, argv);
+  orvane::look::UseFamilies({"WenQuanYi Micro Hei"});
+  orvane::look::Apply(application);
+  return orvane::shots::TakeAll(argv[1], argc > 3 ? argv[3] : "");
+}
