@@ -17,8 +17,11 @@
 #include "platform/qt/qt_serial_port.h"
 #include "platform/qt/qt_timer.h"
 #include "schedule/schedule_tables.h"
+#include "ui/about_window.h"
 #include "ui/alert_window.h"
+#include "ui/look.h"
 #include "ui/main_window.h"
+#include "ui/splash_window.h"
 #include "ui/windows.h"
 
 namespace orvane {
@@ -77,6 +80,7 @@ int Main(int argc, char** argv) {
   QApplication::setApplicationName("Orvane");
   QApplication::setDesktopFileName("orvane");
   QApplication::setQuitOnLastWindowClosed(false);
+  look::Apply(application);
 
   Outside outside;
   if (!outside.settings.unknown_action.empty()) {
@@ -91,6 +95,8 @@ int Main(int argc, char** argv) {
   windows.MakeMain(main_window,
                    {[&] { return frm_main.Form_Load(); }, [&] { frm_main.Form_Activate(); },
                     [&] { frm_main.Form_QueryUnload(); }});
+  windows.Make(Form::frmSplash, [&] { return new SplashWindow(windows); });
+  windows.Make(Form::frmAbout, [&] { return new AboutWindow(state, windows, outside.dialogs); });
 
   windows.Make(Form::frmAlert, [&] { return new AlertWindow(state, frm_main.Alert()); });
 

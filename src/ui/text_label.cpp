@@ -93,16 +93,24 @@ double TextLabel::Advance() const {
   return QFontMetricsF(fitted_).horizontalAdvance(shown_);
 }
 
+bool TextLabel::Fits() const {
+  if (!style_.wrap) return Advance() <= width();
+  const QRectF room(0, 0, width(), QWIDGETSIZE_MAX);
+  return QFontMetricsF(fitted_).boundingRect(room, Qt::TextWordWrap, shown_).height() <= height();
+}
+
 void TextLabel::Fit() {
   shown_ = Drawn(text());
   // A line of text needs a little more height than its letters.
   const int tallest = std::max(style_.least, std::min(style_.size, height() - 1));
   for (int size = tallest; size >= style_.least; --size) {
     fitted_ = look::Face(size, style_.bold);
-    if (Advance() <= width()) break;
+    if (Fits()) break;
   }
-  elided_ = Advance() > width();
-  if (elided_) shown_ = QFontMetricsF(fitted_).elidedText(shown_, Qt::ElideRight, width());
+  elided_ = !Fits();
+  if (elided_ && !style_.wrap) {
+    shown_ = QFontMetricsF(fitted_).elidedText(shown_, Qt::ElideRight, width());
+  }
   // Marked up, so that the text is never taken for mark-up itself, and long ones are wrapped.
   if (elided_) {
     setToolTip("<p>" + text().toHtmlEscaped() + "</p>");
@@ -116,7 +124,8 @@ void TextLabel::paintEvent(QPaintEvent*) {
   if (style_.ground.isValid()) painter.fillRect(rect(), style_.ground);
   painter.setFont(fitted_);
   painter.setPen(style_.ink);
-  painter.drawText(rect(), static_cast<int>(style_.alignment) | Qt::TextSingleLine, shown_);
+  const int lines = style_.wrap ? Qt::TextWordWrap : Qt::TextSingleLine;
+  painter.drawText(rect(), static_cast<int>(style_.alignment) | lines, shown_);
 }
 
 void TextLabel::resizeEvent(QResizeEvent* event) {

@@ -26,6 +26,7 @@ class TextLabel : public QLabel {
     Qt::Alignment alignment = Qt::AlignLeft | Qt::AlignVCenter;
     QColor ink = look::kInk;
     QColor ground = {};  // invalid: what lies beneath shows through
+    bool wrap = false;   // several lines, as many as have room
   };
 
   TextLabel(const QString& name, const Place& place, const Style& style, QWidget* parent);
@@ -59,6 +60,7 @@ class TextLabel : public QLabel {
   void mouseDoubleClickEvent(QMouseEvent* event) override;
 
  private:
+  bool Fits() const;
   void Fit();
   void Speak();
 

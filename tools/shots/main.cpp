@@ -9,6 +9,7 @@
 #include <cstdio>
 #include <string>
 
+#include "boxes.h"
 #include "main_form.h"
 #include "stage.h"
 #include "ui/look.h"
@@ -28,6 +29,8 @@ constexpr Shot kShots[] = {
     {"main-link-lost", LinkLost},
     {"needles", Needles},
     {"needles-beyond", NeedlesBeyond},
+    {"splash", Splash},
+    {"about", About},
 };
 
 struct LanguageRow {

@@ -6,8 +6,11 @@
 namespace orvane {
 namespace {
 
+// A lone carriage return ends a line as well; the box itself knows line feeds alone.
 QString Text(std::string_view text) {
-  return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
+  return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()))
+      .replace("\r\n", "\n")
+      .replace('\r', '\n');
 }
 
 }  // namespace

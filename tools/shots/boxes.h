@@ -1,0 +1,11 @@
+// The small forms that only inform.
+#pragma once
+
+#include "stage.h"
+
+namespace orvane::shots {
+
+std::unique_ptr<QWidget> Splash(Stage& stage);
+std::unique_ptr<QWidget> About(Stage& stage);
+
+}  // namespace orvane::shots
