@@ -97,7 +97,6 @@ int Main(int argc, char** argv) {
                     [&] { frm_main.Form_QueryUnload(); }});
   windows.Make(Form::frmSplash, [&] { return new SplashWindow(windows); });
   windows.Make(Form::frmAbout, [&] { return new AboutWindow(state, windows, outside.dialogs); });
-
   windows.Make(Form::frmAlert, [&] { return new AlertWindow(state, frm_main.Alert()); });
 
   const EndSignals end_signals([&] { windows.End(); });

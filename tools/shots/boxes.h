@@ -7,5 +7,6 @@ namespace orvane::shots {
 
 std::unique_ptr<QWidget> Splash(Stage& stage);
 std::unique_ptr<QWidget> About(Stage& stage);
+std::unique_ptr<QWidget> Alert(Stage& stage);
 
 }  // namespace orvane::shots

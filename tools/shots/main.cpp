@@ -31,6 +31,7 @@ constexpr Shot kShots[] = {
     {"needles-beyond", NeedlesBeyond},
     {"splash", Splash},
     {"about", About},
+    {"alert", Alert},
 };
 
 struct LanguageRow {
