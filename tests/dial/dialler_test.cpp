@@ -273,7 +273,7 @@ TEST_F(DiallerTest, NumberIsTrimmedAtItsEndsAlone) {
 
 TEST_F(DiallerTest, PortThatDoesNotOpenIsToldAndNotTriedAgain) {
   MSComm2.present = {1, 2, 4};
-  for (const int slot : {3, 0, -1, 5}) {
+  for (const int slot : {0, -1, 5, 3}) {
     SCOPED_TRACE(slot);
     state.Settings[kModemPort] = static_cast<std::int16_t>(slot);
     panel.Label13.Caption("");
