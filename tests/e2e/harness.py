@@ -151,6 +151,9 @@ class OrvaneTest(unittest.TestCase):
     def environment(self, **extra):
         env = dict(os.environ)
         env.setdefault("QT_QPA_PLATFORM", "offscreen")
+        # No test reaches the desktop of whoever runs it: the companion would close what is open.
+        for name in ("DISPLAY", "WAYLAND_DISPLAY", "XDG_RUNTIME_DIR"):
+            env.pop(name, None)
         # No test reaches a bus of this machine.
         nowhere = f"unix:path={self.folder}/no-bus"
         env["DBUS_SYSTEM_BUS_ADDRESS"] = nowhere

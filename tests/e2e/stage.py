@@ -1,0 +1,144 @@
+"""What stands around the program for a test alone: message buses with a stand-in for logind or for
+systemd's user manager, and an X11 display with a window manager."""
+
+import os
+import signal
+import subprocess
+from pathlib import Path
+
+import dbus
+import dbus.bus
+
+from harness import PATIENCE, Process, wait_until
+
+PYTHON = "/usr/bin/python3"
+MOCK = "org.freedesktop.DBus.Mock"
+
+
+class PrivateBus:
+    """A message bus of its own. `calls` are the method calls that the stand-in on it got."""
+
+    def __init__(self, folder, name="bus"):
+        self.folder = Path(folder)
+        self.address = f"unix:path={folder}/{name}"
+        self.log = self.folder / f"{name}.log"
+        self.daemon = Process(["dbus-daemon", "--session", "--nofork", "--nopidfile",
+                               f"--address={self.address}", "--print-address=1"])
+        wait_until(lambda: self.daemon.lines, "the bus is there")
+        self.mock = None
+
+    def _stand_in(self, kind, name, path, interface):
+        env = dict(os.environ, DBUS_SYSTEM_BUS_ADDRESS=self.address,
+                   DBUS_SESSION_BUS_ADDRESS=self.address)
+        self.mock = Process([PYTHON, "-m", "dbusmock", kind, "--logfile", self.log, name, path,
+                             interface], env=env)
+        connection = dbus.bus.BusConnection(self.address)
+        wait_until(lambda: connection.name_has_owner(name), f"{name} is on the bus")
+        manager = connection.get_object(name, path)
+
+        def add(method, takes, gives, code):
+            manager.AddMethod(interface, method, takes, gives, code, dbus_interface=MOCK)
+
+        return add
+
+    def logind(self, halt="yes", power_off="yes", halt_fails=False):
+        """Answers of CanHalt and CanPowerOff; `halt_fails` has Halt itself refused."""
+        add = self._stand_in("--system", "org.freedesktop.login1", "/org/freedesktop/login1",
+                             "org.freedesktop.login1.Manager")
+        refuse = ('raise dbus.exceptions.DBusException("Access denied", '
+                  'name="org.freedesktop.DBus.Error.AccessDenied")')
+        add("CanHalt", "", "s", f'ret = "{halt}"')
+        add("CanPowerOff", "", "s", f'ret = "{power_off}"')
+        add("Halt", "b", "", refuse if halt_fails else "")
+        add("PowerOff", "b", "", "")
+        return self
+
+    def user_manager(self, units):
+        """`units`: processes by the names of the units that they make up. Stopping a unit ends its
+        process; a unit whose process has ended is no longer listed."""
+        add = self._stand_in("--session", "org.freedesktop.systemd1", "/org/freedesktop/systemd1",
+                             "org.freedesktop.systemd1.Manager")
+        # Run line by line inside the stand-in, where a nested scope sees no names of the outer one.
+        look = f"import os, signal, fnmatch\nunits = {units!r}\n"
+        add("ListUnitsByPatterns", "asas", "a(ssssssouso)", look + """
+ret = []
+for name, (pid, group) in units.items():
+    try:
+        with open(f"/proc/{pid}/stat") as stat:
+            state = stat.read().rsplit(")", 1)[1].split()[0]
+    except OSError:
+        continue
+    for pattern in args[1]:
+        if state != "Z" and fnmatch.fnmatch(name, str(pattern)):
+            ret.append((name, "About " + name, "loaded", "active", "running", "", "/u", 0, "", "/"))
+""")
+        add("GetUnitProcesses", "s", "a(sus)", look +
+            "pid, group = units[args[0]]\nret = [(group + '/' + args[0], pid, 'command')]")
+        add("StopUnit", "ss", "o", look +
+            "os.kill(units[args[0]][0], signal.SIGTERM)\nret = '/org/freedesktop/systemd1/job/1'")
+        return self
+
+    def calls(self):
+        """Method and arguments of each call, without those of the test's own setting up."""
+        if not self.log.exists():
+            return []
+        lines = (line.split(" ", 1)[1] for line in self.log.read_text().splitlines() if " " in line)
+        return [line for line in lines if not line.startswith(("emit", "AddMethod"))]
+
+    def hang(self):
+        self.daemon.process.send_signal(signal.SIGSTOP)
+
+    def close(self):
+        self.daemon.process.send_signal(signal.SIGCONT)
+        if self.mock:
+            self.mock.close()
+        self.daemon.close()
+
+
+class XDisplay:
+    """A virtual X11 display with a light window manager."""
+
+    def __init__(self, folder):
+        reading, writing = os.pipe()
+        self.server = subprocess.Popen(
+            ["Xvfb", "-displayfd", str(writing), "-screen", "0", "1024x768x24", "-nolisten", "tcp",
+             "-noreset"], pass_fds=[writing], stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+        os.close(writing)
+        with os.fdopen(reading) as number:
+            self.name = ":" + number.readline().strip()
+        # A home of its own, so that nobody's taste in windows plays a part.
+        self.env = {"DISPLAY": self.name, "QT_QPA_PLATFORM": "xcb", "HOME": str(folder)}
+        self.manager = subprocess.Popen(
+            ["openbox", "--sm-disable"], env={**os.environ, **self.env},
+            stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+        wait_until(lambda: "window id" in self.ask("xprop", "-root", "_NET_CLIENT_LIST"),
+                   "the window manager manages windows")
+
+    def ask(self, *command):
+        return subprocess.run(command, env={**os.environ, **self.env}, capture_output=True,
+                              text=True, timeout=PATIENCE, check=False).stdout
+
+    def windows(self):
+        """Titles of the managed windows by their numbers."""
+        line = self.ask("xprop", "-root", "_NET_CLIENT_LIST")
+        found = {}
+        for number in line.partition("#")[2].replace(",", " ").split():
+            name = self.ask("xprop", "-id", number, "-notype", "_NET_WM_NAME")
+            if " = " in name:
+                found[number] = name.partition(" = ")[2].strip().strip('"')
+        return found
+
+    def wait_for_window(self, title):
+        """The number of the window of this title, once it is there."""
+        return wait_until(
+            lambda: next((n for n, t in self.windows().items() if t == title), None),
+            f"a window {title}")
+
+    def key(self, window, *keys):
+        for key in keys:
+            self.ask("xdotool", "key", "--window", window, key)
+
+    def close(self):
+        for process in (self.manager, self.server):
+            process.terminate()
+            process.wait(PATIENCE)

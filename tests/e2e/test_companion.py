@@ -1,0 +1,161 @@
+"""The companion with applications to close: windows on an X11 display, units of a user session, or
+nothing at all."""
+
+import configparser
+import os
+import shutil
+import signal
+import subprocess
+import unittest
+from pathlib import Path
+
+from harness import BUILD, OrvaneTest, Process, wait_until
+from stage import PrivateBus, XDisplay
+
+# The 99th byte falls into the last character but one.
+LONG_TITLE = "文件处理" * 8 + "b" * 2 + "信件"
+FITTED_TITLE = LONG_TITLE[:-2]
+
+
+class CompanionTest(OrvaneTest):
+
+    def run_companion(self, **environment):
+        """Runs it to its end; what it told on standard error."""
+        companion = self.start_process(self.folder / "exit.exe",
+                                       env=self.environment(**environment), cwd="/")
+        self.assertEqual(companion.wait(patience=40), 0, companion.errors)
+        return companion.errors
+
+    def report(self):
+        """Titles and files of the closed applications, and titles of those that stayed open."""
+        file = configparser.ConfigParser(interpolation=None, delimiters=("=",))
+        with open(self.folder / "SaverApp.INI", encoding="utf-8", newline="") as text:
+            file.read_file(line.rstrip("\r\n") for line in text)
+        main = file["Main"]
+        self.assertEqual(main["ShowMsg"], "1")
+
+        def application(key):
+            section = file[main[key]]
+            return section["Title"], [section[f"File{i}"]
+                                      for i in range(int(section["FileNumber"]))]
+
+        closed = [application(f"App{i}") for i in range(int(main["AppNumber"]))]
+        still_open = [application(f"Open{i}")[0] for i in range(int(main["OpenNumber"]))]
+        return closed, still_open
+
+
+class NobodyThereTest(CompanionTest):
+
+    def test_without_any_desktop_it_reports_nobody(self):
+        told = self.run_companion()
+        self.assertEqual(told, ["exit.exe: no desktop here, and no applications to close",
+                                "exit.exe: 0 of 0 applications closed"])
+        self.assertEqual(self.report(), ([], []))
+
+    def test_report_lies_where_platform_ini_says(self):
+        (self.folder / "elsewhere").mkdir()
+        (self.folder / "platform.ini").write_text("[Directories]\nWindows=elsewhere\n")
+        self.run_companion()
+        self.assertTrue((self.folder / "elsewhere" / "SaverApp.INI").exists())
+        self.assertFalse((self.folder / "SaverApp.INI").exists())
+
+    def test_report_that_cannot_be_written_leaves_the_old_one(self):
+        old = self.folder / "SaverApp.INI"
+        old.mkdir()
+        companion = self.start_process(self.folder / "exit.exe", env=self.environment(), cwd="/")
+        self.assertEqual(companion.wait(), 1)
+        self.assertIn("could not be written", companion.errors[-1])
+        self.assertTrue(old.is_dir())
+
+
+class DisplayTest(CompanionTest):
+
+    def setUp(self):
+        super().setUp()
+        self.display = XDisplay(self.folder)
+        self.addCleanup(self.display.close)
+
+    def open_window(self, title, *arguments, program=BUILD / "orvane-test-window"):
+        folder = self.folder / f"documents {len(self.display.windows())}"
+        folder.mkdir()
+        window = self.start_process(
+            program, "--title", title, *arguments,
+            env=self.environment(**self.display.env, ASAN_OPTIONS="detect_leaks=0"), cwd=folder)
+        self.display.wait_for_window(title)
+        return window, folder
+
+    def test_windows_close_each_in_its_way(self):
+        letter, letter_folder = self.open_window("Letter", "--write", "letter.odt")
+        slow, slow_folder = self.open_window(
+            LONG_TITLE, "--seconds", "10", "--scratch", "图纸.dxf")
+        refuser, _ = self.open_window("Draft*", "--refuse")
+        dock, _ = self.open_window("Panel", "--dock")
+        shutil.copy2(BUILD / "orvane-test-window", self.folder / "orvane-test-window")
+        own, _ = self.open_window("Weekly setting", program=self.folder / "orvane-test-window")
+
+        told = self.run_companion(**self.display.env)
+
+        self.assertEqual(told, ["exit.exe: 2 of 3 applications closed"])
+        self.assertEqual(letter.wait(), 0)
+        self.assertEqual(slow.wait(), 0)
+        for window in (refuser, dock, own):
+            self.assertTrue(window.running())
+        self.assertEqual(refuser.lines.count("asked"), 1)
+        self.assertNotIn("asked", dock.lines)
+        self.assertNotIn("asked", own.lines)
+        self.assertCountEqual(self.display.windows().values(), ["Draft*", "Panel", "Weekly setting"])
+        closed, still_open = self.report()
+        self.assertEqual(closed, [
+            ("Letter", [str(letter_folder / "letter.odt")]),
+            (FITTED_TITLE, [str(slow_folder / "图纸.dxf.final")])])
+        self.assertEqual(still_open, ["Draft*"])
+
+    def test_it_ends_with_the_last_application(self):
+        self.open_window("One")
+        self.open_window("Two")
+        companion = self.start_process(self.folder / "exit.exe",
+                                       env=self.environment(**self.display.env), cwd="/")
+        self.assertEqual(companion.wait(patience=20), 0)
+        self.assertEqual(self.report(), ([("One", []), ("Two", [])], []))
+
+    def test_a_display_that_dies_ends_the_wait(self):
+        refuser, _ = self.open_window("Draft*", "--refuse")
+        companion = self.start_process(self.folder / "exit.exe",
+                                       env=self.environment(**self.display.env), cwd="/")
+        wait_until(lambda: "asked" in refuser.lines, "the window is asked")
+        self.display.server.terminate()
+        self.assertEqual(companion.wait(patience=20), 0)
+        self.assertEqual(self.report()[0], [])
+
+
+class UnitTest(CompanionTest):
+
+    def test_units_of_applications_are_stopped(self):
+        sleepers = {}
+        for name, slice_ in (("app-editor-1.scope", "app.slice"), ("app-own-2.scope", "app.slice"),
+                             ("app-daemon-3.service", "background.slice"),
+                             ("pipewire.service", "app.slice")):
+            process = subprocess.Popen(["sleep", "600"])
+            self.addCleanup(process.wait)
+            self.addCleanup(process.kill)
+            sleepers[name] = process
+        # The program stands in a unit of an application, too.
+        units = {name: (process.pid, f"/user.slice/{slice_}") for (name, process), slice_ in zip(
+            sleepers.items(), ("app.slice", "app.slice", "background.slice", "app.slice"))}
+        units["app-own-2.scope"] = (os.getpid(), "/user.slice/app.slice")
+        bus = PrivateBus(self.folder).user_manager(units)
+        self.addCleanup(bus.close)
+
+        told = self.run_companion(DBUS_SESSION_BUS_ADDRESS=bus.address)
+
+        self.assertEqual(told, ["exit.exe: 1 of 1 applications closed"])
+        self.assertEqual(sleepers["app-editor-1.scope"].wait(), -signal.SIGTERM)
+        for name in ("app-own-2.scope", "app-daemon-3.service", "pipewire.service"):
+            self.assertIsNone(sleepers[name].poll(), name)
+        self.assertEqual([call for call in bus.calls() if call.startswith("StopUnit")],
+                         ['StopUnit "app-editor-1.scope" "replace"'])
+        self.assertEqual(self.report(), ([("About app-editor-1.scope", [])], []))
+
+
+if __name__ == "__main__":
+    unittest.main()
