@@ -75,6 +75,9 @@ int Main(int argc, char** argv) {
   signal(SIGPIPE, SIG_IGN);
   // Nothing here is drawn by way of OpenGL, and its libraries take their time.
   setenv("QT_XCB_GL_INTEGRATION", "none", 0);
+  // With shared memory every change on the panel has to wait for the display's word that the change
+  // before it has been seen; the few hundred pixels of a change are sent sooner than that.
+  setenv("QT_XCB_NO_MITSHM", "1", 0);
   QApplication::setAttribute(Qt::AA_DontUseNativeMenuBar);
   QApplication application(argc, argv);
   QApplication::setApplicationName("Orvane");
@@ -94,7 +97,10 @@ int Main(int argc, char** argv) {
   MainWindow main_window(state, panel, frm_main);
   windows.MakeMain(main_window,
                    {[&] { return frm_main.Form_Load(); }, [&] { frm_main.Form_Activate(); },
-                    [&] { frm_main.Form_QueryUnload(); }});
+                    [&] {
+                      // A second instance that is ended in front of its box was never loaded.
+                      if (!outside.host.PrevInstance()) frm_main.Form_QueryUnload();
+                    }});
   windows.Make(Form::frmSplash, [&] { return new SplashWindow(windows); });
   windows.Make(Form::frmAbout, [&] { return new AboutWindow(state, windows, outside.dialogs); });
   windows.Make(Form::frmAlert, [&] { return new AlertWindow(state, frm_main.Alert()); });

@@ -71,7 +71,7 @@ void Windows::End() {
 }
 
 void Windows::UnloadMain() {
-  if (std::exchange(main_state_, MainState::kUnloaded) == MainState::kLoaded) {
+  if (std::exchange(main_state_, MainState::kUnloaded) != MainState::kUnloaded) {
     events_.Form_QueryUnload();
   }
 }

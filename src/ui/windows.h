@@ -48,8 +48,8 @@ class Windows : public QObject, public Forms {
   // The end has been decided: there is no need to enter the event loop.
   bool Ended() const { return ended_; }
 
-  // Runs Form_QueryUnload if frmMain is still loaded, and nothing else: the last resort of a
-  // program that is being ended without its event loop.
+  // Runs Form_QueryUnload if frmMain is still loaded, or held in its load by a box, and nothing
+  // else: the last resort of a program that is being ended without its event loop.
   void UnloadMain();
 
   // The window of a form that is open; null otherwise.

@@ -35,11 +35,11 @@ def wait_until(condition, what, patience=PATIENCE):
 class Process:
     """A program of the project, its output collected line by line as it comes."""
 
-    def __init__(self, arguments, env=None, cwd=None):
+    def __init__(self, arguments, env=None, cwd=None, pass_fds=()):
         self.lines = []
         self.errors = []
         self.process = subprocess.Popen(
-            [str(argument) for argument in arguments], env=env, cwd=cwd, text=True,
+            [str(argument) for argument in arguments], env=env, cwd=cwd, pass_fds=pass_fds, text=True,
             encoding="utf-8", errors="replace", bufsize=1,
             stdin=subprocess.PIPE, stdout=subprocess.PIPE, stderr=subprocess.PIPE)
         self._readers = [
