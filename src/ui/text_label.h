@@ -48,6 +48,8 @@ class TextLabel : public QLabel {
   const QString& Shown() const { return shown_; }
   const QFont& Fitted() const { return fitted_; }
   bool Elided() const { return elided_; }
+  Qt::Alignment Alignment() const { return style_.alignment; }
+  bool Wraps() const { return style_.wrap; }
   // Width of the text as shown, in logical pixels.
   double Advance() const;
 

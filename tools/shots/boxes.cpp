@@ -1,4 +1,4 @@
-#include "boxes.h"
+#include "shots/boxes.h"
 
 #include "ui/about_window.h"
 #include "ui/alert_window.h"

@@ -1,7 +1,7 @@
 // The small forms that only inform.
 #pragma once
 
-#include "stage.h"
+#include "shots/stage.h"
 
 namespace orvane::shots {
 

@@ -3,36 +3,14 @@
 
 #include <QApplication>
 #include <QDir>
-#include <QFileInfo>
 #include <QImage>
-#include <QToolTip>
 #include <cstdio>
-#include <string>
 
-#include "boxes.h"
-#include "main_form.h"
-#include "stage.h"
+#include "shots/shots.h"
 #include "ui/look.h"
 
 namespace orvane::shots {
 namespace {
-
-// One row for each picture; a window's maker stands in a file of its own beside this one.
-constexpr Shot kShots[] = {
-    {"main", Normal},
-    {"main-start", BeforeFirstReply},
-    {"main-mains-failed", MainsFailed},
-    {"main-battery-low", BatteryLow},
-    {"main-bypass", Bypass},
-    {"main-overload", Overload},
-    {"main-everything", Everything},
-    {"main-link-lost", LinkLost},
-    {"needles", Needles},
-    {"needles-beyond", NeedlesBeyond},
-    {"splash", Splash},
-    {"about", About},
-    {"alert", Alert},
-};
 
 struct LanguageRow {
   const char* suffix;
@@ -44,7 +22,6 @@ constexpr LanguageRow kLanguages[] = {
     {"zh", RunningProgram::Language::kChinese},
 };
 
-// Drawings with few colours: a palette is smaller, and enough where it loses nothing to the eye.
 bool Save(const QImage& picture, const QString& path) {
   return picture.convertToFormat(QImage::Format_RGB888).save(path, "PNG", 0);
 }
@@ -64,7 +41,7 @@ bool Take(const Shot& shot, const LanguageRow& language, const QDir& directory) 
 int TakeAll(const QString& directory, const QString& only) {
   QDir().mkpath(directory);
   bool all = true;
-  for (const Shot& shot : kShots) {
+  for (const Shot& shot : Shots()) {
     if (!only.isEmpty() && only != shot.name) continue;
     for (const LanguageRow& language : kLanguages) all = Take(shot, language, directory) && all;
   }

@@ -1,4 +1,4 @@
-#include "main_form.h"
+#include "shots/main_form.h"
 
 #include "ui/main_window.h"
 

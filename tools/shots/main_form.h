@@ -1,7 +1,7 @@
 // The main form in its telling states.
 #pragma once
 
-#include "stage.h"
+#include "shots/stage.h"
 
 namespace orvane::shots {
 

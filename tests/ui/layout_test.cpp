@@ -1,0 +1,83 @@
+// Every window, in both languages and in all its telling states: all words are whole, and none
+// stands on another.
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <memory>
+
+#include "shots/shots.h"
+#include "ui/layout_faults.h"
+#include "ui/text_label.h"
+
+namespace orvane::test {
+namespace {
+
+using Language = RunningProgram::Language;
+
+struct Case {
+  const shots::Shot* shot;
+  Language language;
+};
+
+std::vector<Case> Cases() {
+  std::vector<Case> cases;
+  for (const shots::Shot& shot : shots::Shots()) {
+    for (const Language language : {Language::kEnglish, Language::kChinese}) {
+      cases.push_back({&shot, language});
+    }
+  }
+  return cases;
+}
+
+class LayoutTest : public testing::TestWithParam<Case> {};
+
+// A device may say more about itself than there is room for; the rest is in the tool tip.
+bool DeviceIsWordy(const QString& fault) {
+  return fault.startsWith("Label7(") && fault.contains("cuts its text");
+}
+
+TEST_P(LayoutTest, WordsFitAndKeepApart) {
+  shots::Stage stage(GetParam().language);
+  const std::unique_ptr<QWidget> window = GetParam().shot->make(stage);
+  window->show();
+  QApplication::processEvents();
+  for (const QString& fault : LayoutFaults(*window)) {
+    if (!DeviceIsWordy(fault)) ADD_FAILURE() << fault.toStdString();
+  }
+}
+
+std::string CaseName(const testing::TestParamInfo<Case>& info) {
+  std::string name = info.param.shot->name;
+  for (char& c : name) {
+    if (c == '-') c = '_';
+  }
+  return name + (info.param.language == Language::kEnglish ? "_en" : "_zh");
+}
+
+INSTANTIATE_TEST_SUITE_P(Windows, LayoutTest, testing::ValuesIn(Cases()), CaseName);
+
+// The walk itself has to see what is wrong.
+TEST(LayoutFaults, AreSeen) {
+  QWidget window;
+  window.resize(300, 100);
+  const TextLabel::Style style{.size = 12, .least = 12};
+  TextLabel cut("cut", {0, 0, 300, 300}, style, &window);
+  cut.Show(QString("far too long for twenty pixels"));
+  TextLabel high("high", {600, 0, 1500, 60}, style, &window);
+  high.Show(QString("Ag"));
+  TextLabel lower("lower", {0, 600, 1500, 300}, style, &window);
+  lower.Show(QString("one upon"));
+  TextLabel upper("upper", {150, 600, 1500, 300}, style, &window);
+  upper.Show(QString("the other"));
+  TextLabel outside("outside", {4200, 0, 900, 300}, style, &window);
+  outside.Show(QString("out"));
+  window.show();
+  const std::vector<QString> faults = LayoutFaults(window);
+  const std::vector<QString> expected = {"cut cuts its text: far too long for twenty pixels",
+                                         "high writes outside of its box: Ag",
+                                         "outside leaves its container", "lower and upper overlap"};
+  EXPECT_EQ(faults, expected);
+}
+
+}  // namespace
+}  // namespace orvane::test

@@ -1,0 +1,32 @@
+#include "shots/shots.h"
+
+#include "shots/boxes.h"
+#include "shots/main_form.h"
+
+namespace orvane::shots {
+namespace {
+
+// One row for each picture; a window's maker stands in a file of its own beside this one.
+constexpr Shot kShots[] = {
+    {"main", Normal},
+    {"main-start", BeforeFirstReply},
+    {"main-mains-failed", MainsFailed},
+    {"main-battery-low", BatteryLow},
+    {"main-bypass", Bypass},
+    {"main-overload", Overload},
+    {"main-everything", Everything},
+    {"main-link-lost", LinkLost},
+    {"needles", Needles},
+    {"needles-beyond", NeedlesBeyond},
+    {"splash", Splash},
+    {"about", About},
+    {"alert", Alert},
+};
+
+}  // namespace
+
+std::span<const Shot> Shots() {
+  return kShots;
+}
+
+}  // namespace orvane::shots
