@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <iterator>
 
+#include "platform/utf8.h"
+
 namespace orvane {
 namespace {
 
@@ -12,10 +14,6 @@ constexpr std::string_view kWords[] = {"OK", "BUSY", "NO CARRIER", "NO DIALTONE"
 // The most that can have arrived of a word that is not whole yet.
 constexpr std::size_t kOverlap =
     std::max({kWords[0].size(), kWords[1].size(), kWords[2].size(), kWords[3].size()}) - 1;
-
-bool ContinuesCharacter(char byte) {
-  return (static_cast<unsigned char>(byte) & 0xC0) == 0x80;
-}
 
 }  // namespace
 
@@ -40,12 +38,7 @@ void ReplyBuffer::Append(std::string_view bytes) {
 }
 
 std::string_view ReplyBuffer::Shown() const {
-  if (head_.size() <= kShown) return head_;
-  std::size_t cut = kShown;
-  while (cut > kShown - 3 && ContinuesCharacter(head_[cut])) --cut;
-  // Bytes that are no UTF-8 have no characters to keep whole.
-  if (ContinuesCharacter(head_[cut])) cut = kShown;
-  return std::string_view(head_).substr(0, cut);
+  return WholeCharacters(head_, kShown);
 }
 
 void ReplyBuffer::Find(std::string_view bytes) {

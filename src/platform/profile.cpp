@@ -4,6 +4,8 @@
 #include <iterator>
 #include <utility>
 
+#include "platform/utf8.h"
+
 namespace orvane {
 namespace {
 
@@ -72,15 +74,6 @@ std::string OneLine(std::string_view value) {
 // How a value is written to be read back as it stands.
 std::string WrittenValue(const std::string& value) {
   return ReadValue(value) == value ? value : '"' + value + '"';
-}
-
-std::string_view Cut(std::string_view text, std::size_t limit) {
-  if (text.size() <= limit) return text;
-  const auto continues = [](char c) { return (static_cast<unsigned char>(c) & 0xC0) == 0x80; };
-  std::size_t end = limit;
-  // A character has at most three bytes behind its first; bytes that are no UTF-8 are cut anywhere.
-  while (end > 0 && limit - end < 4 && continues(text[end])) --end;
-  return text.substr(0, limit - end < 4 ? end : limit);
 }
 
 }  // namespace
@@ -194,7 +187,7 @@ std::string GetPrivateProfileString(const ProfileFile& file, std::string_view se
                                     std::size_t size) {
   if (size == 0) return {};
   const auto value = file.Get(section, key);
-  return std::string(Cut(value ? std::string_view(*value) : fallback, size - 1));
+  return std::string(WholeCharacters(value ? std::string_view(*value) : fallback, size - 1));
 }
 
 std::string GetPrivateProfileString(const Disk& disk, std::string_view section,

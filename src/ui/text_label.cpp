@@ -6,18 +6,13 @@
 #include <QPointer>
 #include <algorithm>
 
+#include "platform/utf8.h"
+
 namespace orvane {
 namespace {
 
 // Enough for any sentence, little enough for any sender.
 constexpr std::size_t kMostBytes = 600;
-
-// Not behind the first bytes of a character that is cut in two.
-std::string_view WholeCharacters(std::string_view utf8, std::size_t limit) {
-  if (utf8.size() <= limit) return utf8;
-  while (limit > 0 && (static_cast<unsigned char>(utf8[limit]) & 0xC0) == 0x80) --limit;
-  return utf8.substr(0, limit);
-}
 
 // As it is drawn. A common Chinese face has nothing but a blank for the degree Celsius.
 QString Drawn(QString text) {
