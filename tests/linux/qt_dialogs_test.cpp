@@ -1,0 +1,79 @@
+#include "platform/qt/qt_dialogs.h"
+
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QPushButton>
+#include <QTimer>
+#include <functional>
+
+namespace orvane::test {
+namespace {
+
+class QtDialogsTest : public testing::Test {
+ protected:
+  QtDialogsTest() { QApplication::setQuitOnLastWindowClosed(false); }
+
+  // Does something to the next box, once it stands.
+  void WhenItStands(const std::function<void(QMessageBox&)>& act) {
+    QTimer::singleShot(0, &application_, [act] {
+      auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+      ASSERT_TRUE(box);
+      act(*box);
+    });
+  }
+
+  int argc_ = 3;
+  char program_[5] = "test";
+  char option_[10] = "-platform";
+  char platform_[10] = "offscreen";
+  char* argv_[4] = {program_, option_, platform_, nullptr};
+  QApplication application_{argc_, argv_};
+  QtDialogs dialogs_;
+};
+
+TEST_F(QtDialogsTest, QuestionIsYesForYesAlone) {
+  struct Case {
+    const char* name;
+    std::function<void(QMessageBox&)> act;
+    bool answer;
+  };
+  for (const Case& c : {
+           Case{"Yes", [](QMessageBox& box) { box.button(QMessageBox::Yes)->click(); }, true},
+           Case{"No", [](QMessageBox& box) { box.button(QMessageBox::No)->click(); }, false},
+           Case{"Enter", [](QMessageBox& box) { box.defaultButton()->click(); }, false},
+           Case{"closed", [](QMessageBox& box) { box.close(); }, false},
+           Case{"dismissed", [this](QMessageBox&) { dialogs_.Dismiss(); }, false},
+       }) {
+    SCOPED_TRACE(c.name);
+    WhenItStands([&](QMessageBox& box) {
+      EXPECT_EQ(box.text(), "Are you <sure>?");
+      EXPECT_EQ(box.textFormat(), Qt::PlainText);
+      EXPECT_EQ(box.icon(), QMessageBox::Question);
+      EXPECT_EQ(box.windowTitle(), "Orvane");
+      c.act(box);
+    });
+    EXPECT_EQ(dialogs_.Ask("Are you <sure>?", "Orvane"), c.answer);
+  }
+}
+
+TEST_F(QtDialogsTest, DismissTakesEveryBoxAway) {
+  WhenItStands([&](QMessageBox& first) {
+    EXPECT_EQ(first.icon(), QMessageBox::Warning);
+    WhenItStands([&](QMessageBox& second) {
+      EXPECT_NE(&first, &second);
+      EXPECT_EQ(second.icon(), QMessageBox::NoIcon);
+      EXPECT_EQ(second.standardButtons(), QMessageBox::Ok);
+      dialogs_.Dismiss();
+      EXPECT_FALSE(first.isVisible());
+      EXPECT_FALSE(second.isVisible());
+    });
+    dialogs_.Plain("second", "Orvane");
+  });
+  dialogs_.Exclamation("first", "Orvane：Info");
+  EXPECT_EQ(QApplication::activeModalWidget(), nullptr);
+  dialogs_.Dismiss();
+}
+
+}  // namespace
+}  // namespace orvane::test
