@@ -137,7 +137,10 @@ class LinkTest(OrvaneTest):
                 targets.add(os.readlink(f"/proc/{process.pid}/fd/{file}"))
             except FileNotFoundError:
                 pass
-        return len(files) > 4 and os.path.realpath(self.ups_link) not in targets
+        with open(f"/proc/{process.pid}/status", encoding="ascii") as lines:
+            caught = next(int(line.split()[1], 16) for line in lines if line.startswith("SigCgt"))
+        ready = caught & (1 << (signal.SIGTERM - 1))
+        return ready and len(files) > 4 and os.path.realpath(self.ups_link) not in targets
 
     def test_killed_instance_holds_nobody_off(self):
         self.ups.answer = {"Q1": status()}
