@@ -19,8 +19,11 @@
 #include "schedule/schedule_tables.h"
 #include "ui/about_window.h"
 #include "ui/alert_window.h"
+#include "ui/day_history_window.h"
+#include "ui/log_window.h"
 #include "ui/look.h"
 #include "ui/main_window.h"
+#include "ui/shutdown_record_window.h"
 #include "ui/splash_window.h"
 #include "ui/windows.h"
 
@@ -104,6 +107,18 @@ int Main(int argc, char** argv) {
   windows.Make(Form::frmSplash, [&] { return new SplashWindow(windows); });
   windows.Make(Form::frmAbout, [&] { return new AboutWindow(state, windows, outside.dialogs); });
   windows.Make(Form::frmAlert, [&] { return new AlertWindow(state, frm_main.Alert()); });
+  windows.Make(Form::frmLog, [&] {
+    return new LogWindow(state, outside.disk, outside.dialogs,
+                         outside.program_directory + "/System.log");
+  });
+  windows.Make(Form::frmDateRc, [&] {
+    return new DayHistoryWindow(state, outside.disk, outside.clock,
+                                outside.program_directory + "/DateRec.rec");
+  });
+  windows.Make(Form::frmShutRec, [&] {
+    return new ShutdownRecordWindow(state, outside.disk,
+                                    outside.host.WindowsDirectory() + "/SaverApp.INI");
+  });
 
   const EndSignals end_signals([&] { windows.End(); });
   QObject::connect(&application, &QApplication::aboutToQuit, [&] { windows.UnloadMain(); });

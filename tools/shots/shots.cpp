@@ -2,6 +2,7 @@
 
 #include "shots/boxes.h"
 #include "shots/main_form.h"
+#include "shots/records.h"
 
 namespace orvane::shots {
 namespace {
@@ -21,6 +22,11 @@ constexpr Shot kShots[] = {
     {"splash", Splash},
     {"about", About},
     {"alert", Alert},
+    {"day", DayWithEvents},
+    {"day-many", DayOfManyEvents},
+    {"log", LogOfEvents},
+    {"log-none", LogWithoutFile},
+    {"shutdown-report", ShutdownReport},
 };
 
 }  // namespace

@@ -1,0 +1,43 @@
+// The event log as its window shows and clears it. This is all of `frmLog` but its list.
+#pragma once
+
+#include <cstddef>
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "app/state.h"
+#include "platform/dialogs.h"
+#include "platform/disk.h"
+#include "records/log_index.h"
+
+namespace orvane {
+
+class EventLog {
+ public:
+  // `path` names `System.log`.
+  EventLog(const State& state, Disk& disk, Dialogs& dialogs, std::string path);
+
+  // Reads the file anew; of one that cannot be read, nothing. True when the window is to put its
+  // English captions in place: it keeps the Chinese ones also where there is no log file.
+  bool Form_Load();
+
+  // The lines, as they stood at the load and without their ends. They stay while the file grows.
+  std::size_t Lines() const { return index_.Lines(); }
+  std::string_view Line(std::size_t number) const { return index_.Line(number); }
+
+  // With lines and the user's Yes: deletes the file, whether or not that can be done, and forgets
+  // the lines. False when everything stays.
+  bool cmdClear_Click();
+
+ private:
+  const State& state_;
+  Disk& disk_;
+  Dialogs& dialogs_;
+  std::string path_;
+
+  std::unique_ptr<FileView> file_;  // null without a file
+  LogIndex index_;                  // into its bytes
+};
+
+}  // namespace orvane

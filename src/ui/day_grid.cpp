@@ -1,0 +1,161 @@
+#include "ui/day_grid.h"
+
+#include <QFontMetricsF>
+#include <QPainter>
+#include <QStringList>
+#include <algorithm>
+
+#include "ui/look.h"
+#include "ui/twips.h"
+#include "ui/words.h"
+
+namespace orvane {
+namespace {
+
+constexpr int kHours = 24;
+constexpr int kFrameWidth = 600;
+constexpr int kFrameHeight = 1605;
+constexpr int kFontSize = 16;
+
+// The rows of the legend's messages begin with the mark's own sign.
+constexpr int kFirstKind = 114;
+constexpr QLatin1String kSign("= ");
+
+constexpr Place FrameOf(int hour) {
+  return hour < 12 ? Place{165 + kFrameWidth * hour, 825, kFrameWidth, kFrameHeight}
+                   : Place{180 + kFrameWidth * (hour - 12), 2715, kFrameWidth, kFrameHeight};
+}
+
+// From its given top down to the lower edge of the frame.
+constexpr Place HourNumberOf(int hour) {
+  const Place frame = FrameOf(hour);
+  const int top = hour < 12 ? 2160 : 4020;
+  return {frame.left, top, frame.width, frame.Bottom() - top};
+}
+
+QString TwoDigits(int number) {
+  return QString("%1").arg(number, 2, 10, QChar(u'0'));
+}
+
+}  // namespace
+
+ColourBox::ColourBox(const QString& name, const Place& place, const MarkColour& colour,
+                     QWidget* parent)
+    : QWidget(parent), colour_(colour.red, colour.green, colour.blue) {
+  setObjectName(name);
+  setGeometry(Pixels(place));
+}
+
+void ColourBox::paintEvent(QPaintEvent*) {
+  QPainter painter(this);
+  painter.setPen(look::kInk);
+  painter.setBrush(colour_);
+  painter.drawRect(rect().adjusted(0, 0, -1, -1));
+}
+
+// A number that is always to be read whole: with more digits than one it takes the room up to the
+// frame's edge, and is set in smaller and narrower figures as needed.
+class DayGrid::Count : public QWidget {
+ public:
+  Count(const Place& place, int most, QWidget* parent)
+      : QWidget(parent), place_(place), most_(most) {}
+
+  void Show(int count) {
+    text_ = QString::number(count);
+    Place place = place_;
+    if (text_.size() > 1) place.width = most_;
+    setGeometry(Pixels(place));
+    update();
+  }
+
+ protected:
+  void paintEvent(QPaintEvent*) override {
+    // A little narrower is better read than smaller; from the least size on there is no choice.
+    constexpr double kNarrow = 0.85;
+    constexpr int kLeast = 10;
+    QPainter painter(this);
+    painter.setPen(look::kInk);
+    QFont font = look::Face(kFontSize);
+    double advance = QFontMetricsF(font).horizontalAdvance(text_);
+    for (int size = kFontSize - 1; advance * kNarrow > width() && size >= kLeast; --size) {
+      font = look::Face(size);
+      advance = QFontMetricsF(font).horizontalAdvance(text_);
+    }
+    const double narrowing = std::min(1.0, width() / advance);
+    painter.setFont(font);
+    painter.scale(narrowing, 1);
+    painter.drawText(QRectF(0, 0, width() / narrowing, height()),
+                     Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine, text_);
+  }
+
+ private:
+  Place place_;
+  int most_;
+  QString text_;
+};
+
+DayGrid::DayGrid(const State& state, QWidget* parent) : QWidget(parent) {
+  setObjectName("DayGrid");
+  for (std::size_t row = 0; row < kinds_.size(); ++row) {
+    kinds_[row] = Message(state, kFirstKind + static_cast<int>(row));
+    if (kinds_[row].startsWith(kSign)) kinds_[row].remove(0, kSign.size());
+  }
+}
+
+DayGrid::~DayGrid() = default;
+
+void DayGrid::Show(const DayHistory& history) {
+  QStringList sentences;
+  for (int cell = 0; cell < kGridCells; ++cell) {
+    auto& [shpDate, lblCount] = cells_[static_cast<std::size_t>(cell)];
+    const bool visible = history.Visible(cell);
+    if (visible && !shpDate) MakeCell(cell);
+    if (!shpDate) continue;
+    shpDate->setVisible(visible);
+    lblCount->setVisible(visible);
+    if (!visible) continue;
+    const int count = history.lblCount(cell);
+    lblCount->Show(count);
+    sentences += Words(cell, count);
+    shpDate->setToolTip(sentences.last());
+    shpDate->setAccessibleName(sentences.last());
+    lblCount->setToolTip(sentences.last());
+    lblCount->setAccessibleName(QString::number(count));
+  }
+  setAccessibleName(QString::fromStdString(history.lblDate()));
+  setAccessibleDescription(sentences.join("; "));
+}
+
+void DayGrid::MakeCell(int cell) {
+  const CellPlace place = PlaceOf(cell);
+  auto& [shpDate, lblCount] = cells_[static_cast<std::size_t>(cell)];
+  shpDate = new ColourBox(QString("shpDate(%1)").arg(cell),
+                          {place.mark_left, place.mark_top, kMarkWidth, kMarkHeight},
+                          ColourOf(place.row), this);
+  const Place frame = FrameOf(cell % kHours);
+  lblCount = new Count({place.count_left, place.count_top, kCountWidth, kCountHeight},
+                       frame.Right() - place.count_left, this);
+  lblCount->setObjectName(QString("lblCount(%1)").arg(cell));
+}
+
+QString DayGrid::Words(int cell, int count) const {
+  const QString hour = TwoDigits(cell % kHours);
+  return QString("%1:00–%1:59  %2: %3")
+      .arg(hour, kinds_[static_cast<std::size_t>(cell / kHours)])
+      .arg(count);
+}
+
+void DayGrid::paintEvent(QPaintEvent*) {
+  QPainter painter(this);
+  painter.setFont(look::Face(kFontSize));
+  for (int hour = 0; hour < kHours; ++hour) {
+    painter.setPen(look::kEdge);
+    painter.setBrush(look::kCard);
+    // Neighbours share a line.
+    painter.drawRect(Pixels(FrameOf(hour)).adjusted(0, 0, 0, -1));
+    painter.setPen(look::kQuietInk);
+    painter.drawText(Pixels(HourNumberOf(hour)), Qt::AlignCenter, TwoDigits(hour));
+  }
+}
+
+}  // namespace orvane

@@ -1,0 +1,36 @@
+// `frmDateRc`: the day history, one day at a time.
+#pragma once
+
+#include <QWidget>
+#include <string>
+
+#include "app/state.h"
+#include "platform/clock.h"
+#include "platform/disk.h"
+#include "records/day_history.h"
+
+namespace orvane {
+
+class DayGrid;
+class TextLabel;
+
+class DayHistoryWindow : public QWidget {
+  Q_OBJECT
+
+ public:
+  // Loads the form. `path` names `DateRec.rec`.
+  DayHistoryWindow(const State& state, const Disk& disk, const Clock& clock,
+                   const std::string& path);
+
+ private:
+  void AddLegend(const State& state);
+  void AddDay(const State& state);
+  void AddButtons(const State& state);
+  void ShowDay();
+
+  DayHistory history_;
+  DayGrid* grid_;
+  TextLabel* lblDate = nullptr;
+};
+
+}  // namespace orvane

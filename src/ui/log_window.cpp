@@ -1,0 +1,72 @@
+#include "ui/log_window.h"
+
+#include <QPushButton>
+#include <limits>
+
+#include "ui/form_parts.h"
+#include "ui/log_text.h"
+#include "ui/long_list.h"
+#include "ui/twips.h"
+#include "ui/windows.h"
+#include "ui/words.h"
+
+namespace orvane {
+namespace {
+
+constexpr Words kTitle = {"事件记录", "Log File"};
+constexpr Words kClear = {"清空(&C)", "&Clear"};
+constexpr Words kCancel = {"离开(&E)", "&Exit"};
+
+constexpr Place kClientArea{0, 0, 5355, 5220};
+constexpr Place kList{30, 30, 5265, 4140};
+constexpr Place kClearPlace{1140, 4440, 1455, 480};
+constexpr Place kCancelPlace{3060, 4440, 1455, 480};
+
+constexpr QColor kPurple{192, 0, 192};
+
+QPalette WhiteOnPurple(QPalette palette) {
+  palette.setColor(QPalette::Base, kPurple);
+  palette.setColor(QPalette::Text, Qt::white);
+  palette.setColor(QPalette::Highlight, Qt::white);
+  palette.setColor(QPalette::HighlightedText, kPurple);
+  return palette;
+}
+
+}  // namespace
+
+LogWindow::LogWindow(const State& state, Disk& disk, Dialogs& dialogs, const std::string& path)
+    : QWidget(nullptr, kFormFlags), log_(state, disk, dialogs, path), List1(new LongList(this)) {
+  setObjectName("frmLog");
+  setFixedSize(Pixels(kClientArea).size());
+  List1->setObjectName("List1");
+  List1->setGeometry(Pixels(kList));
+  List1->setPalette(WhiteOnPurple(List1->palette()));
+  QPushButton* clear = NewButton("cmdClear", kClearPlace, this);
+  QPushButton* cancel = NewButton("cmdCancel", kCancelPlace, this);
+  connect(clear, &QPushButton::clicked, this, &LogWindow::cmdClear_Click);
+  connect(cancel, &QPushButton::clicked, this, &QWidget::close);
+
+  CenterForm(*this);
+  const bool english = log_.Form_Load();
+  const auto pick = [english](const Words& words) {
+    return QString::fromUtf8(english ? words.english : words.chinese);
+  };
+  setWindowTitle(pick(kTitle));
+  List1->setAccessibleName(pick(kTitle));
+  clear->setText(pick(kClear));
+  cancel->setText(pick(kCancel));
+  Fill();
+}
+
+void LogWindow::Fill() {
+  constexpr std::size_t kMostRows = std::numeric_limits<int>::max();
+  List1->Lines().Fill(static_cast<int>(std::min(log_.Lines(), kMostRows)), [this](int row) {
+    return LogText(log_.Line(static_cast<std::size_t>(row)));
+  });
+}
+
+void LogWindow::cmdClear_Click() {
+  if (log_.cmdClear_Click()) Fill();
+}
+
+}  // namespace orvane

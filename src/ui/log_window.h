@@ -1,0 +1,31 @@
+// `frmLog`: the event log as a list that can be cleared.
+#pragma once
+
+#include <QWidget>
+#include <string>
+
+#include "app/state.h"
+#include "platform/dialogs.h"
+#include "platform/disk.h"
+#include "records/event_log.h"
+
+namespace orvane {
+
+class LongList;
+
+class LogWindow : public QWidget {
+  Q_OBJECT
+
+ public:
+  // Loads the form. `path` names `System.log`.
+  LogWindow(const State& state, Disk& disk, Dialogs& dialogs, const std::string& path);
+
+ private:
+  void Fill();
+  void cmdClear_Click();
+
+  EventLog log_;
+  LongList* List1;
+};
+
+}  // namespace orvane
