@@ -32,7 +32,6 @@ FrmMain::FrmMain(State& state, Panel& panel, const Seams& seams)
 bool FrmMain::Form_Load() {
   state_.Main = {};
   panel_.Design();
-  AttachTimers();
   DesignTimers();
   if (seams_.host.PrevInstance()) {
     seams_.timers.Timer1.Enabled(false);
@@ -40,6 +39,8 @@ bool FrmMain::Form_Load() {
     seams_.dialogs.Exclamation(kAlreadyRunning, kAlreadyRunningTitle);
     return false;
   }
+  // Not before the guard: behind its box no schedule may come due.
+  AttachTimers();
   link_.Attach();
   seams_.timers.TimerDial.Interval(kDialDelay);
   seams_.MSComm1.RThreshold(0);

@@ -45,7 +45,13 @@ TEST_F(FrmMainTest, WithoutSettingsTheLoadSearchesInEnglish) {
 
 TEST_F(FrmMainTest, SecondInstanceIsTurnedAwayWithoutATrace) {
   host.previous_instance = true;
-  dialogs.OnBox = [this] { EXPECT_FALSE(Timer1.Enabled() || Timer2.Enabled()); };
+  // A switch-off time of today, Friday, falls due while the box stands.
+  state.ScheduleEnable[5] = '1';
+  state.ScheduleOff[5] = "9:10";
+  dialogs.OnBox = [this] {
+    EXPECT_FALSE(Timer1.Enabled() || Timer2.Enabled());
+    time.Advance(std::chrono::minutes(10));
+  };
   EXPECT_FALSE(form.Form_Load());
   EXPECT_EQ(events, Events{"Exclamation [Orvane：Info] Orvane Have been run！"});
   EXPECT_TRUE(disk.files.empty());
