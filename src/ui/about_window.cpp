@@ -80,6 +80,7 @@ AboutWindow::AboutWindow(const State& state, Forms& forms, Dialogs& dialogs)
   button->setAccessibleName(Pick(state, kButton));
   button->setGeometry(Pixels(kCommand1));
   button->setIconSize({20, 20});
+  button->setAttribute(Qt::WA_NoMousePropagation);
   connect(button, &QPushButton::clicked, this, [&forms] { forms.Unload(Form::frmAbout); });
 }
 

@@ -129,6 +129,7 @@ QString Element(const char* name, std::size_t index) {
 Trough::Trough(const Bar& bar, std::size_t index, std::span<const int> marks, QWidget* parent)
     : QWidget(parent), bar_(bar), index_(index), marks_(marks) {
   setAttribute(Qt::WA_OpaquePaintEvent);
+  setAttribute(Qt::WA_NoMousePropagation);
 }
 
 QRectF Trough::BarRect() const {
@@ -159,14 +160,6 @@ void Trough::paintEvent(QPaintEvent*) {
   }
   shown_ = BarRect();
   painter.fillRect(shown_, look::Exact(look::kBarGreen));
-}
-
-void Trough::mousePressEvent(QMouseEvent* event) {
-  event->accept();
-}
-
-void Trough::mouseDoubleClickEvent(QMouseEvent* event) {
-  event->accept();
 }
 
 BarFace::BarFace(const State& state, Panel& panel, std::function<void()> double_click,

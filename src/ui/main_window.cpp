@@ -122,7 +122,8 @@ void MainWindow::AddMenus() {
       action->setObjectName(entry.name);
       if (entry.caption) FollowCaption(panel_.*entry.caption, action, &QAction::setText);
       if (entry.click) {
-        connect(action, &QAction::triggered, this, [this, &entry] { (form_.*entry.click)(); });
+        connect(action, &QAction::triggered, this,
+                [this, click = std::mem_fn(entry.click)] { click(form_); });
       }
     }
   }

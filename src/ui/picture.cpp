@@ -1,6 +1,5 @@
 #include "ui/picture.h"
 
-#include <QMouseEvent>
 #include <QPainter>
 
 namespace orvane {
@@ -9,19 +8,13 @@ Picture::Picture(const QString& name, const QString& file, const Place& place, Q
     : QWidget(parent), drawing_(file) {
   setObjectName(name);
   setGeometry(Pixels(place));
+  // A click on a picture is no click on what lies beneath.
+  setAttribute(Qt::WA_NoMousePropagation);
 }
 
 void Picture::paintEvent(QPaintEvent*) {
   QPainter painter(this);
   drawing_.render(&painter, QRectF(rect()));
-}
-
-void Picture::mousePressEvent(QMouseEvent* event) {
-  event->accept();
-}
-
-void Picture::mouseReleaseEvent(QMouseEvent* event) {
-  event->accept();
 }
 
 }  // namespace orvane

@@ -17,9 +17,6 @@ class Picture : public QWidget {
 
  protected:
   void paintEvent(QPaintEvent* event) override;
-  // A click on a picture is no click on what lies beneath.
-  void mousePressEvent(QMouseEvent* event) override;
-  void mouseReleaseEvent(QMouseEvent* event) override;
 
  private:
   QSvgRenderer drawing_;

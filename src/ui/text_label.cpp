@@ -1,7 +1,6 @@
 #include "ui/text_label.h"
 
 #include <QFontMetricsF>
-#include <QMouseEvent>
 #include <QPainter>
 #include <QPointer>
 #include <algorithm>
@@ -38,6 +37,8 @@ TextLabel::TextLabel(const QString& name, const Place& place, const Style& style
   setObjectName(name);
   setTextFormat(Qt::PlainText);
   setGeometry(Pixels(place));
+  // A click on a label is no click on what lies beneath.
+  setAttribute(Qt::WA_NoMousePropagation);
   setAttribute(Qt::WA_OpaquePaintEvent, style_.ground.isValid());
   fitted_ = look::Face(style_.size, style_.bold);
 }
@@ -126,18 +127,6 @@ void TextLabel::paintEvent(QPaintEvent*) {
 void TextLabel::resizeEvent(QResizeEvent* event) {
   QLabel::resizeEvent(event);
   Fit();
-}
-
-void TextLabel::mousePressEvent(QMouseEvent* event) {
-  event->accept();
-}
-
-void TextLabel::mouseReleaseEvent(QMouseEvent* event) {
-  event->accept();
-}
-
-void TextLabel::mouseDoubleClickEvent(QMouseEvent* event) {
-  event->accept();
 }
 
 }  // namespace orvane
