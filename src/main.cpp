@@ -23,6 +23,8 @@
 #include "ui/log_window.h"
 #include "ui/look.h"
 #include "ui/main_window.h"
+#include "ui/schedule_window.h"
+#include "ui/setup_window.h"
 #include "ui/shutdown_record_window.h"
 #include "ui/splash_window.h"
 #include "ui/windows.h"
@@ -119,6 +121,12 @@ int Main(int argc, char** argv) {
     return new ShutdownRecordWindow(state, outside.disk,
                                     outside.host.WindowsDirectory() + "/SaverApp.INI");
   });
+  windows.Make(Form::frmSetup,
+               [&] { return new SetupWindow(state, panel, frm_main, outside.seams); });
+  for (const auto look : {&WeekLook, &SpecialLook, &SelfTestLook}) {
+    windows.Make(look().form,
+                 [&, look] { return new ScheduleWindow(look(), state, outside.seams); });
+  }
 
   const EndSignals end_signals([&] { windows.End(); });
   QObject::connect(&application, &QApplication::aboutToQuit, [&] { windows.UnloadMain(); });

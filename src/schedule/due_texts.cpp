@@ -10,8 +10,9 @@ namespace {
 constexpr int kLastHour = 23;
 constexpr int kLastMinute = 59;
 
+// A line end can only have come along with a paste; in the file it becomes a blank.
 bool IsBlank(char c) {
-  return c == ' ' || c == '\t';
+  return c == ' ' || c == '\t' || c == '\r' || c == '\n';
 }
 
 // Reads a text from the front. What does not fit is left where it stands.

@@ -20,7 +20,7 @@ bool IsSet(std::string_view enable) {
 }  // namespace
 
 bool ScheduleEditor::Reads(std::size_t index, std::string_view text) {
-  if (text.find_first_not_of(" \t") == std::string_view::npos) return true;
+  if (text.find_first_not_of(" \t\r\n") == std::string_view::npos) return true;
   return index < kDate ? ReadTime(text).has_value() : ReadDate(text).has_value();
 }
 

@@ -28,7 +28,7 @@ void ScheduleEngine::Timer3_Timer() {
   bool SwitchOnDue = false;
   bool SwitchOffDue = false;
   for (std::size_t n = 1; n <= kScheduleEntries; ++n) {
-    const std::size_t slot = n + kSpecialDays.slots;
+    const std::size_t slot = n + kSpecialDays.on_slots;
     if (!enabled(slot) || !is_today(n + *kSpecialDays.date_slots)) continue;
     if (is_now(state_.ScheduleOn[slot])) SwitchOnDue = true;
     if (is_now(state_.ScheduleOff[slot])) SwitchOffDue = true;
@@ -39,7 +39,7 @@ void ScheduleEngine::Timer3_Timer() {
     if (is_now(state_.ScheduleOff[n])) SwitchOffDue = true;
   }
   for (std::size_t n = 1; n <= kScheduleEntries; ++n) {
-    const std::size_t slot = n + kSelfTests.slots;
+    const std::size_t slot = n + kSelfTests.on_slots;
     if (enabled(slot) && is_today(n + *kSelfTests.date_slots) && is_now(state_.ScheduleOn[slot])) {
       TestDue = true;
     }

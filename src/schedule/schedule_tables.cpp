@@ -44,8 +44,8 @@ ScheduleEntries ReadSchedule(const Disk& disk, const std::string& path,
 void StoreSchedule(const ScheduleSection& section, const ScheduleEntries& entries, State& state) {
   for (std::size_t n = 1; n <= kScheduleEntries; ++n) {
     const ScheduleEntry& entry = entries[n - 1];
-    state.ScheduleEnable[n + section.slots] = entry.enable.empty() ? ' ' : entry.enable.front();
-    state.ScheduleOn[n + section.slots] = entry.on;
+    state.ScheduleEnable[n + section.on_slots] = entry.enable.empty() ? ' ' : entry.enable.front();
+    state.ScheduleOn[n + section.on_slots] = entry.on;
     if (section.off_slots) state.ScheduleOff[n + *section.off_slots] = entry.off;
     if (section.date_slots) state.ScheduleDate[n + *section.date_slots] = entry.date;
   }

@@ -23,7 +23,7 @@ inline constexpr std::size_t kScheduleEntries = 7;
 // Where a section's entries stand: entry n of it, counted from 1, has the slot n plus the offset.
 struct ScheduleSection {
   std::string_view name;
-  std::size_t slots;                      // offset in ScheduleEnable and ScheduleOn
+  std::size_t on_slots;                   // offset in ScheduleEnable and ScheduleOn
   std::optional<std::size_t> off_slots;   // offset in ScheduleOff; none: no switch-off times
   std::optional<std::size_t> date_slots;  // offset in ScheduleDate; none: no dates
 };

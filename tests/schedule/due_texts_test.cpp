@@ -53,21 +53,22 @@ TEST(DueTexts, Dates) {
 
 TEST(DueTexts, Times) {
   const Case cases[] = {
-      {"8:30", "8:30"},        {"08:30", "8:30"},     {"8:30:15", "8:30"},
-      {"08:30:59", "8:30"},    {" 8:30\t", "8:30"},   {"0:00", "0:00"},
-      {"00:05", "0:05"},       {"23:59:59", "23:59"}, {"8:30 AM", "8:30"},
-      {"8:30PM", "20:30"},     {"08:30 pm", "20:30"}, {"8:30:15 Pm", "20:30"},
-      {"12:00 AM", "0:00"},    {"12:00 PM", "12:00"}, {"12:59am", "0:59"},
-      {"11:59 pm", "23:59"},   {"8 PM", "20:00"},     {"8am", "8:00"},
-      {"", nullptr},           {" ", nullptr},        {"24:00", nullptr},
-      {"25:00", nullptr},      {"8:60", nullptr},     {"8:30:60", nullptr},
-      {"8", nullptr},          {"8:", nullptr},       {"8:5", nullptr},
-      {"8:30:", nullptr},      {"8:30:1", nullptr},   {"008:30", nullptr},
-      {"8:030", nullptr},      {":30", nullptr},      {"-8:30", nullptr},
-      {"+8:30", nullptr},      {"8.30", nullptr},     {"8 :30", nullptr},
-      {"0:30 AM", nullptr},    {"13:00 PM", nullptr}, {"8:30 XM", nullptr},
-      {"8:30 P", nullptr},     {"8:30 PM.", nullptr}, {"AM", nullptr},
-      {"8:30 AM PM", nullptr}, {"八点", nullptr},     {"8：30", nullptr},
+      {"8:30", "8:30"},        {"08:30", "8:30"},       {"8:30:15", "8:30"},
+      {"08:30:59", "8:30"},    {" 8:30\t", "8:30"},     {"8:30\r\n", "8:30"},
+      {"0:00", "0:00"},        {"00:05", "0:05"},       {"23:59:59", "23:59"},
+      {"8:30 AM", "8:30"},     {"8:30PM", "20:30"},     {"08:30 pm", "20:30"},
+      {"8:30:15 Pm", "20:30"}, {"12:00 AM", "0:00"},    {"12:00 PM", "12:00"},
+      {"12:59am", "0:59"},     {"11:59 pm", "23:59"},   {"8 PM", "20:00"},
+      {"8am", "8:00"},         {"", nullptr},           {" ", nullptr},
+      {"24:00", nullptr},      {"25:00", nullptr},      {"8:60", nullptr},
+      {"8:30:60", nullptr},    {"8", nullptr},          {"8:", nullptr},
+      {"8:5", nullptr},        {"8:30:", nullptr},      {"8:30:1", nullptr},
+      {"008:30", nullptr},     {"8:030", nullptr},      {":30", nullptr},
+      {"-8:30", nullptr},      {"+8:30", nullptr},      {"8.30", nullptr},
+      {"8 :30", nullptr},      {"0:30 AM", nullptr},    {"13:00 PM", nullptr},
+      {"8:30 XM", nullptr},    {"8:30 P", nullptr},     {"8:30 PM.", nullptr},
+      {"AM", nullptr},         {"8:30 AM PM", nullptr}, {"八点", nullptr},
+      {"8：30", nullptr},
   };
   for (const Case& row : cases) {
     SCOPED_TRACE(row.typed);

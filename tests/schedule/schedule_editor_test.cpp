@@ -57,7 +57,7 @@ TEST_P(ScheduleEditorTest, OkWritesItsSectionInOneReplacementAndItsSlots) {
   State started;
   LoadSchedule(disk, kPath, started);
   for (std::size_t slot = 1; slot <= 21; ++slot) {
-    const bool ours = slot > kind.section.slots && slot <= kind.section.slots + 7;
+    const bool ours = slot > kind.section.on_slots && slot <= kind.section.on_slots + 7;
     EXPECT_EQ(state.ScheduleEnable[slot], ours ? started.ScheduleEnable[slot] : '\0');
   }
   EXPECT_EQ(state.ScheduleOn, started.ScheduleOn);
@@ -106,7 +106,7 @@ TEST_P(ScheduleEditorTest, EditedFileShowsInTheEditorAndNotInTheTables) {
   editor.Form_Load();
   EXPECT_TRUE(editor.Check1[6]);
   EXPECT_EQ(editor.txtTime[6], "t6");
-  EXPECT_EQ(state.ScheduleOn[kind.section.slots + 7], "");
+  EXPECT_EQ(state.ScheduleOn[kind.section.on_slots + 7], "");
 }
 
 TEST_P(ScheduleEditorTest, FileThatCannotBeWrittenStillCountsForThisRun) {
@@ -114,7 +114,7 @@ TEST_P(ScheduleEditorTest, FileThatCannotBeWrittenStillCountsForThisRun) {
   ScheduleEditor editor{kind.section, kind.form, state, seams};
   Fill(editor);
   editor.cmdEnter_Click();
-  EXPECT_EQ(state.ScheduleOn[kind.section.slots + 1], "t0");
+  EXPECT_EQ(state.ScheduleOn[kind.section.on_slots + 1], "t0");
   EXPECT_EQ(host.reports.size(), 1u);
   EXPECT_TRUE(forms.open.empty());
   EXPECT_TRUE(events == Events{std::string("Unload ") + FormName(kind.form)});
@@ -129,7 +129,7 @@ TEST_P(ScheduleEditorTest, TextsStandAsTyped) {
   again.Form_Load();
   for (std::size_t i = 0; i < 7; ++i) {
     EXPECT_EQ(again.txtTime[i], typed[i]);
-    EXPECT_EQ(state.ScheduleOn[kind.section.slots + i + 1], typed[i]);
+    EXPECT_EQ(state.ScheduleOn[kind.section.on_slots + i + 1], typed[i]);
   }
 }
 

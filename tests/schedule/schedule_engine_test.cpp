@@ -27,8 +27,8 @@ class ScheduleEngineTest : public testing::Test, public World {
   }
 
   void Entry(const ScheduleSection& section, std::size_t n, const ScheduleEntry& entry) {
-    entries[section.slots / 7][n - 1] = entry;
-    StoreSchedule(section, entries[section.slots / 7], state);
+    entries[section.on_slots / 7][n - 1] = entry;
+    StoreSchedule(section, entries[section.on_slots / 7], state);
   }
 
   std::size_t Lines(const std::string& message) const {
@@ -100,7 +100,7 @@ TEST_F(ScheduleEngineTest, EachPassMatchesItsOwnDayAndMinute) {
   for (const Case& row : cases) {
     SCOPED_TRACE(row.name);
     for (const ScheduleSection& section : {kWeekly, kSpecialDays, kSelfTests}) {
-      entries[section.slots / 7] = {};
+      entries[section.on_slots / 7] = {};
       StoreSchedule(section, {}, state);
     }
     Entry(row.section, row.entry, row.texts);

@@ -3,6 +3,7 @@
 #include "shots/boxes.h"
 #include "shots/main_form.h"
 #include "shots/records.h"
+#include "shots/settings.h"
 
 namespace orvane::shots {
 namespace {
@@ -27,6 +28,11 @@ constexpr Shot kShots[] = {
     {"log", LogOfEvents},
     {"log-none", LogWithoutFile},
     {"shutdown-report", ShutdownReport},
+    {"settings", Setup},
+    {"settings-nothing-chosen", SetupWithoutFile},
+    {"week", Week},
+    {"special-days", Special},
+    {"self-tests", SelfTest},
 };
 
 }  // namespace

@@ -1,0 +1,31 @@
+#include "ui/form_window.h"
+
+#include <QAbstractButton>
+#include <QKeyEvent>
+
+namespace orvane {
+
+FormWindow::FormWindow()
+    : QWidget(nullptr, Qt::Dialog | Qt::WindowTitleHint | Qt::WindowSystemMenuHint |
+                           Qt::WindowCloseButtonHint) {}
+
+void FormWindow::Buttons(QAbstractButton* accept, QAbstractButton* leave) {
+  accept_ = accept;
+  leave_ = leave;
+}
+
+void FormWindow::keyPressEvent(QKeyEvent* event) {
+  switch (event->key()) {
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+      (leave_->hasFocus() ? leave_ : accept_)->click();
+      break;
+    case Qt::Key_Escape:
+      leave_->click();
+      break;
+    default:
+      QWidget::keyPressEvent(event);
+  }
+}
+
+}  // namespace orvane

@@ -1,0 +1,26 @@
+// What the small windows of the program have in common.
+#pragma once
+
+#include <QWidget>
+
+class QAbstractButton;
+
+namespace orvane {
+
+// A window of fixed size. Enter clicks the button that has the focus, else the accepting one;
+// Escape clicks the leaving one.
+class FormWindow : public QWidget {
+ protected:
+  FormWindow();
+
+  // Both belong to the window; to be told once.
+  void Buttons(QAbstractButton* accept, QAbstractButton* leave);
+
+  void keyPressEvent(QKeyEvent* event) override;
+
+ private:
+  QAbstractButton* accept_ = nullptr;
+  QAbstractButton* leave_ = nullptr;
+};
+
+}  // namespace orvane

@@ -1,0 +1,33 @@
+#include "ui/number_box.h"
+
+#include <QFocusEvent>
+#include <QInputMethodEvent>
+#include <QKeyEvent>
+#include <algorithm>
+
+namespace orvane {
+
+bool NumberBox::Passes(const QString& typed) const {
+  return std::all_of(typed.begin(), typed.end(),
+                     [this](QChar c) { return !c.isPrint() || KeyPress(c.unicode()); });
+}
+
+void NumberBox::keyPressEvent(QKeyEvent* event) {
+  if (Passes(event->text())) QLineEdit::keyPressEvent(event);
+}
+
+void NumberBox::inputMethodEvent(QInputMethodEvent* event) {
+  if (Passes(event->commitString())) {
+    QLineEdit::inputMethodEvent(event);
+  } else {
+    QInputMethodEvent nothing;
+    QLineEdit::inputMethodEvent(&nothing);
+  }
+}
+
+void NumberBox::focusOutEvent(QFocusEvent* event) {
+  QLineEdit::focusOutEvent(event);
+  LostFocus();
+}
+
+}  // namespace orvane

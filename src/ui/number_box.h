@@ -1,0 +1,25 @@
+// A box of the settings dialog that takes digits.
+#pragma once
+
+#include <QLineEdit>
+#include <functional>
+
+namespace orvane {
+
+class NumberBox : public QLineEdit {
+ public:
+  // Both belong to the owner. A typed character passes when `KeyPress` says so; the editing keys
+  // and a paste always do.
+  std::function<bool(int key_code)> KeyPress;
+  std::function<void()> LostFocus;
+
+ protected:
+  void keyPressEvent(QKeyEvent* event) override;
+  void inputMethodEvent(QInputMethodEvent* event) override;
+  void focusOutEvent(QFocusEvent* event) override;
+
+ private:
+  bool Passes(const QString& typed) const;
+};
+
+}  // namespace orvane

@@ -1,0 +1,55 @@
+// The windows of the three schedule editors: a table of seven rows of a check box and its texts.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "schedule/schedule_editor.h"
+#include "ui/form_window.h"
+#include "ui/words.h"
+
+class QCheckBox;
+class QGridLayout;
+class QLineEdit;
+
+namespace orvane {
+
+// A column of text boxes: its head, and the index of `txtTime` in its first row.
+struct ScheduleColumn {
+  Words head;
+  std::size_t first;
+};
+
+// What tells one editor from another.
+struct ScheduleLook {
+  const char* name;
+  Form form;
+  ScheduleSection section;
+  Words title;
+  std::array<Words, kScheduleEntries> rows;
+  Words row_head;  // empty: the check boxes have no head
+  std::vector<ScheduleColumn> columns;
+};
+
+// The looks of `frmWeek`, `frmSpecial` and `frmSelfTest`.
+const ScheduleLook& WeekLook();
+const ScheduleLook& SpecialLook();
+const ScheduleLook& SelfTestLook();
+
+class ScheduleWindow : public FormWindow {
+ public:
+  // Loads the editor. `look` lives longer than the window.
+  ScheduleWindow(const ScheduleLook& look, State& state, const Seams& seams);
+
+ private:
+  void AddHeads(QGridLayout& grid);
+  void AddRow(QGridLayout& grid, std::size_t row);
+  QLineEdit* AddBox(std::size_t index, const QString& name);
+  void Tint(QLineEdit& box, std::size_t index);
+
+  const ScheduleLook& look_;
+  const State& state_;
+  ScheduleEditor editor_;
+};
+
+}  // namespace orvane
