@@ -7,6 +7,7 @@
 #include <QKeyEvent>
 #include <QPainter>
 #include <QScrollBar>
+#include <QStyledItemDelegate>
 #include <QToolTip>
 #include <algorithm>
 #include <utility>
@@ -25,6 +26,20 @@ QString OneLine(const QString& text) {
   }
   return line;
 }
+
+// A row has no room for a long line, whose shaping would take its time all the same.
+class RowDelegate : public QStyledItemDelegate {
+ public:
+  using QStyledItemDelegate::QStyledItemDelegate;
+
+ protected:
+  void initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const override {
+    // No character that is to be seen is narrower than this.
+    constexpr int kNarrowest = 2;
+    QStyledItemDelegate::initStyleOption(option, index);
+    option->text.truncate(option->rect.width() / kNarrowest);
+  }
+};
 
 }  // namespace
 
@@ -46,6 +61,7 @@ QVariant LineModel::data(const QModelIndex& index, int role) const {
 
 LongList::LongList(QWidget* parent) : QListView(parent) {
   setModel(&lines_);
+  setItemDelegate(new RowDelegate(this));
   setSelectionMode(SingleSelection);
   setEditTriggers(NoEditTriggers);
   setVerticalScrollMode(ScrollPerItem);
