@@ -135,8 +135,9 @@ class XDisplay:
             f"a window {title}")
 
     def key(self, window, *keys):
-        for key in keys:
-            self.ask("xdotool", "key", "--window", window, key)
+        """Strokes on the keyboard while the window is the active one."""
+        self.ask("xdotool", "windowactivate", "--sync", window)
+        self.ask("xdotool", "key", "--delay", "150", *keys)
 
     def close(self):
         for process in (self.manager, self.server):

@@ -13,8 +13,9 @@ namespace {
 constexpr BusObject kManager = {"org.freedesktop.login1", "/org/freedesktop/login1",
                                 "org.freedesktop.login1.Manager"};
 
-// Two rounds of this make the five seconds that a hanging bus may cost.
-constexpr std::chrono::milliseconds kRound{2500};
+// What a bus that hangs may cost in all, and how much of it the questions may.
+constexpr std::chrono::milliseconds kPatience{5000};
+constexpr std::chrono::milliseconds kQuestionPatience{2500};
 
 constexpr const char* kYes = "yes";
 constexpr const char* kNotAsked = "not asked";
@@ -34,8 +35,8 @@ std::string InWords(const BusCall& call) {
   return answer.empty() ? "no clear answer" : answer;
 }
 
-Bus::Time Deadline() {
-  return std::chrono::steady_clock::now() + kRound;
+Bus::Time In(std::chrono::milliseconds wait) {
+  return std::chrono::steady_clock::now() + wait;
 }
 
 }  // namespace
@@ -60,6 +61,8 @@ void Logind::EnableShutdownPrivilege() {
   ends_[0] = action_ == ShutdownAction::kPowerOff ? power_off : halt;
   ends_[1] = action_ == ShutdownAction::kPowerOff ? halt : power_off;
 
+  left_ = kPatience;
+  const Bus::Time begun = std::chrono::steady_clock::now();
   std::string error;
   const auto bus = Bus::Open(Bus::Which::kSystem, error);
   if (!bus) {
@@ -69,8 +72,11 @@ void Logind::EnableShutdownPrivilege() {
   // Both questions at once: one slow answer costs no more than two.
   const std::array calls = {bus->Send(kManager, ends_[0].question),
                             bus->Send(kManager, ends_[1].question)};
-  static_cast<void>(bus->Wait([&] { return calls[0]->done && calls[1]->done; }, Deadline()));
+  static_cast<void>(
+      bus->Wait([&] { return calls[0]->done && calls[1]->done; }, In(kQuestionPatience)));
   for (std::size_t i = 0; i < calls.size(); ++i) ends_[i].answer = InWords(*calls[i]);
+  left_ -= std::chrono::duration_cast<std::chrono::milliseconds>(std::chrono::steady_clock::now() -
+                                                                 begun);
 }
 
 bool Logind::ExitWindowsEx() {
@@ -84,7 +90,7 @@ bool Logind::ExitWindowsEx() {
                       " is allowed); Action=None leaves it running");
     return false;
   }
-  const Bus::Time deadline = Deadline();
+  const Bus::Time deadline = In(left_);
   std::string error;
   const auto bus = first == std::end(ends_) ? nullptr : Bus::Open(Bus::Which::kSystem, error);
   for (End& end : ends_) {

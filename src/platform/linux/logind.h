@@ -26,12 +26,13 @@ class Logind {
   Logind(ShutdownAction action, std::function<void(const std::string&)> report)
       : action_(action), report_(std::move(report)) {}
 
-  // Asks what this user may do without a password. Takes at most 2.5 s, whatever the bus does.
+  // Asks what this user may do without a password. The two operations
+  // together take at most five seconds, whatever the bus does.
   void EnableShutdownPrivilege();
 
   // Asks for the end that `action` names where that is allowed, else for the other one; returns as
   // soon as logind has taken it. False when the computer stays up, by refusal or because `action`
-  // says so; the reason has been reported. Takes at most 2.5 s.
+  // says so; the reason has been reported.
   bool ExitWindowsEx();
 
  private:
@@ -46,7 +47,8 @@ class Logind {
 
   ShutdownAction action_;
   std::function<void(const std::string&)> report_;
-  End ends_[2];  // in the order in which they are tried
+  End ends_[2];                        // in the order in which they are tried
+  std::chrono::milliseconds left_{0};  // of the time that the bus may take
 };
 
 }  // namespace orvane
