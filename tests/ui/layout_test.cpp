@@ -40,6 +40,7 @@ TEST_P(LayoutTest, WordsFitAndKeepApart) {
   shots::Stage stage(GetParam().language);
   const std::unique_ptr<QWidget> window = GetParam().shot->make(stage);
   window->show();
+  window->activateWindow();
   QApplication::processEvents();
   for (const QString& fault : LayoutFaults(*window)) {
     if (!DeviceIsWordy(fault)) ADD_FAILURE() << fault.toStdString();

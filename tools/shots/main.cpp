@@ -23,19 +23,26 @@ constexpr LanguageRow kLanguages[] = {
 };
 
 bool Save(const QImage& picture, const QString& path) {
-  return picture.convertToFormat(QImage::Format_RGB888).save(path, "PNG", 0);
+  return picture.convertToFormat(QImage::Format_RGB888).save(path, "PNG");
 }
 
 bool Take(const Shot& shot, const LanguageRow& language, const QDir& directory) {
   Stage stage(language.language);
   const std::unique_ptr<QWidget> window = shot.make(stage);
-  window->setAttribute(Qt::WA_DontShowOnScreen);
   window->show();
+  window->activateWindow();
   QApplication::processEvents();
   const QString path = directory.filePath(QString("%1-%2.png").arg(shot.name, language.suffix));
   if (Save(window->grab().toImage(), path)) return true;
   std::fprintf(stderr, "cannot write %s\n", qPrintable(path));
   return false;
+}
+
+// The offscreen platform says at every showing what it cannot do.
+void PassOver(QtMsgType, const QMessageLogContext&, const QString& message) {
+  if (message.startsWith("This plugin does not support")) return;
+  if (message.startsWith("QStandardPaths: XDG_RUNTIME_DIR")) return;
+  std::fprintf(stderr, "%s\n", qPrintable(message));
 }
 
 int TakeAll(const QString& directory, const QString& only) {
@@ -48,19 +55,24 @@ int TakeAll(const QString& directory, const QString& only) {
   return all ? 0 : 1;
 }
 
-}  // namespace
-}  // namespace orvane::shots
-
-// orvane-shots DIRECTORY [RATIO [NAME]]
-int main(int argc, char** argv) {
+int Main(int argc, char** argv) {
   if (argc < 2) {
     std::fprintf(stderr, "usage: %s DIRECTORY [RATIO [NAME]]\n", argv[0]);
     return 2;
   }
   qputenv("QT_QPA_PLATFORM", "offscreen");
   qputenv("QT_SCALE_FACTOR", argc > 2 ? argv[2] : "1");
+  qInstallMessageHandler(PassOver);
   QApplication application(argc, argv);
-  orvane::look::UseFamilies({"WenQuanYi Micro Hei"});
-  orvane::look::Apply(application);
-  return orvane::shots::TakeAll(argv[1], argc > 3 ? argv[3] : "");
+  look::UseFamilies({"WenQuanYi Micro Hei"});
+  look::Apply(application);
+  return TakeAll(argv[1], argc > 3 ? argv[3] : "");
+}
+
+}  // namespace
+}  // namespace orvane::shots
+
+// orvane-shots DIRECTORY [RATIO [NAME]]
+int main(int argc, char** argv) {
+  return orvane::shots::Main(argc, argv);
 }

@@ -10,7 +10,7 @@ namespace {
 
 // One row for each picture; a window's maker stands in a file of its own beside this one.
 constexpr Shot kShots[] = {
-    {"main", Normal},
+    {"main-normal", Normal},
     {"main-start", BeforeFirstReply},
     {"main-mains-failed", MainsFailed},
     {"main-battery-low", BatteryLow},
@@ -18,7 +18,7 @@ constexpr Shot kShots[] = {
     {"main-overload", Overload},
     {"main-everything", Everything},
     {"main-link-lost", LinkLost},
-    {"needles", Needles},
+    {"needles-normal", Needles},
     {"needles-beyond", NeedlesBeyond},
     {"splash", Splash},
     {"about", About},
