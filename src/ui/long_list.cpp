@@ -174,6 +174,13 @@ bool LongList::viewportEvent(QEvent* event) {
   return true;
 }
 
+// No line becomes the current one by itself: the first arrow key is to choose the first line, and
+// not the one behind it.
+void LongList::focusInEvent(QFocusEvent* event) {
+  QAbstractScrollArea::focusInEvent(event);
+  viewport()->update();
+}
+
 QModelIndex LongList::moveCursor(CursorAction action, Qt::KeyboardModifiers) {
   if (!currentIndex().isValid()) return action == MoveEnd ? Row(lines_.rowCount() - 1) : Row(0);
   const qint64 row = currentIndex().row();

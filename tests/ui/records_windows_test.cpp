@@ -305,6 +305,24 @@ TEST(ShutdownRecordWindow, ListsTheFilesOfTheChosenApplication) {
   EXPECT_EQ(Lines(List2), (QStringList{"c.csv", "d.csv"}));
 }
 
+TEST(ShutdownRecordWindow, TheFirstArrowKeyChoosesTheFirstApplication) {
+  WindowWorld world;
+  world.Report(kReport);
+  const QWidget* window = world.ShutdownRecord();
+  EXPECT_TRUE(Find(window, "List1")->hasFocus());
+  QTest::keyClick(List(window, "List1"), Qt::Key_Down);
+  EXPECT_EQ(Lines(List(window, "List2")), (QStringList{"a.txt", "b.txt"}));
+}
+
+TEST(LogWindow, OneKeyGoesToTheNewestEvent) {
+  WindowWorld world;
+  for (int i = 0; i < 500; ++i) world.journals.WriteLog("AC fail");
+  const QWidget* window = world.Log();
+  EXPECT_TRUE(Find(window, "List1")->hasFocus());
+  QTest::keyClick(QApplication::focusWidget(), Qt::Key_End);
+  EXPECT_EQ(List(window, "List1")->currentIndex().row(), 499);
+}
+
 TEST(ShutdownRecordWindow, IsFilledAnewWhenTheUserComesBackFromAnotherForm) {
   WindowWorld world;
   world.Report(kReport);
