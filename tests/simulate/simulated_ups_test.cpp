@@ -1,5 +1,5 @@
 // The program's link and the simulated UPS, each held against the other.
-#include "support/simulated_ups.h"
+#include "support/simulated_device.h"
 
 #include <gtest/gtest.h>
 
@@ -69,7 +69,7 @@ TEST_F(SimulatedUpsTest, ShutdownEndsTheLinkAndTheMainsBringItBack) {
   EXPECT_EQ(panel.lblConnect.Caption(), "Conn");
   time.Advance(11s);
   EXPECT_EQ(panel.lblConnect.Caption(), "No conn");
-  EXPECT_FALSE(ups.Ups().OutputOn());
+  EXPECT_FALSE(ups.Now().OutputOn());
   ups.Do([](UpsModel& model) {
     model.Mains(false);
     model.Mains(true);

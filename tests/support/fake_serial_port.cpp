@@ -40,6 +40,7 @@ void FakeSerialPort::RThreshold(int bytes) {
 void FakeSerialPort::Receive(std::string_view bytes) {
   if (!open_) return;
   waiting_ += bytes;
+  if (OnReceived) OnReceived(bytes);
   Announce();
 }
 

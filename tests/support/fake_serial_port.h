@@ -17,6 +17,8 @@ class FakeSerialPort : public SerialPort {
   std::vector<std::string> sent;
   // Runs after each write, with its text: a device that answers.
   std::function<void(const std::string&)> OnSent;
+  // Runs before the program is told of bytes that have arrived: a test that listens in.
+  std::function<void(std::string_view)> OnReceived;
   // Port numbers that open.
   std::set<int> present = {1, 2, 3, 4};
   bool refuse_writes = false;

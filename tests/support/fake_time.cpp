@@ -40,12 +40,22 @@ void FakeTime::Advance(std::chrono::milliseconds step) {
     wall_ += now - steady_;
     steady_ = now;
     next->due_ = now + std::chrono::milliseconds(next->interval_);
-    if (next->Tick) next->Tick();
+    if (!next->Tick) continue;
+    if (next->Around) {
+      next->Around(next->Tick);
+    } else {
+      next->Tick();
+    }
   }
   if (end > steady_) {
     wall_ += end - steady_;
     steady_ = end;
   }
+}
+
+void FakeTime::Jump(std::chrono::milliseconds step) {
+  steady_ += step;
+  wall_ += step;
 }
 
 void FakeTime::SetWall(LocalTime now) {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <chrono>
+#include <functional>
 #include <vector>
 
 #include "platform/clock.h"
@@ -23,6 +24,10 @@ class FakeTime : public Clock {
   // same moment the timer made first.
   void Advance(std::chrono::milliseconds step);
 
+  // Lets time pass in which nothing runs, as on a computer that is held up: what fell due meanwhile
+  // ticks once, late, when time moves on.
+  void Jump(std::chrono::milliseconds step);
+
   // Sets the clock on the wall; the steady clock and the timers take no notice.
   void SetWall(LocalTime now);
 
@@ -38,6 +43,9 @@ class FakeTimer : public Timer {
  public:
   explicit FakeTimer(FakeTime& time);
   ~FakeTimer() override;
+
+  // Runs in the place of a tick and gets it to run: a test that stands round the program.
+  std::function<void(const std::function<void()>& tick)> Around;
 
   bool Enabled() const override { return enabled_; }
   void Enabled(bool enabled) override;

@@ -1,0 +1,107 @@
+// One run of the whole program, from its start to its end, on a simulated UPS and modem, with the
+// rules looking on at everything that goes in and out.
+#pragma once
+
+#include <set>
+#include <string>
+#include <vector>
+
+#include "frame/frm_main.h"
+#include "frame/frm_setup.h"
+#include "properties/rules.h"
+#include "support/simulated_device.h"
+#include "support/world.h"
+
+namespace orvane::test {
+
+// What happened in all lives, to tell whether the histories went everywhere.
+struct Tally {
+  Moment time{0};
+  int lives = 0, by_count = 0, by_schedule = 0, by_menu = 0;
+  int episodes = 0, losses = 0, calls = 0, reloads = 0, shortened = 0;
+};
+
+class Life : private World {
+ public:
+  // Starts the program.
+  Life(LocalTime start, const Wishes& wishes, const Timetable& timetable, Tally& tally);
+
+  // What the world does.
+  SimulatedUps& Ups() { return ups_; }
+  SimulatedModem& Modem() { return modem_; }
+  void Pass(Moment step);
+  void Jump(Moment step);
+  void SetWall(LocalTime now) { time.SetWall(now); }
+  void DiskFull(bool full);
+  void UpsPort(bool present);
+  void ModemPort(bool present);
+
+  // What the user does.
+  void Save(const Wishes& wishes, bool change_port);
+  void Menu(std::string command);
+  void AskForShutdown(Moment hesitation, bool yes);
+
+  // The program ends, by the user or, after a shutdown, by the operating system. Checks what it has
+  // left behind.
+  void End();
+
+  // The shutdown sequence has run.
+  bool Down() const { return down_; }
+  // The first rule that was broken; empty while all hold.
+  const std::string& Broken() const { return broken_; }
+
+ private:
+  enum class Road { kNone, kCount, kSchedule, kMenu };
+
+  void Check(bool holds, const std::string& what);
+  void Listen();
+  void OnLoad();
+  void OnUpsText(std::string_view bytes);
+  void OnReply(std::string_view bits);
+  void OnFault(int fault, bool set);
+  void OnWrite(const std::string& text);
+  void OnModemWrite(const std::string& text);
+  void OnPoll(const std::function<void()>& tick);
+  void CheckNothingMissed();
+  void LookForTheEndOfACall();
+  void OnSecond(const std::function<void()>& tick);
+  void OnSchedule(const std::function<void()>& tick);
+  void OnDial(const std::function<void()>& tick);
+  void OnSequence();
+  void Expect(const std::function<void()>& act, Road road);
+  void ExpectLog(int message);
+  void ExpectRecord(int code);
+  std::string SettingsLine() const;
+
+  Wishes wishes_;
+  Timetable timetable_;
+  Tally& tally_;
+  FrmMain main_{state, panel, seams};
+  SimulatedUps ups_{time, MSComm1};
+  SimulatedModem modem_{time, MSComm2};
+  std::string broken_;
+
+  // The facts, and what the rules make of them.
+  std::string text_;  // arrived since the last poll
+  int unanswered_ = 0;
+  Shown shown_;
+  CountRule count_;
+  Episode episodes_[3];
+  Ticks dial_delay_{std::chrono::seconds(5)};
+  int dial_reason_ = 0;
+  CallRule call_;
+
+  bool polling_ = false;              // inside a tick of the poll
+  bool beginning_call_ = false;       // inside the tick that may begin a call
+  bool calling_ = false;              // a call goes on
+  bool called_ = false;               // a call has begun in it
+  std::multiset<std::string> asked_;  // commands that have to go out now
+  Road road_ = Road::kNone;           // the road down that stands open now
+  bool down_ = false;
+  int sequences_ = 0;
+  bool alert_open_ = false;
+  int port_ = 1;
+  std::string log_, records_;
+};
+
+}  // namespace orvane::test

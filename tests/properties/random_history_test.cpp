@@ -1,0 +1,274 @@
+// Months of random weather, users and clocks over the whole program, in virtual time: whatever
+// comes, the promises of the protection hold.
+//
+// ORVANE_SEED gives other histories than the usual ones, ORVANE_DAYS longer ones.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <array>
+#include <cstdlib>
+#include <deque>
+#include <random>
+
+#include "properties/life.h"
+
+namespace orvane::test {
+namespace {
+
+using std::chrono::days;
+using std::chrono::hours;
+using std::chrono::minutes;
+using std::chrono::seconds;
+
+constexpr unsigned kFirstSeed = 20010216;
+constexpr unsigned kHistories = 10;
+constexpr unsigned kDays = 3;  // of each history
+
+unsigned FromEnvironment(const char* name, unsigned usual) {
+  const char* text = std::getenv(name);
+  return text ? static_cast<unsigned>(std::strtoul(text, nullptr, 10)) : usual;
+}
+
+class History {
+ public:
+  explicit History(unsigned seed) : random_(seed) {}
+
+  // Lives one after the other until they have lasted long enough. The first broken rule with what
+  // led to it; empty if none was.
+  std::string Run(Moment length) {
+    while (tally_.time < length) {
+      if (std::string broken = RunLife(); !broken.empty()) return broken;
+    }
+    return {};
+  }
+
+  const Tally& Told() const { return tally_; }
+
+ private:
+  unsigned Below(unsigned limit) { return static_cast<unsigned>(random_() % limit); }
+  bool OneIn(unsigned chances) { return Below(chances) == 0; }
+  template <class T>
+  const T& Any(const std::vector<T>& choices) {
+    return choices[Below(static_cast<unsigned>(choices.size()))];
+  }
+
+  LocalTime AnyTime() {
+    const auto part = [this](unsigned limit) { return static_cast<int>(Below(limit)); };
+    return {1990 + part(60), 1 + part(12), 1 + part(28), part(24), part(60), part(60)};
+  }
+
+  std::optional<Minute> AnyMinute() {
+    return Minute{static_cast<int>(Below(24)), static_cast<int>(Below(60))};
+  }
+
+  Wishes AnyWishes() {
+    Wishes wishes;
+    wishes.delay = Any<int>({0, 45, 90, 300, 600, 1800});
+    if (wishes.delay == 0 && !OneIn(8)) wishes.delay = 60;
+    wishes.low = Any<int>({0, 1, 20, 120, 900});
+    wishes.shutdown_minutes = static_cast<int>(Below(11));
+    wishes.dial_conditions = Any<int>({0, 1, 10, 11, 100, 101, 110, 111});
+    wishes.modem_port = 1 + static_cast<int>(Below(4));
+    wishes.language = static_cast<int>(Below(2));
+    if (!OneIn(4)) wishes.number = Any<std::string>({"119", "0,5550100", "1"});
+    return wishes;
+  }
+
+  // Times near the start of a life, so that they come to pass in it.
+  Timetable AnyTimetable(const LocalTime& start) {
+    Timetable timetable;
+    for (int day = 0; day < 7; ++day) {
+      if (OneIn(8)) timetable.on[day] = AnyMinute();
+      if (OneIn(12)) timetable.off[day] = AnyMinute();
+    }
+    const auto soon = [&] {
+      return Minute{std::min(start.hour + static_cast<int>(Below(4)), 23),
+                    static_cast<int>(Below(60))};
+    };
+    const Timetable::Dated today{start.year, start.month, start.day, soon(), std::nullopt};
+    if (OneIn(2)) timetable.special = today;
+    if (timetable.special && OneIn(2)) timetable.special->off = soon();
+    if (OneIn(4)) timetable.test = today;
+    return timetable;
+  }
+
+  Moment AnyWait() {
+    switch (Below(12)) {
+      case 0:
+        return Moment(Below(3 * 3600 * 1000));
+      case 1:
+      case 2:
+        return Moment(Below(15 * 60 * 1000));
+      case 3:
+        return seconds(1 + Below(30));
+      default:
+        return Moment(1 + Below(90 * 1000));
+    }
+  }
+
+  std::string RunLife() {
+    const LocalTime start = AnyTime();
+    Life life(start, AnyWishes(), AnyTimetable(start), tally_);
+    told_.clear();
+    bad_.fill(false);
+    const Moment end = tally_.time + hours(1 + Below(36));
+    while (!life.Down() && tally_.time < end && life.Broken().empty()) {
+      Happens(life);
+      life.Pass(AnyWait());
+    }
+    // What a program that has gone down must not do any more.
+    if (life.Down()) life.Pass(minutes(10));
+    life.End();
+    if (life.Broken().empty()) return {};
+    std::string story = life.Broken() + "\nWhat happened before:";
+    for (const std::string& event : told_) story += "\n  " + event;
+    return story;
+  }
+
+  // A thing that is bad heals sooner than it comes.
+  template <class Act>
+  void Flip(const char* name, bool& bad, unsigned chances, Act act) {
+    if (!bad && !OneIn(chances)) return;
+    bad = !bad;
+    Tell(std::string(name) + (bad ? " on" : " off"));
+    act(bad);
+  }
+
+  void Happens(Life& life) {
+    const auto ups = [&life](auto set) {
+      return [&life, set](bool bad) { life.Ups().Do([&](UpsModel& model) { (model.*set)(bad); }); };
+    };
+    switch (Below(20)) {
+      case 0:
+      case 1:
+      case 2:
+      case 3:
+      case 4:
+        return Flip("mains failure", bad_[0], 1,
+                    [&](bool bad) { life.Ups().Do([&](UpsModel& model) { model.Mains(!bad); }); });
+      case 5:
+        return SetBattery(life);
+      case 6:
+        return Flip("UPS fault", bad_[1], 2, ups(&UpsModel::Fault));
+      case 7:
+        return Flip("bypass", bad_[2], 2, ups(&UpsModel::Bypass));
+      case 8:
+        return Flip("silence", bad_[3], 2, ups(&UpsModel::Mute));
+      case 9:
+        return Flip("noise", bad_[4], 2, ups(&UpsModel::Noise));
+      case 10:
+        return Flip("pieces", bad_[5], 1, ups(&UpsModel::Split));
+      case 11:
+        return Flip("no UPS port", bad_[6], 2, [&](bool bad) { life.UpsPort(!bad); });
+      case 12:
+        return Flip("no modem port", bad_[7], 2, [&](bool bad) { life.ModemPort(!bad); });
+      case 13:
+        return Flip("full disk", bad_[8], 4, [&](bool bad) { life.DiskFull(bad); });
+      case 14:
+        return SetModem(life);
+      case 15:
+        return SetClock(life);
+      case 16:
+        return SaveSettings(life);
+      case 17:
+        Tell("a menu");
+        return life.Menu(Any<std::string>({"Q", "T", "TL", "CT"}));
+      case 18:
+        return AskForShutdown(life);
+      default:
+        return;
+    }
+  }
+
+  void SetBattery(Life& life) {
+    const double percent = Below(101);
+    const double load = Below(130);
+    Tell("battery " + std::to_string(percent) + ", load " + std::to_string(load));
+    life.Ups().Do([&](UpsModel& model) {
+      model.Battery(percent);
+      model.Load(load);
+    });
+  }
+
+  void SetModem(Life& life) {
+    const auto answer =
+        Any<DialAnswer>({DialAnswer::kOk, DialAnswer::kBusy, DialAnswer::kBusyAlone,
+                         DialAnswer::kNoCarrier, DialAnswer::kNoDialtone, DialAnswer::kNone});
+    Tell("modem answers " + std::to_string(static_cast<int>(answer)));
+    life.Modem().Do([&](ModemModel& model) {
+      model.manners.answer = answer;
+      model.manners.delay = Moment(Below(60 * 1000));
+      model.manners.piece = Below(4);
+    });
+  }
+
+  void SetClock(Life& life) {
+    if (OneIn(2)) {
+      const Moment step = Moment(Below(OneIn(4) ? 8 * 3600 * 1000 : 20 * 1000));
+      Tell("a jump of " + std::to_string(step.count()) + " ms");
+      return life.Jump(step);
+    }
+    const LocalTime to = AnyTime();
+    Tell("clock set to " + std::to_string(to.year) + '-' + std::to_string(to.month) + '-' +
+         std::to_string(to.day) + ' ' + std::to_string(to.hour) + ':' + std::to_string(to.minute));
+    life.SetWall(to);
+  }
+
+  void SaveSettings(Life& life) {
+    const Wishes wishes = AnyWishes();
+    const bool change_port = OneIn(4);
+    Tell("settings saved: delay " + std::to_string(wishes.delay) + ", low " +
+         std::to_string(wishes.low) + ", calls " + std::to_string(wishes.dial_conditions) +
+         (change_port ? ", another port" : ""));
+    life.Save(wishes, change_port);
+  }
+
+  void AskForShutdown(Life& life) {
+    const bool yes = OneIn(10);
+    const Moment hesitation = Moment(Below(OneIn(4) ? 1000 * 1000 : 5 * 1000));
+    Tell(std::string("asked for a shutdown, and then ") + (yes ? "yes" : "no"));
+    life.AskForShutdown(hesitation, yes);
+  }
+
+  void Tell(std::string event) {
+    if (told_.size() > 60) told_.pop_front();
+    told_.push_back(std::to_string(tally_.time.count()) + " ms: " + std::move(event));
+  }
+
+  std::mt19937 random_;
+  Tally tally_;
+  std::array<bool, 9> bad_{};
+  std::deque<std::string> told_;
+};
+
+class RandomHistory : public testing::TestWithParam<unsigned> {};
+
+TEST_P(RandomHistory, KeepsEveryPromise) {
+  const unsigned seed = FromEnvironment("ORVANE_SEED", kFirstSeed) + GetParam();
+  History history(seed);
+  const std::string broken = history.Run(days(FromEnvironment("ORVANE_DAYS", kDays)));
+  EXPECT_EQ(broken, "") << "with ORVANE_SEED=" << seed << ", history " << GetParam();
+  const Tally& told = history.Told();
+  // Histories in which nothing happens would promise nothing.
+  EXPECT_GT(told.by_count, 0);
+  EXPECT_GT(told.episodes, told.lives);
+  EXPECT_GT(told.losses, 0);
+  EXPECT_GT(told.calls, 0);
+  EXPECT_GT(told.reloads, 0);
+  for (const auto& [name, count] : {std::pair{"lives", told.lives},
+                                    {"by_count", told.by_count},
+                                    {"by_schedule", told.by_schedule},
+                                    {"by_menu", told.by_menu},
+                                    {"shortened", told.shortened},
+                                    {"episodes", told.episodes},
+                                    {"losses", told.losses},
+                                    {"calls", told.calls},
+                                    {"reloads", told.reloads}}) {
+    RecordProperty(name, count);
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(Seeds, RandomHistory, testing::Range(0U, kHistories));
+
+}  // namespace
+}  // namespace orvane::test
