@@ -79,7 +79,7 @@ constexpr std::uint32_t Digit(char c) {
 // Of a text of the right form: its digits as one decimal number.
 std::uint32_t KeyOf(const char* date) {
   std::uint32_t key = 0;
-  for (const std::size_t i : {0, 1, 2, 3, 5, 6, 8, 9}) key = key * 10 + Digit(date[i]);
+  for (const int i : {0, 1, 2, 3, 5, 6, 8, 9}) key = key * 10 + Digit(date[i]);
   return key;
 }
 
