@@ -133,6 +133,9 @@ void DayRecords::Read(std::string_view bytes) {
   }
   RecHours.resize(count_);
   RecCodes.resize(count_);
+  if (count_ >= most / 2) return;
+  RecHours.shrink_to_fit();
+  RecCodes.shrink_to_fit();
 }
 
 // Takes whole records of the exact form from `at` on; returns where the first other line begins.

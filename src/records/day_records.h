@@ -30,7 +30,7 @@ class DayRecords {
   template <typename Found>
   void ForEachOf(std::uint32_t date, Found found) const;
 
-  // Bytes of memory that hold the records; at most 11 for each.
+  // Bytes of memory that hold the records; at most 12 for each.
   std::size_t Memory() const;
 
  private:

@@ -162,6 +162,7 @@ TEST(DayHistory, HoldsFewBytesForEachRecord) {
     EXPECT_LE(history.form.Records().Memory(), 3000U * 16);
   }
   EXPECT_EQ(History(mixed).Shown(), (Marks{{38, 1500}}));
+  EXPECT_LE(History(std::string(100'000, 'x') + sorted).form.Records().Memory(), 3000U * 16);
 }
 
 TEST(DayHistory, CellZeroKeepsItsHighestCount) {
