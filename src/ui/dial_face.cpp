@@ -237,6 +237,8 @@ void DialFace::ShowCaption(std::size_t gauge) {
                              row.plate.top + kCaptionTop, kCaptionWidth, kCaptionHeight}
                            .Inside(kImage2));
   if (dial.unit) {
+    // All the room there is, so that the text is measured whole.
+    dial.unit->setGeometry(place);
     if (row.unit != kNoElement) {
       dial.unit->Show(panel_.Label9[static_cast<std::size_t>(row.unit)]);
     }

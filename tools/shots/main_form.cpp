@@ -5,6 +5,7 @@
 namespace orvane::shots {
 namespace {
 
+// As in the program, the window is there before the words.
 std::unique_ptr<QWidget> Main(Stage& stage) {
   return std::make_unique<MainWindow>(stage.state, stage.panel, stage.form);
 }
@@ -12,48 +13,55 @@ std::unique_ptr<QWidget> Main(Stage& stage) {
 }  // namespace
 
 std::unique_ptr<QWidget> BeforeFirstReply(Stage& stage) {
+  auto window = Main(stage);
   stage.silent = true;
   stage.Start();
   stage.Poll();
-  return Main(stage);
+  return window;
 }
 
 std::unique_ptr<QWidget> Normal(Stage& stage) {
+  auto window = Main(stage);
   stage.Start();
   stage.Polls(2);
-  return Main(stage);
+  return window;
 }
 
 std::unique_ptr<QWidget> MainsFailed(Stage& stage) {
+  auto window = Main(stage);
   stage.status = {.input = "000.0", .output = "229.4", .battery = "2.05", .bits = "1000"};
   stage.Start();
   stage.Polls(30);
-  return Main(stage);
+  return window;
 }
 
 std::unique_ptr<QWidget> BatteryLow(Stage& stage) {
+  auto window = Main(stage);
   stage.status = {.input = "000.0", .output = "226.0", .battery = "1.79", .bits = "1100"};
   stage.Start();
   stage.Polls(30);
-  return Main(stage);
+  return window;
 }
 
 std::unique_ptr<QWidget> Bypass(Stage& stage) {
+  auto window = Main(stage);
   stage.status = {.input = "218.6", .output = "218.6", .bits = "0010"};
   stage.Start();
   stage.Polls(3);
-  return Main(stage);
+  return window;
 }
 
 std::unique_ptr<QWidget> Overload(Stage& stage) {
+  auto window = Main(stage);
   stage.status = {.load = "112", .temperature = "41.5"};
   stage.Start();
   stage.Polls(3);
-  return Main(stage);
+  return window;
 }
 
 // Both warnings at once, and values beyond their scales.
 std::unique_ptr<QWidget> Everything(Stage& stage) {
+  auto window = Main(stage);
   stage.status = {.input = "000.0",
                   .output = "999.9",
                   .load = "160",
@@ -65,18 +73,20 @@ std::unique_ptr<QWidget> Everything(Stage& stage) {
       "A model name that goes on and on and on,12000.75,Version 10.2-beta,220,0,24,384,0,0\r";
   stage.Start();
   stage.Polls(3);
-  return Main(stage);
+  return window;
 }
 
 std::unique_ptr<QWidget> LinkLost(Stage& stage) {
+  auto window = Main(stage);
   stage.Start();
   stage.Polls(2);
   stage.silent = true;
   stage.Polls(5);
-  return Main(stage);
+  return window;
 }
 
 std::unique_ptr<QWidget> Needles(Stage& stage) {
+  auto window = Main(stage);
   stage.status = {.input = "223.7",
                   .output = "230.0",
                   .load = "048",
@@ -86,7 +96,7 @@ std::unique_ptr<QWidget> Needles(Stage& stage) {
   stage.Start();
   stage.Polls(2);
   stage.form.picAPC_DblClick();
-  return Main(stage);
+  return window;
 }
 
 std::unique_ptr<QWidget> NeedlesBeyond(Stage& stage) {
