@@ -135,8 +135,7 @@ int Main(int argc, char** argv) {
     if (windows_at_exit) windows_at_exit->UnloadMain();
   });
 
-  windows.Show(Form::frmSplash);
-  windows.DoEvents();
+  windows.ShowPainted(Form::frmSplash);
   LoadSchedule(outside.disk, SchedulePath(outside.program_directory), state);
   const bool loaded = windows.LoadMain();
   windows.Unload(Form::frmSplash);

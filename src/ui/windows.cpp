@@ -2,11 +2,14 @@
 
 #include <QAbstractEventDispatcher>
 #include <QApplication>
+#include <QDeadlineTimer>
 #include <QEvent>
 #include <QScreen>
 #include <QThread>
+#include <QTimer>
 #include <QWidget>
 #include <QWindow>
+#include <chrono>
 #include <utility>
 
 namespace orvane {
@@ -88,6 +91,22 @@ void Windows::Show(Form form) {
     ShowMain();
   } else if (QWidget* window = Open(form)) {
     Raise(*window);
+  }
+}
+
+void Windows::ShowPainted(Form form) {
+  constexpr std::chrono::milliseconds kPatience{100};
+  const QDeadlineTimer limit(kPatience);
+  // Ends the last wait when nothing else does.
+  QTimer::singleShot(kPatience, this, [] {});
+  Show(form);
+  DoEvents();
+  const auto exposed = [&] {
+    const QWidget* window = Window(form);
+    return !window || !window->windowHandle() || window->windowHandle()->isExposed();
+  };
+  while (!exposed() && !limit.hasExpired()) {
+    QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
   }
 }
 

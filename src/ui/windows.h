@@ -48,6 +48,10 @@ class Windows : public QObject, public Forms {
   // The end has been decided: there is no need to enter the event loop.
   bool Ended() const { return ended_; }
 
+  // Shows the form and serves events until it is painted, which takes a window manager a moment;
+  // no longer than a tenth of a second.
+  void ShowPainted(Form form);
+
   // Runs Form_QueryUnload if frmMain is still loaded, or held in its load by a box, and nothing
   // else: the last resort of a program that is being ended without its event loop.
   void UnloadMain();

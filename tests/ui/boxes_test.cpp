@@ -4,12 +4,14 @@
 #include <QKeyEvent>
 #include <QLabel>
 #include <QPushButton>
+#include <QWindow>
 #include <algorithm>
 
 #include "support/world.h"
 #include "ui/about_window.h"
 #include "ui/pointer.h"
 #include "ui/splash_window.h"
+#include "ui/windows.h"
 
 namespace orvane::test {
 namespace {
@@ -66,6 +68,18 @@ TEST_F(SplashTest, NoticeIsEnglishInBothLanguages) {
   state.ResBase = 1000;
   EXPECT_EQ(TextOf(SplashWindow(forms), "lblDisclaimer"), english);
   EXPECT_GT(english.size(), 40);
+}
+
+TEST_F(SplashTest, IsOnTheScreenBeforeTheLoadGoesOn) {
+  Windows windows;
+  windows.Make(Form::frmSplash, [&] { return new SplashWindow(windows); });
+  windows.ShowPainted(Form::frmSplash);
+  QWidget* shown = windows.Window(Form::frmSplash);
+  ASSERT_NE(shown, nullptr);
+  EXPECT_TRUE(shown->windowHandle()->isExposed());
+  QKeyEvent key(QEvent::KeyPress, Qt::Key_Space, Qt::NoModifier);
+  QApplication::sendEvent(shown, &key);
+  EXPECT_EQ(windows.Window(Form::frmSplash), nullptr);
 }
 
 struct AboutTest : testing::Test, World {};
