@@ -9,6 +9,7 @@
 #include <QWindow>
 #include <utility>
 
+#include "ui/look.h"
 #include "ui/words.h"
 
 namespace orvane {
@@ -30,11 +31,6 @@ constexpr int kSecondsPixels = 30;
 
 // Wide enough for the longest count, so that the window stands still while the figures change.
 constexpr const char* kWidestCount = "60039";
-
-QColor Exact(Colour colour) {
-  return QColor(static_cast<int>(colour & 255), static_cast<int>(colour >> 8 & 255),
-                static_cast<int>(colour >> 16 & 255));
-}
 
 // A flash in a triangle, on a field of 48 x 48.
 QPixmap WarningIcon(double ratio) {
@@ -91,7 +87,7 @@ AlertWindow::AlertWindow(const State& state, FrmAlert& frm_alert)
   when->setObjectName("Label2");
   Label& count = frm_alert_.lblSecond;
   QLabel* seconds = NewLabel(QString::fromStdString(count.Caption()), kSecondsPixels,
-                             Exact(count.ForeColor()), true);
+                             look::Exact(count.ForeColor()), true);
   seconds->setObjectName("lblSecond");
   // The figures stand next to the words that they belong to.
   seconds->setAlignment((state.ResBase == 0 ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignVCenter);

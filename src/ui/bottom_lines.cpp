@@ -42,8 +42,8 @@ WarningLine::WarningLine(Panel& panel, QWidget* parent) : QWidget(parent), panel
   setAttribute(Qt::WA_OpaquePaintEvent);
   warning_ = new TextLabel("lblAlert(1)", kWhole, kWarningStyle, this);
   overload_ = new TextLabel("lblAlert(2)", kWhole, kWarningStyle, this);
-  for (std::size_t i : {1, 2}) {
-    panel_.lblAlert[i].Observer = [self = QPointer(this)] {
+  for (Label* warning : {&panel_.lblAlert[1], &panel_.lblAlert[2]}) {
+    warning->Observer = [self = QPointer(this)] {
       if (self) self->Refresh();
     };
   }

@@ -10,6 +10,15 @@ std::unique_ptr<QWidget> Main(Stage& stage) {
   return std::make_unique<MainWindow>(stage.state, stage.panel, stage.form);
 }
 
+// After so many polls that the UPS has answered with `status`.
+std::unique_ptr<QWidget> MainAfter(Stage& stage, const test::StatusFrame& status, int polls) {
+  auto window = Main(stage);
+  stage.status = status;
+  stage.Start();
+  stage.Polls(polls);
+  return window;
+}
+
 }  // namespace
 
 std::unique_ptr<QWidget> BeforeFirstReply(Stage& stage) {
@@ -21,42 +30,25 @@ std::unique_ptr<QWidget> BeforeFirstReply(Stage& stage) {
 }
 
 std::unique_ptr<QWidget> Normal(Stage& stage) {
-  auto window = Main(stage);
-  stage.Start();
-  stage.Polls(2);
-  return window;
+  return MainAfter(stage, {}, 2);
 }
 
 std::unique_ptr<QWidget> MainsFailed(Stage& stage) {
-  auto window = Main(stage);
-  stage.status = {.input = "000.0", .output = "229.4", .battery = "2.05", .bits = "1000"};
-  stage.Start();
-  stage.Polls(30);
-  return window;
+  return MainAfter(stage, {.input = "000.0", .output = "229.4", .battery = "2.05", .bits = "1000"},
+                   30);
 }
 
 std::unique_ptr<QWidget> BatteryLow(Stage& stage) {
-  auto window = Main(stage);
-  stage.status = {.input = "000.0", .output = "226.0", .battery = "1.79", .bits = "1100"};
-  stage.Start();
-  stage.Polls(30);
-  return window;
+  return MainAfter(stage, {.input = "000.0", .output = "226.0", .battery = "1.79", .bits = "1100"},
+                   30);
 }
 
 std::unique_ptr<QWidget> Bypass(Stage& stage) {
-  auto window = Main(stage);
-  stage.status = {.input = "218.6", .output = "218.6", .bits = "0010"};
-  stage.Start();
-  stage.Polls(3);
-  return window;
+  return MainAfter(stage, {.input = "218.6", .output = "218.6", .bits = "0010"}, 3);
 }
 
 std::unique_ptr<QWidget> Overload(Stage& stage) {
-  auto window = Main(stage);
-  stage.status = {.load = "112", .temperature = "41.5"};
-  stage.Start();
-  stage.Polls(3);
-  return window;
+  return MainAfter(stage, {.load = "112", .temperature = "41.5"}, 3);
 }
 
 // Both warnings at once, and values beyond their scales.
