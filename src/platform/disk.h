@@ -38,6 +38,14 @@ struct Disk {
   // returns. All or nothing: false leaves the file as it was.
   virtual bool Append(const std::string& path, std::string_view record) = 0;
 
+  // The same, but leaves it to a later Settle to have the record on the medium: for whoever cannot
+  // wait for one now.
+  virtual bool AppendUnsettled(const std::string& path, std::string_view record) = 0;
+
+  // Has everything that was written to the file on the medium. False when that failed or the file
+  // is absent.
+  virtual bool Settle(const std::string& path) = 0;
+
   // False when there was nothing to delete or it cannot be deleted.
   virtual bool Remove(const std::string& path) = 0;
 };

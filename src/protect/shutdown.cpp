@@ -20,12 +20,9 @@ void Shutdown::ShutdownSequence(int log_message, std::optional<int> record_code)
   seams_.timers.Timer1.Enabled(false);
   seams_.timers.Timer2.Enabled(false);
   panel_.Label13.Caption(state_.Message(21));
-  if (!journals_.WriteLog(state_.Message(log_message))) {
-    host.Report("orvane: the event could not be written to " + journals_.LogPath());
-  }
-  if (record_code && !journals_.WriteDateRec(*record_code)) {
-    host.Report("orvane: the event could not be written to " + journals_.DateRecPath());
-  }
+  // The UPS must not wait for a disk: that of a computer in trouble may take its time.
+  const bool logged = journals_.WriteLog(state_.Message(log_message), OnMedium::kWithSettle);
+  const bool recorded = record_code && journals_.WriteDateRec(*record_code, OnMedium::kWithSettle);
   seams_.forms.Hide(Form::frmMain);
   seams_.dialogs.Dismiss();
   const Timers& timers = seams_.timers;
@@ -38,9 +35,17 @@ void Shutdown::ShutdownSequence(int log_message, std::optional<int> record_code)
   if (!SendCommand(seams_.MSComm1, state_.ShutdownCommand)) {
     host.Report("orvane: the UPS did not get its shutdown command " + state_.ShutdownCommand);
   }
+  SettleJournal(journals_.LogPath(), logged);
+  if (record_code) SettleJournal(journals_.DateRecPath(), recorded);
   RunCompanion();
   host.EnableShutdownPrivilege();
   host.ExitWindowsEx(1, 0);
+}
+
+void Shutdown::SettleJournal(const std::string& path, bool written) {
+  if (!written || !journals_.Settle(path)) {
+    seams_.host.Report("orvane: the event could not be written to " + path);
+  }
 }
 
 void Shutdown::RunCompanion() {

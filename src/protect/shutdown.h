@@ -2,6 +2,7 @@
 #pragma once
 
 #include <optional>
+#include <string>
 
 #include "app/panel.h"
 #include "app/seams.h"
@@ -26,6 +27,7 @@ class Shutdown {
   bool Begun() const { return begun_; }
 
  private:
+  void SettleJournal(const std::string& path, bool written);
   void RunCompanion();
 
   const State& state_;

@@ -21,18 +21,21 @@ Journals::Journals(Disk& disk, const Clock& clock, const std::string& directory)
       log_path_(directory + "/System.log"),
       date_rec_path_(directory + "/DateRec.rec") {}
 
-bool Journals::WriteLog(std::string_view text) {
+bool Journals::WriteLog(std::string_view text, OnMedium when) {
   const LocalTime now = clock_.Now();
-  return disk_.Append(log_path_,
-                      Quoted(DateText(now) + ' ' + TimeText(now) + ' ' + std::string(text)));
+  return Add(log_path_, Quoted(DateText(now) + ' ' + TimeText(now) + ' ' + std::string(text)),
+             when);
 }
 
-bool Journals::WriteDateRec(int code) {
+bool Journals::WriteDateRec(int code, OnMedium when) {
   const LocalTime now = clock_.Now();
   const std::string hour = {static_cast<char>('0' + now.hour / 10),
                             static_cast<char>('0' + now.hour % 10)};
-  return disk_.Append(date_rec_path_,
-                      Quoted(DateText(now) + ' ' + hour + ' ' + std::to_string(code)));
+  return Add(date_rec_path_, Quoted(DateText(now) + ' ' + hour + ' ' + std::to_string(code)), when);
+}
+
+bool Journals::Add(const std::string& path, const std::string& line, OnMedium when) {
+  return when == OnMedium::kNow ? disk_.Append(path, line) : disk_.AppendUnsettled(path, line);
 }
 
 }  // namespace orvane

@@ -15,6 +15,9 @@ inline constexpr int kRecordScheduleDown = 0;
 inline constexpr int kRecordAcFail = 1;
 inline constexpr int kRecordLowOrUpsFail = 2;
 
+// When a line or record is on the medium: when the writer returns, or with Settle.
+enum class OnMedium { kNow, kWithSettle };
+
 class Journals {
  public:
   // `directory` is the program's, without a slash at the end.
@@ -22,16 +25,21 @@ class Journals {
 
   // Appends one line to `System.log`: in double quotes a line feed, date, blank, time, blank and
   // `text`; then carriage return and line feed. False when the line could not be written.
-  bool WriteLog(std::string_view text);
+  bool WriteLog(std::string_view text, OnMedium when = OnMedium::kNow);
 
   // Appends one record to `DateRec.rec`: in double quotes a line feed, date, blank, two-digit hour,
   // blank and `code`; then carriage return and line feed. False when it could not be written.
-  bool WriteDateRec(int code);
+  bool WriteDateRec(int code, OnMedium when = OnMedium::kNow);
+
+  // Has what was written before on the medium. False when that failed for the journal at `path`.
+  bool Settle(const std::string& path) { return disk_.Settle(path); }
 
   const std::string& LogPath() const { return log_path_; }
   const std::string& DateRecPath() const { return date_rec_path_; }
 
  private:
+  bool Add(const std::string& path, const std::string& line, OnMedium when);
+
   Disk& disk_;
   const Clock& clock_;
   std::string log_path_;

@@ -35,6 +35,20 @@ bool OnFullDisk(rlim_t bytes, const std::function<bool()>& act) {
   return WEXITSTATUS(status) == 1;
 }
 
+TEST(LinuxDisk, AppendsUnsettledAsItAppends) {
+  const TempFolder folder;
+  LinuxDisk disk;
+  const std::string log = folder.Path("DateRec.rec");
+  EXPECT_FALSE(disk.Settle(log));
+  EXPECT_TRUE(disk.AppendUnsettled(log, kRecord));
+  EXPECT_TRUE(disk.Append(log, kRecord));
+  EXPECT_TRUE(disk.AppendUnsettled(folder.Path("DATEREC.REC"), kRecord));
+  EXPECT_TRUE(disk.Settle(log));
+  EXPECT_FALSE(OnFullDisk(70, [&] { return disk.AppendUnsettled(log, kRecord); }));
+  EXPECT_EQ(disk.Read(log)->size(), 60U);
+  EXPECT_FALSE(disk.AppendUnsettled(folder.Path("missing/System.log"), kRecord));
+}
+
 TEST(LinuxDisk, FindsNamesInAnyCase) {
   const TempFolder folder;
   LinuxDisk disk;

@@ -13,7 +13,11 @@ class ShutdownTest : public WatchedUps {
     // The wire, in order with everything else.
     const auto answer = MSComm1.OnSent;
     MSComm1.OnSent = [this, answer](const std::string& text) {
-      if (text[0] == 'S') events.push_back("Output " + text);
+      if (text[0] == 'S') {
+        events.push_back("Output " + text);
+        // The line stands, but the UPS did not wait for the disk.
+        EXPECT_TRUE(disk.unsettled.contains("/prog/System.log"));
+      }
       answer(text);
     };
   }
@@ -44,6 +48,7 @@ TEST_F(ShutdownTest, CountdownRunsEveryStepInOrder) {
   host.OnRun = [this] {
     EXPECT_FALSE(AnyTimerRuns());
     EXPECT_EQ(Status(), "Saving files and exit windows...");
+    EXPECT_EQ(disk.unsettled, std::set<std::string>{});
   };
   events.clear();
   Ticks(10);

@@ -54,6 +54,18 @@ bool MemoryDisk::Append(const std::string& path, std::string_view record) {
   return true;
 }
 
+bool MemoryDisk::AppendUnsettled(const std::string& path, std::string_view record) {
+  if (!Append(path, record)) return false;
+  unsettled.insert(Find(path));
+  return true;
+}
+
+bool MemoryDisk::Settle(const std::string& path) {
+  if (refuse_writes || !Exists(path)) return false;
+  unsettled.erase(Find(path));
+  return true;
+}
+
 bool MemoryDisk::Remove(const std::string& path) {
   return !refuse_writes && files.erase(Find(path)) > 0;
 }

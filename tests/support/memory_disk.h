@@ -2,6 +2,7 @@
 #pragma once
 
 #include <map>
+#include <set>
 #include <string>
 
 #include "platform/disk.h"
@@ -17,12 +18,16 @@ class MemoryDisk : public Disk {
   // Whole replacements and appends that succeeded.
   int replacements = 0;
   int appends = 0;
+  // Files with something in them that is not on the medium yet.
+  std::set<std::string> unsettled;
 
   std::optional<std::string> Read(const std::string& path) const override;
   std::unique_ptr<FileView> Open(const std::string& path) const override;
   bool Exists(const std::string& path) const override;
   bool Replace(const std::string& path, std::string_view content) override;
   bool Append(const std::string& path, std::string_view record) override;
+  bool AppendUnsettled(const std::string& path, std::string_view record) override;
+  bool Settle(const std::string& path) override;
   bool Remove(const std::string& path) override;
 
  private:

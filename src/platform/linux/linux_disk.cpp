@@ -101,13 +101,31 @@ bool WriteAside(const std::string& aside, std::string_view content, const struct
 }
 
 // Adds the record to an open file of `size` bytes, or leaves it as it was.
-bool AppendTo(const File& file, off_t size, std::string_view record) {
+bool AppendTo(const File& file, off_t size, std::string_view record, bool settle) {
   const ssize_t put = write(file.Get(), record.data(), record.size());
-  if (put == static_cast<ssize_t>(record.size()) && fdatasync(file.Get()) == 0) return true;
+  const bool whole = put == static_cast<ssize_t>(record.size());
+  if (whole && (!settle || fdatasync(file.Get()) == 0)) return true;
   // Nothing more can be done about a file that will not be cut back either.
   if (put > 0) [[maybe_unused]]
     const int cut = ftruncate(file.Get(), size);
   return false;
+}
+
+bool AppendRecord(const std::string& target, std::string_view record, bool settle) {
+  struct stat status {};
+  if (const File file = OpenRegular(target, O_WRONLY | O_APPEND, status)) {
+    return AppendTo(file, status.st_size, record, settle);
+  }
+  if (errno != ENOENT) return false;
+  const std::string created = FollowLinks(target);
+  const File file = OpenRegular(created, O_WRONLY | O_APPEND | O_CREAT | O_EXCL, status);
+  if (!file) return false;
+  if (!AppendTo(file, 0, record, settle)) {
+    unlink(created.c_str());
+    return false;
+  }
+  if (settle) SyncDirectory(DirectoryOf(created));
+  return true;
 }
 
 }  // namespace
@@ -156,20 +174,20 @@ bool LinuxDisk::Replace(const std::string& path, std::string_view content) {
 }
 
 bool LinuxDisk::Append(const std::string& path, std::string_view record) {
-  const std::string target = Find(path);
+  return AppendRecord(Find(path), record, true);
+}
+
+bool LinuxDisk::AppendUnsettled(const std::string& path, std::string_view record) {
+  return AppendRecord(Find(path), record, false);
+}
+
+bool LinuxDisk::Settle(const std::string& path) {
+  const std::string target = FollowLinks(Find(path));
   struct stat status {};
-  if (const File file = OpenRegular(target, O_WRONLY | O_APPEND, status)) {
-    return AppendTo(file, status.st_size, record);
-  }
-  if (errno != ENOENT) return false;
-  const std::string created = FollowLinks(target);
-  const File file = OpenRegular(created, O_WRONLY | O_APPEND | O_CREAT | O_EXCL, status);
-  if (!file) return false;
-  if (!AppendTo(file, 0, record)) {
-    unlink(created.c_str());
-    return false;
-  }
-  SyncDirectory(DirectoryOf(created));
+  const File file = OpenRegular(target, O_WRONLY | O_APPEND, status);
+  if (!file || fdatasync(file.Get()) != 0) return false;
+  // It may have been created since.
+  SyncDirectory(DirectoryOf(target));
   return true;
 }
 

@@ -16,6 +16,8 @@ class LinuxDisk : public Disk {
   // A file that this user may not write is not replaced either.
   bool Replace(const std::string& path, std::string_view content) override;
   bool Append(const std::string& path, std::string_view record) override;
+  bool AppendUnsettled(const std::string& path, std::string_view record) override;
+  bool Settle(const std::string& path) override;
   bool Remove(const std::string& path) override;
 };
 
