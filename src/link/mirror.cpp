@@ -1,5 +1,8 @@
 #include "link/mirror.h"
 
+#include <cmath>
+#include <limits>
+
 #include "link/numbers.h"
 
 namespace orvane {
@@ -42,9 +45,12 @@ void MirrorValues(Panel& panel) {
   for (const MirrorRow& row : kMirror) {
     const std::string& caption = panel.Label2[row.index].Caption();
     (panel.*row.figure).Caption(caption);
-    if (const auto value = ReadNumber(caption)) {
-      (panel.*row.bar).Width(static_cast<float>(Width(row, *value)));
-    }
+    const auto value = ReadNumber(caption);
+    if (!value) continue;
+    const double width = Width(row, *value);
+    // A width beyond a 32-bit float is none.
+    if (std::abs(width) > std::numeric_limits<float>::max()) continue;
+    (panel.*row.bar).Width(static_cast<float>(width));
   }
 }
 

@@ -1,6 +1,6 @@
 #include "link/reply_decoder.h"
 
-#include <algorithm>
+#include <cmath>
 #include <optional>
 
 #include "app/gauges.h"
@@ -87,8 +87,10 @@ std::int16_t OnScale(std::optional<T> value, int low, int high) {
   return static_cast<std::int16_t>(RoundHalfEven(static_cast<double>(*value)));
 }
 
+// Nothing also when the double is beyond a 32-bit float.
 std::optional<float> Doubled(std::optional<float> value) {
-  return value ? std::optional(2 * *value) : std::nullopt;
+  if (!value || !std::isfinite(2 * *value)) return std::nullopt;
+  return 2 * *value;
 }
 
 // Battery level in percent from the figure on the scale from 1.72 to 2.27.

@@ -1,6 +1,7 @@
 #include "link/status_evaluation.h"
 
 #include <cstdio>
+#include <cstdlib>
 
 #include "app/settings.h"
 
@@ -16,11 +17,11 @@ void ShowState(const State& state, Label& line, bool set, int set_message, int c
 }
 
 // The digit of slot 9 that asks for a dial. The hundreds are taken by division, the others as
-// characters of the slot written with at least three digits.
+// characters of the slot written with at least three digits, behind the sign if it has one.
 bool DialAsked(std::int16_t conditions, int fault) {
   if (fault == kAcFail) return conditions / 100 == 1;
   char digits[16];
-  std::snprintf(digits, sizeof digits, "%03d", conditions);
+  std::snprintf(digits, sizeof digits, "%s%03d", conditions < 0 ? "-" : "", std::abs(conditions));
   return digits[fault - 1] == '1';
 }
 

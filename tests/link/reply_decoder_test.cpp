@@ -96,6 +96,7 @@ TEST_F(ReplyDecoderTest, BadFieldLeavesItsCaptionAndTakesTheFirstBranch) {
       {"input", with(&StatusFrame::input, "?????"), kInput, "233", 233},
       {"output, its own caption", with(&StatusFrame::output, "     "), kOutput, "232", 250},
       {"output, the input doubled", with(&StatusFrame::output, "2x2.0"), kInput, "466", 250},
+      {"output, twice it no number", with(&StatusFrame::output, "-3e38"), kOutput, "232", 200},
       {"load", with(&StatusFrame::load, "---"), kLoad, "35", 125},
       {"battery", with(&StatusFrame::battery, "2,00"), kBattery, "100", 100},
       {"frequency", with(&StatusFrame::frequency, "nan "), kFrequency, "51", 80},

@@ -89,6 +89,10 @@ TEST(LinuxDisk, WhatIsNoReadableFileIsAbsent) {
     EXPECT_FALSE(disk.Replace(folder.Path(name), kRecord));
   }
   EXPECT_EQ(folder.Size(), 2u);
+  // Nobody's settings, whatever its name.
+  folder.Write("huge", "");
+  fs::resize_file(folder.Path("huge"), 1ULL << 40);
+  EXPECT_FALSE(disk.Read(folder.Path("huge")));
 }
 
 TEST(LinuxDisk, ReplacedFileIsWholeAtEveryMoment) {

@@ -172,6 +172,9 @@ TEST(PlatformSettings, EveryKeyIsOptional) {
             ShutdownAction::kPowerOff, "", "/var/w"},
            {"[Shutdown]\nAction=Sleep\n[Directories]\nWindows=sub/w/", "", ShutdownAction::kHalt,
             "Sleep", "~/sub/w"},
+           {"[Ports]\nCOM1= ; none\nCOM2=/dev/y\t; the modem\n"
+            "[Shutdown]\nAction=None        ; a trial\n[Directories]\nWindows=/a;b   ; here",
+            "/dev/y", ShutdownAction::kNone, "", "/a;b"},
            {"[Directories]\nWindows=/", "", ShutdownAction::kHalt, "", "/"},
        }) {
     SCOPED_TRACE(c.text);

@@ -185,7 +185,12 @@ TEST_P(QtSerialPortTest, WriteOnAVanishedDeviceClosesThePort) {
 
 TEST_P(QtSerialPortTest, PortsAreHadOnce) {
   Open();
-  QtSerialPort other([this](int) { return name_; }, milliseconds(0));
+  const TempFolder folder;
+  ASSERT_EQ(symlink(name_.c_str(), folder.Path("by-id").c_str()), 0);
+  std::string other_name = name_;
+  QtSerialPort other([&](int) { return other_name; }, milliseconds(0));
+  EXPECT_FALSE(other.PortOpen(true));
+  other_name = folder.Path("by-id");
   EXPECT_FALSE(other.PortOpen(true));
   EXPECT_FALSE(port_.CommPort(2)) << "it is open";
   EXPECT_TRUE(port_.PortOpen(true));

@@ -19,6 +19,9 @@ namespace {
 // From this size on a file is read in place instead of being copied.
 constexpr std::size_t kWorthMapping = 1024 * 1024;
 
+// A file beyond this is none of those that are read whole.
+constexpr off_t kMostRead = 64 * 1024 * 1024;
+
 constexpr int kMostLinks = 40;
 
 char Lower(char c) {
@@ -134,7 +137,7 @@ std::optional<std::string> LinuxDisk::Read(const std::string& path) const {
   struct stat status {};
   const File file = OpenRegular(Find(path), O_RDONLY, status);
   std::string content;
-  if (!file || !file.ReadAll(content)) return std::nullopt;
+  if (!file || status.st_size > kMostRead || !file.ReadAll(content)) return std::nullopt;
   return content;
 }
 

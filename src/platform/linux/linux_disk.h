@@ -7,7 +7,8 @@ namespace orvane {
 
 class LinuxDisk : public Disk {
  public:
-  // Regular files only: a directory or a pipe of the name counts as unreadable.
+  // Regular files only: a directory or a pipe of the name counts as unreadable, and so does a file
+  // of more than 64 MB for Read.
   std::optional<std::string> Read(const std::string& path) const override;
   std::unique_ptr<FileView> Open(const std::string& path) const override;
   bool Exists(const std::string& path) const override;

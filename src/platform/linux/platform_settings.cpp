@@ -1,8 +1,24 @@
 #include "platform/linux/platform_settings.h"
 
+#include <algorithm>
+#include <string_view>
+
 #include "platform/profile.h"
 
 namespace orvane {
+namespace {
+
+// A value without the remark that may stand behind it: a blank, a semicolon and the rest.
+std::string ValueOf(const ProfileFile& file, std::string_view section, std::string_view key) {
+  std::string value = file.Get(section, key).value_or("");
+  if (value.starts_with(';')) return "";
+  value.resize(std::min({value.find(" ;"), value.find("\t;"), value.size()}));
+  value.resize(value.find_last_not_of(" \t") + 1);
+  return value;
+}
+
+}  // namespace
+
 PlatformSettings LoadPlatformSettings(const Disk& disk, const std::string& program_directory) {
   PlatformSettings settings;
   settings.windows_directory = program_directory;
@@ -10,14 +26,14 @@ PlatformSettings LoadPlatformSettings(const Disk& disk, const std::string& progr
   if (!text) return settings;
   const ProfileFile file = ProfileFile::Parse(*text);
   for (std::size_t i = 0; i < settings.ports.size(); ++i) {
-    settings.ports[i] = file.Get("Ports", "COM" + std::to_string(i + 1)).value_or("");
+    settings.ports[i] = ValueOf(file, "Ports", "COM" + std::to_string(i + 1));
   }
-  const std::string action = file.Get("Shutdown", "Action").value_or("");
+  const std::string action = ValueOf(file, "Shutdown", "Action");
   if (!ReadShutdownAction(action, settings.action)) settings.unknown_action = action;
-  if (auto directory = file.Get("Directories", "Windows"); directory && !directory->empty()) {
-    while (directory->size() > 1 && directory->back() == '/') directory->pop_back();
-    const bool absolute = directory->front() == '/';
-    settings.windows_directory = absolute ? *directory : program_directory + '/' + *directory;
+  if (auto directory = ValueOf(file, "Directories", "Windows"); !directory.empty()) {
+    while (directory.size() > 1 && directory.back() == '/') directory.pop_back();
+    const bool absolute = directory.front() == '/';
+    settings.windows_directory = absolute ? directory : program_directory + '/' + directory;
   }
   return settings;
 }

@@ -1,5 +1,6 @@
 #include "platform/qt/qt_serial_port.h"
 
+#include <QFileInfo>
 #include <algorithm>
 #include <charconv>
 #include <optional>
@@ -101,7 +102,10 @@ bool QtSerialPort::Open() {
   Close();
   const std::string device = device_of_(number_);
   if (device.empty()) return false;
-  port_.setPortName(QString::fromStdString(device));
+  // The lock that keeps others off goes by the device's own name, whichever link leads to it.
+  const QString name = QString::fromStdString(device);
+  const QString own_name = QFileInfo(name).canonicalFilePath();
+  port_.setPortName(own_name.isEmpty() ? name : own_name);
   port_.setBaudRate(line_.baud);
   port_.setParity(line_.parity);
   port_.setDataBits(line_.data_bits);
