@@ -139,7 +139,8 @@ int Main(int argc, char** argv) {
   LoadSchedule(outside.disk, SchedulePath(outside.program_directory), state);
   const bool loaded = windows.LoadMain();
   windows.Unload(Form::frmSplash);
-  if (loaded) windows.Show(Form::frmMain);
+  // A schedule may have taken the system down while a box of the load stood open.
+  if (loaded && !frm_main.GoingDown()) windows.Show(Form::frmMain);
   if (!windows.Ended()) QApplication::exec();
   windows_at_exit = nullptr;
   return 0;

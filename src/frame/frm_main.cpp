@@ -69,6 +69,8 @@ void FrmMain::Form_QueryUnload() {
 void FrmMain::Reload() {
   seams_.forms.Unload(Form::frmMain);
   seams_.forms.Show(Form::frmMain);
+  // A box of the load lets the schedule run, and that may have taken the system down.
+  if (GoingDown()) seams_.forms.Hide(Form::frmMain);
 }
 
 bool FrmMain::SaveSettings() {

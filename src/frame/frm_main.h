@@ -23,6 +23,9 @@ class FrmMain {
   // has to end at once.
   bool Form_Load();
 
+  // The way down has begun: the form stays off the screen until the operating system ends it.
+  bool GoingDown() const { return shutdown_.Begun(); }
+
   // The form has become the active window: replies are taken from now on.
   void Form_Activate();
 

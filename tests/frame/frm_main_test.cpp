@@ -58,6 +58,20 @@ TEST_F(FrmMainTest, SecondInstanceIsTurnedAwayWithoutATrace) {
   EXPECT_FALSE(MSComm1.PortOpen());
 }
 
+TEST_F(FrmMainTest, SystemThatGoesDownBehindABoxOfTheLoadLeavesTheFormHidden) {
+  ASSERT_TRUE(form.Form_Load());
+  forms.open = {Form::frmMain};
+  forms.OnShow = [this](Form) { ASSERT_TRUE(form.Form_Load()); };
+  MSComm1.PortOpen(false);
+  MSComm1.present = {};
+  state.ScheduleEnable[5] = '1';
+  state.ScheduleOff[5] = "9:06";
+  dialogs.OnBox = [this] { time.Advance(std::chrono::minutes(1)); };
+  form.Reload();
+  EXPECT_TRUE(form.GoingDown());
+  EXPECT_EQ(events.back(), "Hide frmMain");
+}
+
 TEST_F(FrmMainTest, RepliesWaitForTheActivation) {
   ASSERT_TRUE(form.Form_Load());
   MSComm1.Receive(StatusFrame{}.Text());
