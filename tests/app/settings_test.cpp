@@ -86,15 +86,6 @@ TEST(SettingsTest, AbsentFileChangesNothingAndCreatesNothing) {
   EXPECT_TRUE(disk.files.empty());
 }
 
-TEST(SettingsTest, FailedSaveTellsAndLeavesTheOldLine) {
-  MemoryDisk disk;
-  disk.files[kPath] = kExample;
-  disk.refuse_writes = true;
-  State state;
-  EXPECT_FALSE(SaveSettings(disk, kPath, state));
-  EXPECT_EQ(disk.files[kPath], kExample);
-}
-
 TEST(SettingsTest, DerivedValues) {
   struct Case {
     std::int16_t delay;

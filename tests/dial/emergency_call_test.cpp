@@ -28,38 +28,6 @@ class EmergencyCallTest : public WatchedUps {
   const char* answer = "OK";
 };
 
-struct ArmingCase {
-  int conditions;  // slot 9
-  const char* bits;
-  int reason;  // the fault that the call is for; 0: no call
-};
-
-TEST_F(EmergencyCallTest, SettingsSayWhichFaultsCall) {
-  const ArmingCase cases[] = {
-      {0, "1101", 0},   {100, "1000", 1}, {100, "0101", 0}, {10, "0100", 2},
-      {10, "1001", 0},  {1, "0001", 3},   {1, "1100", 0},   {111, "1000", 1},
-      {111, "1100", 2}, {111, "1101", 3}, {101, "1101", 3}, {110, "1001", 1},
-      {11, "1101", 3},  {111, "0010", 0}, {200, "1000", 0}, {22, "0101", 0},
-  };
-  for (const ArmingCase& c : cases) {
-    SCOPED_TRACE(testing::Message() << c.conditions << ' ' << c.bits);
-    called.clear();
-    bits = kAllWell;
-    Start(c.conditions);
-    NextReply(c.bits);
-    EXPECT_EQ(TimerDial.Enabled(), c.reason != 0);
-    EXPECT_EQ(state.Main.DialReason, c.reason);
-    const auto armed = time.Steady();
-    Seconds(6);
-    if (c.reason == 0) {
-      EXPECT_TRUE(called.empty());
-    } else {
-      EXPECT_EQ(called, std::vector{armed + 5s});
-    }
-    main.Form_QueryUnload();
-  }
-}
-
 TEST_F(EmergencyCallTest, FaultThatClearsInTimeCallsNobody) {
   Start(100);
   NextReply(kMainsFailed);
@@ -84,14 +52,6 @@ TEST_F(EmergencyCallTest, LaterFaultTakesTheCallOverWithoutDelayingIt) {
   EXPECT_EQ(state.Main.DialReason, kAcFail);
   time.Advance(armed + 5s - time.Steady());
   EXPECT_EQ(called, std::vector{armed + 5s});
-}
-
-TEST_F(EmergencyCallTest, LostLinkDoesNotHoldTheCallBack) {
-  Start(100);
-  NextReply(kMainsFailed);
-  silent = true;
-  Seconds(6);
-  EXPECT_EQ(called.size(), 1U);
 }
 
 TEST_F(EmergencyCallTest, LastingFaultCallsAgainAndAgain) {

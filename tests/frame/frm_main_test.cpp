@@ -89,21 +89,6 @@ TEST_F(FrmMainTest, UnloadClosesBothPortsAndLogsLast) {
   EXPECT_EQ(Log(), Line("Program start") + Line("Program end"));
 }
 
-TEST_F(FrmMainTest, LogHoldsStartAndEndAlsoWithoutAPort) {
-  MSComm1.present = {};
-  ASSERT_TRUE(form.Form_Load());
-  form.Form_QueryUnload();
-  EXPECT_EQ(Log(), Line("Program start") + Line("Program end"));
-}
-
-TEST_F(FrmMainTest, JournalsThatCannotBeWrittenStopNothing) {
-  disk.refuse_writes = true;
-  ASSERT_TRUE(form.Form_Load());
-  EXPECT_TRUE(MSComm1.PortOpen());
-  form.Form_QueryUnload();
-  EXPECT_TRUE(disk.files.empty());
-}
-
 TEST_F(FrmMainTest, ReloadStartsTheFormAfresh) {
   forms.open = {Form::frmMain};
   forms.OnUnload = [this](Form) { form.Form_QueryUnload(); };
@@ -147,29 +132,6 @@ TEST_F(FrmMainTest, ClockShowsEverySecond) {
   EXPECT_EQ(panel.Label15.Caption(), "2001-02-16 9:05:34");
   time.Advance(std::chrono::seconds(27));
   EXPECT_EQ(panel.Label15.Caption(), "2001-02-16 9:06:01");
-}
-
-TEST_F(FrmMainTest, FaceChangesBothWays) {
-  ASSERT_TRUE(form.Form_Load());
-  EXPECT_TRUE(panel.picAPC.Visible());
-  form.picAPC_DblClick();
-  EXPECT_FALSE(panel.picAPC.Visible());
-  form.Image2_DblClick();
-  EXPECT_TRUE(panel.picAPC.Visible());
-}
-
-TEST_F(FrmMainTest, MenusOpenTheirForms) {
-  ASSERT_TRUE(form.Form_Load());
-  form.mnuSetup_Click();
-  form.mnuWeek_Click();
-  form.mnuSpecial_Click();
-  form.mnuTestTimer_Click();
-  form.mnuLog_Click();
-  form.mnuShutRec_Click();
-  form.mnuDateRecord_Click();
-  form.mnuAbout_Click();
-  EXPECT_EQ(events, (Events{"Show frmSetup", "Show frmWeek", "Show frmSpecial", "Show frmSelfTest",
-                            "Show frmLog", "Show frmShutRec", "Show frmDateRc", "Show frmAbout"}));
 }
 
 }  // namespace

@@ -189,19 +189,6 @@ TEST_F(UpsLinkTest, InformationRepliesHoldTheLossOff) {
   EXPECT_EQ(panel.Label7[1].Caption(), "OV");
 }
 
-TEST_F(UpsLinkTest, TickDropsTheFragmentOfALateReply) {
-  link.OpenPort();
-  const std::string reply = StatusFrame{}.Text();
-  Polls(1);
-  MSComm1.Receive(reply.substr(0, 20));
-  Polls(1);
-  MSComm1.Receive(reply.substr(20));
-  EXPECT_FALSE(LinkShown());
-  Polls(1);
-  MSComm1.Receive(reply);
-  EXPECT_TRUE(LinkShown());
-}
-
 TEST_F(UpsLinkTest, FloodLivesForOnePollPeriod) {
   link.OpenPort();
   Polls(1);
