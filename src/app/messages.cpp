@@ -251,7 +251,7 @@ constexpr std::size_t Slot(int number) {
 }
 
 constexpr auto kTexts = [] {
-  std::array<std::string_view, 2 * (kLastMessage + 1)> texts{};
+  std::array<std::string_view, 2 * std::size_t{kLastMessage + 1}> texts{};
   for (const Row& row : kRows) texts[Slot(row.number)] = row.text;
   return texts;
 }();

@@ -6,7 +6,7 @@
 namespace orvane {
 namespace {
 
-constexpr std::size_t kPiece = 64 * 1024;
+constexpr std::size_t kPiece = std::size_t{64} * 1024;
 
 }  // namespace
 

@@ -17,7 +17,7 @@ namespace orvane {
 namespace {
 
 // From this size on a file is read in place instead of being copied.
-constexpr std::size_t kWorthMapping = 1024 * 1024;
+constexpr std::size_t kWorthMapping = std::size_t{1024} * 1024;
 
 // A file beyond this is none of those that are read whole.
 constexpr off_t kMostRead = 64 * 1024 * 1024;

@@ -13,7 +13,7 @@ namespace {
 constexpr int kLastPort = 4;
 
 // What is kept for a caller that does not fetch it, and what may wait to leave.
-constexpr std::size_t kMostWaiting = 64 * 1024;
+constexpr std::size_t kMostWaiting = std::size_t{64} * 1024;
 constexpr qint64 kMostLeaving = 4096;
 
 std::vector<std::string_view> Split(std::string_view text) {
