@@ -24,8 +24,8 @@ struct Disk {
   // The whole content; nothing when the file is absent or cannot be read.
   virtual std::optional<std::string> Read(const std::string& path) const = 0;
 
-  // The content in place, without a copy where the platform can; null when the file is absent or
-  // cannot be read.
+  // The content in place, without a copy where the platform can; of a file that fails on the way,
+  // what could be read. Null when the file is absent or cannot be read at all.
   virtual std::unique_ptr<FileView> Open(const std::string& path) const = 0;
 
   virtual bool Exists(const std::string& path) const = 0;

@@ -150,7 +150,8 @@ std::unique_ptr<FileView> LinuxDisk::Open(const std::string& path) const {
     if (auto view = MapFile(file, size)) return view;
   }
   auto view = std::make_unique<CopiedView>();
-  if (!file.ReadAll(view->content)) return nullptr;
+  // What stands before an error is better than nothing.
+  if (!file.ReadAll(view->content) && view->content.empty()) return nullptr;
   return view;
 }
 
