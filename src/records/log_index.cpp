@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cstdint>
+#include <limits>
 
 namespace orvane {
 namespace {
@@ -12,24 +13,22 @@ constexpr std::string_view kLineEnd = "\r\n";
 // Small enough to be searched between two frames, large enough for a short list of counts.
 constexpr std::size_t kBlock = 4 * 1024;
 
-// Line ends whose first byte is one of the first `length` bytes; one byte more must be readable.
+// Line ends whose first byte is one of the first `length` bytes, of one block at most; one byte
+// more must be readable.
 std::size_t CountLineEnds(const char* bytes, std::size_t length) {
   // Many counts side by side, each in a byte, which the processor can add up all at once.
   constexpr std::size_t kLanes = 64;
-  constexpr std::size_t kMostRounds = 255;
-  std::size_t count = 0;
+  static_assert(kBlock / kLanes <= std::numeric_limits<std::uint8_t>::max());
   std::size_t at = 0;
-  while (length - at >= kLanes) {
-    std::array<std::uint8_t, kLanes> lanes{};
-    const std::size_t rounds = std::min((length - at) / kLanes, kMostRounds);
-    for (std::size_t round = 0; round < rounds; ++round, at += kLanes) {
-      for (std::size_t lane = 0; lane < kLanes; ++lane) {
-        const bool end = (bytes[at + lane] == '\r') & (bytes[at + lane + 1] == '\n');
-        lanes[lane] = static_cast<std::uint8_t>(lanes[lane] + (end ? 1 : 0));
-      }
+  std::array<std::uint8_t, kLanes> lanes{};
+  for (; length - at >= kLanes; at += kLanes) {
+    for (std::size_t lane = 0; lane < kLanes; ++lane) {
+      const bool end = (bytes[at + lane] == '\r') & (bytes[at + lane + 1] == '\n');
+      lanes[lane] = static_cast<std::uint8_t>(lanes[lane] + (end ? 1 : 0));
     }
-    for (const std::uint8_t lane : lanes) count += lane;
   }
+  std::size_t count = 0;
+  for (const std::uint8_t lane : lanes) count += lane;
   for (; at < length; ++at) {
     if (bytes[at] == '\r' && bytes[at + 1] == '\n') ++count;
   }

@@ -53,13 +53,6 @@ TEST(EventLog, EventsAppearAtTheNextOpening) {
   EXPECT_EQ(world.form.Lines(), 2U);
 }
 
-TEST(EventLog, AClearOfNothingAsksNothing) {
-  LogWorld world(0);
-  world.form.Form_Load();
-  EXPECT_FALSE(world.form.cmdClear_Click());
-  EXPECT_EQ(world.events, Events{});
-}
-
 TEST(EventLog, ClearsOnYesAlone) {
   LogWorld world(2);
   world.journals.WriteDateRec(kRecordAcFail);

@@ -65,12 +65,5 @@ TEST(LogIndex, FindsEveryLineOfALargeFile) {
   }
 }
 
-TEST(LogIndex, CountsMoreLineEndsThanAByteHolds) {
-  std::string bytes;
-  for (int i = 0; i < 100'000; ++i) bytes += "\r\n";
-  EXPECT_EQ(LogIndex(bytes).Lines(), 100'000U);
-  EXPECT_EQ(LogIndex(bytes).Line(99'999), "");
-}
-
 }  // namespace
 }  // namespace orvane::test
