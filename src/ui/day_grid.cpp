@@ -53,17 +53,19 @@ void ColourBox::paintEvent(QPaintEvent*) {
   painter.drawRect(rect().adjusted(0, 0, -1, -1));
 }
 
-// A number that is always to be read whole: with more digits than one it takes the room up to the
-// frame's edge, and is set in smaller and narrower figures as needed.
+// A number that is always to be read whole: two digits take the room up to the frame's edge, and
+// more of them reach over it, short of the next hour's mark. The figures are as large as that room
+// allows.
 class DayGrid::Count : public QWidget {
  public:
-  Count(const Place& place, int most, QWidget* parent)
-      : QWidget(parent), place_(place), most_(most) {}
+  Count(const Place& place, int frame_right, QWidget* parent)
+      : QWidget(parent), place_(place), to_edge_(frame_right - place.left) {}
 
   void Show(int count) {
+    constexpr int kToNextMark = 285;
     text_ = QString::number(count);
     Place place = place_;
-    if (text_.size() > 1) place.width = most_;
+    if (text_.size() > 1) place.width = text_.size() > 2 ? kToNextMark : to_edge_;
     setGeometry(Pixels(place));
     update();
   }
@@ -90,7 +92,7 @@ class DayGrid::Count : public QWidget {
 
  private:
   Place place_;
-  int most_;
+  int to_edge_;
   QString text_;
 };
 
@@ -132,9 +134,8 @@ void DayGrid::MakeCell(int cell) {
   shpDate = new ColourBox(QString("shpDate(%1)").arg(cell),
                           {place.mark_left, place.mark_top, kMarkWidth, kMarkHeight},
                           ColourOf(place.row), this);
-  const Place frame = FrameOf(cell % kHours);
   lblCount = new Count({place.count_left, place.count_top, kCountWidth, kCountHeight},
-                       frame.Right() - place.count_left, this);
+                       FrameOf(cell % kHours).Right(), this);
   lblCount->setObjectName(QString("lblCount(%1)").arg(cell));
 }
 

@@ -95,7 +95,7 @@ void DayHistoryWindow::AddButtons(const State& state) {
   };
   connect(previous, &QPushButton::clicked, this, cmdPrev_Click);
   connect(next, &QPushButton::clicked, this, cmdNext_Click);
-  connect(cancel, &QPushButton::clicked, this, &QWidget::close);
+  MakeLeaving(cancel);
   // Before the buttons take the keys to go from one to the other.
   connect(new QShortcut(Qt::Key_Left, this), &QShortcut::activated, this, cmdPrev_Click);
   connect(new QShortcut(Qt::Key_Right, this), &QShortcut::activated, this, cmdNext_Click);

@@ -44,7 +44,7 @@ LogWindow::LogWindow(const State& state, Disk& disk, Dialogs& dialogs, const std
   QPushButton* clear = NewButton("cmdClear", kClearPlace, this);
   QPushButton* cancel = NewButton("cmdCancel", kCancelPlace, this);
   connect(clear, &QPushButton::clicked, this, &LogWindow::cmdClear_Click);
-  connect(cancel, &QPushButton::clicked, this, &QWidget::close);
+  MakeLeaving(cancel);
 
   CenterForm(*this);
   const bool english = log_.Form_Load();

@@ -66,7 +66,7 @@ ShutdownRecordWindow::ShutdownRecordWindow(const State& state, Disk& disk, const
           &ShutdownRecordWindow::ShowFileList);
   connect(List1, &QListView::clicked, this, &ShutdownRecordWindow::ShowFileList);
   connect(clear, &QPushButton::clicked, this, &ShutdownRecordWindow::Command1_Click);
-  connect(exit, &QPushButton::clicked, this, &QWidget::close);
+  MakeLeaving(exit);
   connect(qGuiApp, &QGuiApplication::focusWindowChanged, this, &ShutdownRecordWindow::FollowFocus);
 }
 

@@ -207,13 +207,17 @@ TEST(DayHistoryWindow, StepsByButtonsAndByArrowKeys) {
   }
 }
 
-TEST(DayHistoryWindow, ACountOfManyDigitsStaysInItsFrame) {
-  for (const int count : {9, 10, 100, 12345}) {
+TEST(DayHistoryWindow, ACountOfManyDigitsHasRoomUpToTheNextMark) {
+  for (const int count : {10, 100, 12345}) {
     WindowWorld world;
-    world.Records(count, "2001-02-16", "00", 1);
-    const QRect label = Find(world.DayHistory(), "lblCount(24)")->geometry();
-    EXPECT_EQ(label.topLeft(), QPoint(555 / 15, 1425 / 15));
-    EXPECT_LE(label.right(), (165 + 600) / 15);
+    world.Records(count, "2001-02-16", "10", 1);
+    world.Records(count, "2001-02-16", "11", 1);
+    const QWidget* window = world.DayHistory();
+    const QRect inner = Find(window, "lblCount(34)")->geometry();
+    EXPECT_EQ(inner.topLeft(), QPoint(6555 / 15, 1425 / 15));
+    EXPECT_FALSE(inner.intersects(Find(window, "shpDate(35)")->geometry()));
+    EXPECT_GE(inner.width(), count < 100 ? 14 : 19);
+    EXPECT_TRUE(window->rect().contains(Find(window, "lblCount(35)")->geometry()));
   }
 }
 
@@ -254,6 +258,8 @@ TEST(LogWindow, ShowsAndClearsTheLog) {
   EXPECT_EQ(Lines(List(window, "List1")), (QStringList{"\"2001-02-16 9:05:33 Program start\"",
                                                        "\"2001-02-16 9:06:00 市电失效\""}));
   EXPECT_EQ(world.World::Log(), file);
+  // So that one key goes to the newest event.
+  EXPECT_TRUE(Find(window, "List1")->hasFocus());
   Click(window, "cmdClear");
   EXPECT_EQ(Lines(List(window, "List1")).size(), 2);
   world.dialogs.answer = true;
@@ -293,7 +299,8 @@ TEST(ShutdownRecordWindow, ListsTheFilesOfTheChosenApplication) {
   LongList* List2 = List(window, "List2");
   EXPECT_EQ(Lines(List1), (QStringList{"Letter", "Budget"}));
   EXPECT_EQ(Lines(List2), QStringList{});
-  ClickLine(List1, 0);
+  EXPECT_TRUE(List1->hasFocus());
+  QTest::keyClick(List1, Qt::Key_Down);
   EXPECT_EQ(Lines(List2), (QStringList{"a.txt", "b.txt"}));
   QTest::keyClick(List1, Qt::Key_Down);
   EXPECT_EQ(Lines(List2), QStringList{"c.csv"});
@@ -305,22 +312,31 @@ TEST(ShutdownRecordWindow, ListsTheFilesOfTheChosenApplication) {
   EXPECT_EQ(Lines(List2), (QStringList{"c.csv", "d.csv"}));
 }
 
-TEST(ShutdownRecordWindow, TheFirstArrowKeyChoosesTheFirstApplication) {
+TEST(RecordsWindows, EnterClicksTheButtonInFocusAndEscapeLeaves) {
   WindowWorld world;
-  world.Report(kReport);
-  const QWidget* window = world.ShutdownRecord();
-  EXPECT_TRUE(Find(window, "List1")->hasFocus());
-  QTest::keyClick(List(window, "List1"), Qt::Key_Down);
-  EXPECT_EQ(Lines(List(window, "List2")), (QStringList{"a.txt", "b.txt"}));
-}
-
-TEST(LogWindow, OneKeyGoesToTheNewestEvent) {
-  WindowWorld world;
-  for (int i = 0; i < 500; ++i) world.journals.WriteLog("AC fail");
-  const QWidget* window = world.Log();
-  EXPECT_TRUE(Find(window, "List1")->hasFocus());
-  QTest::keyClick(QApplication::focusWidget(), Qt::Key_End);
-  EXPECT_EQ(List(window, "List1")->currentIndex().row(), 499);
+  world.journals.WriteLog("Program start");
+  const QWidget* day = world.DayHistory();
+  QTest::keyClick(Find(day, "cmdNext"), Qt::Key_Return);
+  EXPECT_EQ(TextOf(day, "lblDate"), "2001-02-17");
+  const QWidget* log = world.Log();
+  world.dialogs.answer = true;
+  QTest::keyClick(Find(log, "cmdClear"), Qt::Key_Enter);
+  EXPECT_EQ(Lines(List(log, "List1")), QStringList{});
+  struct Case {
+    QWidget* window;
+    const char* leaving;
+  };
+  for (const auto& [window, leaving] :
+       {Case{world.DayHistory(), "cmdCancel"}, Case{world.Log(), "cmdCancel"},
+        Case{world.ShutdownRecord(), "Command2"}}) {
+    window->activateWindow();
+    QApplication::processEvents();
+    QTest::keyClick(window, Qt::Key_Escape);
+    EXPECT_FALSE(window->isVisible()) << leaving;
+    window->show();
+    Click(window, leaving);
+    EXPECT_FALSE(window->isVisible()) << leaving;
+  }
 }
 
 TEST(ShutdownRecordWindow, IsFilledAnewWhenTheUserComesBackFromAnotherForm) {
