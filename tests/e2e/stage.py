@@ -3,6 +3,7 @@ systemd's user manager, and an X11 display with a window manager."""
 
 import os
 import signal
+import struct
 import subprocess
 from pathlib import Path
 
@@ -138,6 +139,16 @@ class XDisplay:
         """Strokes on the keyboard while the window is the active one."""
         self.ask("xdotool", "windowactivate", "--sync", window)
         self.ask("xdotool", "key", "--delay", "150", *keys)
+
+    def picture(self, window):
+        """The pixels of a window that nothing covers, by rows; red, green and blue of each."""
+        dump = subprocess.run(["xwd", "-silent", "-id", window], env={**os.environ, **self.env},
+                              stdout=subprocess.PIPE, timeout=PATIENCE, check=True).stdout
+        header = struct.unpack(">25I", dump[:100])
+        size, width, height, line, colours = (header[i] for i in (0, 4, 5, 12, 19))
+        pixels = dump[size + 12 * colours:]
+        return [[(pixels[at + 2], pixels[at + 1], pixels[at])
+                 for at in range(y * line, y * line + 4 * width, 4)] for y in range(height)]
 
     def close(self):
         for process in (self.manager, self.server):
