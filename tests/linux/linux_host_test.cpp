@@ -66,6 +66,31 @@ TEST(RunHidden, LeavesWhatDoesNotEndInTime) {
   EXPECT_EQ(folder.Read("done"), "go\n");
 }
 
+TEST(RunHidden, EndIsSeenAlsoWhereEndsOfChildrenAreIgnored) {
+  const TempFolder folder;
+  const auto before = signal(SIGCHLD, SIG_IGN);
+  EXPECT_EQ(RunHidden(folder.Script("well", "exit 0"), kPatience).end, End::kExited);
+  signal(SIGCHLD, before);
+}
+
+TEST(ReportLine, IsDroppedWhereNobodyReads) {
+  int line[2];
+  ASSERT_EQ(pipe(line), 0);
+  const int before = dup(STDERR_FILENO);
+  dup2(line[1], STDERR_FILENO);
+  ReportLine("one\nline");
+  char text[16];
+  const ssize_t size = read(line[0], text, sizeof text);
+  fcntl(line[1], F_SETFL, O_NONBLOCK);
+  while (write(line[1], "", 1) == 1) {
+  }
+  fcntl(line[1], F_SETFL, 0);
+  ReportLine("lost");
+  dup2(before, STDERR_FILENO);
+  for (const int end : {line[0], line[1], before}) close(end);
+  EXPECT_EQ(std::string(text, static_cast<std::size_t>(size)), "one line\n");
+}
+
 TEST(RunHidden, StartsWithACleanSlate) {
   const TempFolder folder;
   const int ours = open("/dev/null", O_RDONLY);
@@ -79,7 +104,7 @@ TEST(RunHidden, StartsWithACleanSlate) {
       "look",
       "cd " + folder.Path() +
           "\nfor i in 3 4 5 6 7 8 9 10 11 12; do [ -e /proc/$$/fd/$i ] && "
-          "readlink /proc/$$/fd/$i; done | grep -v " +
+          "readlink /proc/$$/fd/$i; done | grep -v -e pipe: -e " +
           folder.Path() +
           " > open\nstandard=$(readlink /proc/$$/fd/0 /proc/$$/fd/1)\necho \"$standard\" > "
           "standard\n"

@@ -1,6 +1,7 @@
 #include "platform/linux/linux_host.h"
 
 #include <fcntl.h>
+#include <poll.h>
 #include <pwd.h>
 #include <sys/file.h>
 #include <sys/stat.h>
@@ -17,6 +18,8 @@ namespace {
 
 // Root may write here too, but files of a user have no place here.
 constexpr std::string_view kSystemTree = "/usr/";
+
+constexpr int kReportPatience = 200;  // milliseconds
 
 bool MayWriteIn(const std::string& directory) {
   return faccessat(AT_FDCWD, directory.c_str(), W_OK | X_OK, AT_EACCESS) == 0;
@@ -61,6 +64,9 @@ void ReportLine(const std::string& line) {
   std::string text = line;
   std::replace(text.begin(), text.end(), '\n', ' ');
   text += '\n';
+  // A terminal that stands still, or a pipe that nobody reads, holds nothing up.
+  pollfd room{STDERR_FILENO, POLLOUT, 0};
+  if (poll(&room, 1, kReportPatience) != 1) return;
   [[maybe_unused]] const ssize_t written = write(STDERR_FILENO, text.data(), text.size());
 }
 

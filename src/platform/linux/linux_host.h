@@ -17,7 +17,7 @@ std::string ExecutableDirectory();
 // directory, which is made if need be.
 std::string ProgramDirectoryFor(const std::string& executable_directory);
 
-// One line on standard error; line ends inside become blanks.
+// One line on standard error; line ends inside become blanks. Dropped when nothing takes it.
 void ReportLine(const std::string& line);
 
 class LinuxHost : public Host {

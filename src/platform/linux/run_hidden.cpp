@@ -66,10 +66,13 @@ std::chrono::milliseconds Left(Clock::time_point end) {
   return std::max(left, std::chrono::milliseconds::zero());
 }
 
-// The exit status of the child once it has ended; nothing while it runs.
+// The exit status of the child once it has ended; nothing while it runs. Whoever was started to
+// ignore the ends of children is never told how they ended, and takes it for well.
 std::optional<int> Ended(pid_t child) {
   int status = 0;
-  if (waitpid(child, &status, WNOHANG) == child) return status;
+  const pid_t ended = waitpid(child, &status, WNOHANG);
+  if (ended == child) return status;
+  if (ended < 0 && errno == ECHILD) return 0;
   return std::nullopt;
 }
 
