@@ -42,13 +42,14 @@ class PrivateBus:
 
         return add
 
-    def logind(self, halt="yes", power_off="yes", halt_fails=False):
-        """Answers of CanHalt and CanPowerOff; `halt_fails` has Halt itself refused."""
+    def logind(self, halt="yes", power_off="yes", halt_fails=False, thinks=0):
+        """Answers of CanHalt and CanPowerOff; `halt_fails` has Halt itself refused; logind `thinks`
+        so many seconds about its first answer."""
         add = self._stand_in("--system", "org.freedesktop.login1", "/org/freedesktop/login1",
                              "org.freedesktop.login1.Manager")
         refuse = ('raise dbus.exceptions.DBusException("Access denied", '
                   'name="org.freedesktop.DBus.Error.AccessDenied")')
-        add("CanHalt", "", "s", f'ret = "{halt}"')
+        add("CanHalt", "", "s", f'import time; time.sleep({thinks}); ret = "{halt}"')
         add("CanPowerOff", "", "s", f'ret = "{power_off}"')
         add("Halt", "b", "", refuse if halt_fails else "")
         add("PowerOff", "b", "", "")

@@ -19,6 +19,7 @@ constexpr std::chrono::milliseconds kQuestionPatience{2500};
 
 constexpr const char* kYes = "yes";
 constexpr const char* kNotAsked = "not asked";
+constexpr const char* kNoAnswer = "no answer";
 
 bool SameWord(std::string_view a, std::string_view b) {
   const auto lower = [](char c) { return c >= 'A' && c <= 'Z' ? c + ('a' - 'A') : c; };
@@ -28,7 +29,7 @@ bool SameWord(std::string_view a, std::string_view b) {
 
 // What "no" and its like mean to whoever reads the line.
 std::string InWords(const BusCall& call) {
-  if (!call.Answered()) return call.error.empty() ? "no answer" : call.error;
+  if (!call.Answered()) return call.error.empty() ? kNoAnswer : call.error;
   const std::string answer = call.Text();
   if (answer == "challenge") return "only with a password";
   if (answer == "na") return "not possible on this computer";
@@ -80,8 +81,10 @@ void Logind::EnableShutdownPrivilege() {
 }
 
 bool Logind::ExitWindowsEx() {
-  const auto allowed = [](const End& end) { return end.answer == kYes; };
-  const auto first = std::find_if(std::begin(ends_), std::end(ends_), allowed);
+  const auto said = [](const char* answer) {
+    return [answer](const End& end) { return end.answer == answer; };
+  };
+  const auto first = std::find_if(std::begin(ends_), std::end(ends_), said(kYes));
   if (action_ == ShutdownAction::kNone) {
     report_(first == std::end(ends_)
                 ? "orvane: the computer could not go down (" + Refusals() +
@@ -90,11 +93,15 @@ bool Logind::ExitWindowsEx() {
                       " is allowed); Action=None leaves it running");
     return false;
   }
+  // A logind that is too busy to say what is allowed may still do it.
+  const auto worth_a_try = said(first == std::end(ends_) ? kNoAnswer : kYes);
   const Bus::Time deadline = In(left_);
   std::string error;
-  const auto bus = first == std::end(ends_) ? nullptr : Bus::Open(Bus::Which::kSystem, error);
+  const auto bus = std::any_of(std::begin(ends_), std::end(ends_), worth_a_try)
+                       ? Bus::Open(Bus::Which::kSystem, error)
+                       : nullptr;
   for (End& end : ends_) {
-    if (!allowed(end)) continue;
+    if (!worth_a_try(end)) continue;
     if (!bus) {
       end.answer = "no system bus: " + error;
       continue;
@@ -104,7 +111,7 @@ bool Logind::ExitWindowsEx() {
       sd_bus_message_append_basic(message, 'b', &interactive);
     });
     if (call->Answered()) return true;
-    end.answer = call->error.empty() ? "no answer" : call->error;
+    end.answer = call->error.empty() ? kNoAnswer : call->error;
     // Asked and perhaps heard: the other end must not come on top of it.
     if (!call->done) break;
   }

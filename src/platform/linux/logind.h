@@ -30,9 +30,10 @@ class Logind {
   // together take at most five seconds, whatever the bus does.
   void EnableShutdownPrivilege();
 
-  // Asks for the end that `action` names where that is allowed, else for the other one; returns as
-  // soon as logind has taken it. False when the computer stays up, by refusal or because `action`
-  // says so; the reason has been reported.
+  // Asks for the end that `action` names where that is allowed, else for the other one; where
+  // logind did not answer in time what is allowed, asks all the same. Returns as soon as logind has
+  // taken it. False when the computer stays up, by refusal or because `action` says so; the reason
+  // has been reported.
   bool ExitWindowsEx();
 
  private:
