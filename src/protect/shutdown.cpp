@@ -32,7 +32,7 @@ void Shutdown::ShutdownSequence(int log_message, std::optional<int> record_code)
   }
   // A reply that is still under way would start the count again.
   seams_.MSComm1.RThreshold(0);
-  if (!SendCommand(seams_.MSComm1, state_.ShutdownCommand)) {
+  if (!TellUps()) {
     host.Report("orvane: the UPS did not get its shutdown command " + state_.ShutdownCommand);
   }
   SettleJournal(journals_.LogPath(), logged);
@@ -40,6 +40,13 @@ void Shutdown::ShutdownSequence(int log_message, std::optional<int> record_code)
   RunCompanion();
   host.EnableShutdownPrivilege();
   host.ExitWindowsEx(1, 0);
+}
+
+// A lost port is asked for once more, as every poll would: a dip of the mains makes adapters come
+// and go.
+bool Shutdown::TellUps() {
+  SerialPort& port = seams_.MSComm1;
+  return (port.PortOpen() || port.PortOpen(true)) && SendCommand(port, state_.ShutdownCommand);
 }
 
 void Shutdown::SettleJournal(const std::string& path, bool written) {

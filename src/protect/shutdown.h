@@ -27,6 +27,7 @@ class Shutdown {
   bool Begun() const { return begun_; }
 
  private:
+  bool TellUps();
   void SettleJournal(const std::string& path, bool written);
   void RunCompanion();
 

@@ -22,11 +22,6 @@ class ShutdownTest : public WatchedUps {
     };
   }
 
-  // What happened from here on.
-  std::vector<std::string> Since(std::size_t mark) const {
-    return {events.begin() + static_cast<std::ptrdiff_t>(mark), events.end()};
-  }
-
   bool AnyTimerRuns() const {
     for (const Timer* timer : std::initializer_list<const Timer*>{
              &Timer1, &Timer2, &Timer3, &tmrDate, &TimerDial, &alert_timer}) {
@@ -65,39 +60,20 @@ TEST_F(ShutdownTest, CountdownRunsEveryStepInOrder) {
             "\"\n2001-02-16 9:05:47 System shutdown\"\r\n");
   EXPECT_EQ(DateRec(), "\"\n2001-02-16 09 1\"\r\n");
 
+  // Nothing runs any more, whatever a reply that was under way and a window manager bring.
+  const std::size_t sent = MSComm1.sent.size();
+  MSComm1.Receive(StatusFrame{.bits = kMainsFailed}.Text());
+  main.Form_Activate();
+  Seconds(3600);
+  EXPECT_EQ(events, expected);
+  EXPECT_EQ(MSComm1.sent.size(), sent);
+  EXPECT_FALSE(AnyTimerRuns());
+  EXPECT_EQ(Status(), "Saving files and exit windows...");
+
   // What the operating system's end brings.
   main.Form_QueryUnload();
   EXPECT_FALSE(MSComm1.PortOpen());
   EXPECT_TRUE(Log().ends_with(" Program end\"\r\n"));
-}
-
-TEST_F(ShutdownTest, NothingRunsAfterwards) {
-  Start({0, 10, 0, 5, 0, 30});
-  NextReply(kMainsFailed);
-  Ticks(10);
-  ASSERT_TRUE(Down());
-  const std::size_t mark = events.size();
-  const std::size_t sent = MSComm1.sent.size();
-  // A reply that was under way, and a window manager that plays with the windows.
-  MSComm1.Receive(StatusFrame{.bits = kMainsFailed}.Text());
-  main.Form_Activate();
-  Seconds(3600);
-  EXPECT_EQ(Since(mark), std::vector<std::string>{});
-  EXPECT_EQ(MSComm1.sent.size(), sent);
-  EXPECT_FALSE(AnyTimerRuns());
-  EXPECT_EQ(Status(), "Saving files and exit windows...");
-}
-
-TEST_F(ShutdownTest, ScheduleRoadWritesItsRecordAfterTheLogLine) {
-  Shutdown shutdown(state, panel, journals, seams);
-  state.ResBase = 1000;
-  state.ShutdownCommand = "S.5";
-  static_cast<void>(MSComm1.PortOpen(true));
-  shutdown.ShutdownSequence(40, kRecordScheduleDown);
-  EXPECT_EQ(Log(), "\"\n2001-02-16 9:05:33 定时关机的时间到了\"\r\n");
-  EXPECT_EQ(DateRec(), "\"\n2001-02-16 09 0\"\r\n");
-  EXPECT_EQ(MSComm1.Wire(), "S.5\r");
-  EXPECT_TRUE(Down());
 }
 
 TEST_F(ShutdownTest, MenuAsksFirst) {
@@ -155,6 +131,10 @@ TEST_F(ShutdownTest, FailuresAreReportedAndTheRoadGoesOn) {
     std::vector<std::string> reports;
   };
   const Case cases[] = {
+      {"nothing", [](WatchedComputer&) {}, {}},
+      {"port lost and back",
+       [](WatchedComputer& c) { static_cast<void>(c.MSComm1.PortOpen(false)); },
+       {}},
       {"port refuses the write",
        [](WatchedComputer& c) { c.MSComm1.refuse_writes = true; },
        {"orvane: the UPS did not get its shutdown command S01"}},
@@ -195,6 +175,12 @@ TEST_F(ShutdownTest, FailuresAreReportedAndTheRoadGoesOn) {
     Shutdown shutdown(computer.state, computer.panel, computer.journals, computer.seams);
     shutdown.ShutdownSequence(40, kRecordScheduleDown);
     EXPECT_EQ(computer.host.reports, row.reports);
+    const bool told = computer.MSComm1.Wire().ends_with("S01\r");
+    EXPECT_EQ(told, std::string_view(row.name).find("port ") != 0 || row.reports.empty());
+    if (!computer.disk.refuse_writes) {
+      EXPECT_TRUE(computer.Log().ends_with(" It's time shutdown ups\"\r\n"));
+      EXPECT_EQ(computer.DateRec(), "\"\n2001-02-16 09 0\"\r\n");
+    }
     const std::vector<std::string> last(computer.events.end() - 3, computer.events.end());
     EXPECT_EQ(last, (std::vector<std::string>{kRoadDown.begin() + 1, kRoadDown.end()}));
   }
