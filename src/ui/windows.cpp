@@ -111,7 +111,8 @@ void Windows::ShowPainted(Form form) {
 }
 
 void Windows::Hide(Form form) {
-  if (QWidget* window = Window(form)) window->hide();
+  // The main window stands through a reload, also while a box holds the load.
+  if (QWidget* window = form == Form::frmMain ? main_ : Window(form)) window->hide();
 }
 
 void Windows::Unload(Form form) {
