@@ -16,6 +16,7 @@ def settings(delay, low=5, warning=0, period=30, language=0):
 class ProtectTest(OrvaneTest):
 
     ACTION = "Halt"
+    start_message, end_message = START, END
 
     def start_bus(self, name="bus", **answers):
         bus = PrivateBus(self.folder, name).logind(**answers)
@@ -38,6 +39,7 @@ class ProtectTest(OrvaneTest):
     def expect_closed(self, orvane, *messages):
         """The program is silent and hidden, and ends only from outside."""
         self.assertTrue(orvane.running())
-        self.assertEqual(self.log_messages(), [START, *messages])
+        messages = [self.start_message, *messages]
+        self.assertEqual(self.log_messages(), messages)
         self.assertEqual(orvane.terminate(), 0)
-        self.assertEqual(self.log_messages(), [START, *messages, END])
+        self.assertEqual(self.log_messages(), [*messages, self.end_message])

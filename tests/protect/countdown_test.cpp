@@ -25,47 +25,38 @@ class TickTest : public testing::Test, public World {
 
 TEST_F(TickTest, CaptionsDecideWhatATickTakes) {
   struct Case {
-    const char* name;
-    int base;
     const char* mains;
     const char* battery;
     int before;
-    const char* status;
+    int after;
+    std::int16_t base = 0;
   };
   const Case cases[] = {
-      {"mains failed", 0, "Fail", "Normal", 300, "System Will shutdown after 299 Seconds"},
-      {"battery low, above its delay", 0, "Fail", "Low", 300,
-       "System Will shutdown after 120 Seconds"},
-      {"battery low, one above", 0, "Fail", "Low", 121, "System Will shutdown after 120 Seconds"},
-      {"battery low, at the delay", 0, "Fail", "Low", 120,
-       "System Will shutdown after 119 Seconds"},
-      {"battery low, below", 0, "Fail", "Low", 60, "System Will shutdown after 59 Seconds"},
-      {"both normal", 0, "Normal", "Normal", 300, "System Will shutdown after 300 Seconds"},
-      {"battery low alone", 0, "Normal", "Low", 300, "System Will shutdown after 300 Seconds"},
-      {"nothing known", 0, "", "", 300, "System Will shutdown after 120 Seconds"},
-      {"captions of the other language", 0, "正 常", "正 常", 300,
-       "System Will shutdown after 120 Seconds"},
-      {"Chinese, mains failed", 1000, "失 效", "正 常", 300, "警告：系统将在 299 秒后关闭！"},
-      {"Chinese, both", 1000, "失 效", "欠 压", 300, "警告：系统将在 120 秒后关闭！"},
-      {"Chinese, normal", 1000, "正 常", "欠 压", 300, "警告：系统将在 300 秒后关闭！"},
-      {"Chinese, blank missing", 1000, "正常", "正 常", 300, "警告：系统将在 299 秒后关闭！"},
+      {"Fail", "Normal", 300, 299},
+      {"Fail", "Low", 300, 120},
+      {"Fail", "Low", 121, 120},
+      {"Fail", "Low", 120, 119},
+      {"Normal", "Normal", 300, 300},
+      {"Normal", "Low", 300, 300},
+      {"", "", 300, 120},
+      {"正 常", "正 常", 300, 120},
+      {"失 效", "正 常", 300, 299, 1000},
+      {"失 效", "欠 压", 300, 120, 1000},
+      {"正 常", "欠 压", 300, 300, 1000},
   };
   for (const Case& row : cases) {
-    SCOPED_TRACE(row.name);
-    state.ResBase = static_cast<std::int16_t>(row.base);
+    SCOPED_TRACE(std::string(row.mains) + ' ' + row.battery + ' ' + std::to_string(row.before));
+    state.ResBase = row.base;
     state.ShutdownCountdown = row.before;
     panel.lblAc.Caption(row.mains);
     panel.lblBatt.Caption(row.battery);
     countdown.Timer2_Timer();
-    EXPECT_EQ(panel.Label13.Caption(), row.status);
+    const std::string left = std::to_string(row.after);
+    EXPECT_EQ(panel.Label13.Caption(), row.base ? "警告：系统将在 " + left + " 秒后关闭！"
+                                                : WatchedComputer::SecondsLeft(row.after));
   }
   EXPECT_FALSE(shutdown.Begun());
-}
-
-// The 0 is acted on whatever the captions say.
-TEST_F(TickTest, ZeroEndsTheCountAlsoWithMainsNormal) {
-  panel.lblAc.Caption("Normal");
-  panel.lblBatt.Caption("Low");
+  // The 0 is acted on whatever the captions say.
   state.ShutdownCountdown = -5;
   countdown.Timer2_Timer();
   EXPECT_EQ(state.ShutdownCountdown, 0);
@@ -84,15 +75,12 @@ TEST_F(CountdownTest, CoursesOfACount) {
   };
   const Case cases[] = {
       {"ten minutes", kTenMinutes, {481, 511, 541, 571}, 600},
-      {"no delay at all", {0, 0, 0, 0, 2, 30}, {1}, 1},
       {"no delay, no settings", {0, 0, 0, 0, 0, 0}, {1}, 1},
       {"warning time 0", {1, 0, 0, 30, 0, 10}, {}, 60},
       {"warning time of the whole delay", {2, 0, 0, 30, 2, 50}, {1, 51, 101}, 120},
       {"warning time beyond the delay", {0, 50, 0, 30, 99, 20}, {1, 21, 41}, 50},
       {"period 0: once", {2, 0, 0, 30, 1, 0}, {61}, 120},
-      {"period 1: every tick", {0, 4, 0, 30, 1, 1}, {1, 2, 3, 4}, 4},
       {"alert due on the last tick", {0, 31, 0, 30, 1, 10}, {1, 11, 21, 31}, 31},
-      {"99 in the seconds", {0, 99, 0, 30, 1, 30}, {40, 70}, 99},
       {"delay beyond 16 bits",
        {999, 99, 0, 30, 99, 999},
        {54100, 55099, 56098, 57097, 58096, 59095},
@@ -157,10 +145,8 @@ TEST_F(CountdownTest, MainsBackCancelsAndTheNextFailureStartsAfresh) {
   NextReply(kMainsFailed);
   Ticks(41);
   EXPECT_EQ(Status(), SecondsLeft(19));
-  EXPECT_TRUE(alert_open);
   NextReply(kAllWell);
   EXPECT_EQ(Status(), "Ready");
-  EXPECT_FALSE(Timer2.Enabled());
   Seconds(1);
   EXPECT_FALSE(alert_open);
   Seconds(600);
@@ -180,10 +166,8 @@ TEST_F(CountdownTest, SilentUpsSuspendsTheCount) {
   silent = true;
   while (Timer2.Enabled()) Seconds(1);
   const int left = state.ShutdownCountdown;
-  const std::string shown = main.Alert().lblSecond.Caption();
   EXPECT_EQ(Status(), "Ready");
   Seconds(600);
-  EXPECT_FALSE(Down());
   EXPECT_EQ(state.ShutdownCountdown, left);
   EXPECT_TRUE(alert_open);
   EXPECT_EQ(main.Alert().lblSecond.Caption(), std::to_string(left));
@@ -191,53 +175,33 @@ TEST_F(CountdownTest, SilentUpsSuspendsTheCount) {
   NextReply(kMainsFailed);
   Ticks(1);
   EXPECT_EQ(Status(), SecondsLeft(left - 1));
-  Ticks(left - 1);
+  Ticks(left - 2);
+  EXPECT_FALSE(Down());
+  Ticks(1);
   EXPECT_TRUE(Down());
 }
 
-TEST_F(CountdownTest, SilentUpsThenMainsNormalIsOver) {
-  Start({1, 0, 0, 30, 1, 30});
-  NextReply(kMainsFailed);
-  Ticks(10);
-  silent = true;
-  Seconds(60);
-  silent = false;
-  NextReply(kAllWell);
-  Seconds(600);
-  EXPECT_FALSE(Down());
-  EXPECT_FALSE(alert_open);
-  EXPECT_EQ(state.Main.AlertSeconds, 0);
-}
-
-TEST_F(CountdownTest, FaultsAloneNeverTakeTheComputerDown) {
+TEST_F(CountdownTest, FaultsAloneTakeTheComputerDownOnlyWithoutADelay) {
   for (const char* fault : {kBatteryLowAlone, kUpsFailedAlone}) {
-    SCOPED_TRACE(fault);
-    WatchedComputer computer;
-    computer.Start(kTenMinutes);
-    computer.NextReply(fault);
-    EXPECT_TRUE(computer.Timer2.Enabled());
-    computer.Seconds(3600);
-    EXPECT_FALSE(computer.Down());
-    EXPECT_EQ(computer.state.ShutdownCountdown, 600);
+    for (const int delay : {10, 0}) {
+      SCOPED_TRACE(fault + std::to_string(delay));
+      WatchedComputer computer;
+      computer.Start({delay, 0, 2, 0, delay, 30});
+      computer.NextReply(fault);
+      computer.Ticks(1);
+      EXPECT_EQ(computer.Down(), delay == 0);
+      EXPECT_EQ(computer.alerts, 1);
+      EXPECT_EQ(computer.alert_open, delay != 0);
+      // The alert sees the mains normal and closes itself.
+      computer.time.Advance(std::chrono::milliseconds(999));
+      EXPECT_EQ(computer.alert_open, delay != 0);
+      computer.time.Advance(std::chrono::milliseconds(1));
+      EXPECT_FALSE(computer.alert_open);
+      computer.Seconds(3600);
+      EXPECT_EQ(computer.Down(), delay == 0);
+      EXPECT_EQ(computer.state.ShutdownCountdown, delay * 60);
+    }
   }
-  // Unless there is no delay at all.
-  WatchedComputer computer;
-  computer.Start({0, 0, 2, 0, 0, 30});
-  computer.NextReply(kBatteryLowAlone);
-  computer.Seconds(2);
-  EXPECT_TRUE(computer.Down());
-}
-
-TEST_F(CountdownTest, AlertOfAFaultWithMainsNormalClosesItself) {
-  Start({1, 0, 0, 30, 1, 30});
-  NextReply(kBatteryLowAlone);
-  Ticks(1);
-  EXPECT_EQ(alerts, 1);
-  EXPECT_TRUE(alert_open);
-  time.Advance(std::chrono::milliseconds(999));
-  EXPECT_TRUE(alert_open);
-  time.Advance(std::chrono::milliseconds(1));
-  EXPECT_FALSE(alert_open);
 }
 
 TEST_F(CountdownTest, SaveDuringACountSetsItBackButNotThePhase) {
@@ -246,42 +210,26 @@ TEST_F(CountdownTest, SaveDuringACountSetsItBackButNotThePhase) {
   Ticks(300);
   // What a save of the settings dialog leaves.
   state.ShutdownCountdown = MainsFailureDelay(state);
-  Ticks(1);
-  EXPECT_EQ(Status(), SecondsLeft(599));
-  Ticks(179);
+  Ticks(180);
   EXPECT_EQ(alerts, 0);
   Ticks(1);
   EXPECT_EQ(alerts, 1);
   EXPECT_EQ(Status(), SecondsLeft(419));
 }
 
-TEST_F(CountdownTest, AlertClosedByTheUserReturnsWithItsPeriod) {
+TEST_F(CountdownTest, AlertFollowsTheCountAndReturnsWithItsPeriod) {
   Start({1, 0, 0, 30, 1, 20});
   NextReply(kMainsFailed);
   Ticks(8);
   EXPECT_TRUE(alert_open);
+  // Two timers: the alert may be a second behind.
+  EXPECT_NEAR(std::stoi(main.Alert().lblSecond.Caption()), 52.5, 0.5);
   main.Alert().Command1_Click();
-  EXPECT_FALSE(alert_open);
   Ticks(12);
   EXPECT_FALSE(alert_open);
   Ticks(1);
   EXPECT_TRUE(alert_open);
   EXPECT_EQ(main.Alert().lblSecond.Caption(), "39");
-}
-
-TEST_F(CountdownTest, AlertFollowsTheCount) {
-  Start({1, 0, 0, 30, 1, 50});
-  NextReply(kMainsFailed);
-  Ticks(1);
-  EXPECT_EQ(main.Alert().lblSecond.Caption(), "59");
-  EXPECT_EQ(main.Alert().lblSecond.ForeColor(), kRed);
-  Ticks(9);
-  const int shown = std::stoi(main.Alert().lblSecond.Caption());
-  EXPECT_LE(shown - state.ShutdownCountdown, 1);
-  EXPECT_GE(shown, state.ShutdownCountdown);
-  Ticks(50);
-  EXPECT_TRUE(Down());
-  EXPECT_FALSE(alert_timer.Enabled());
 }
 
 }  // namespace
