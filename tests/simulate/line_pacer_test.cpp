@@ -23,39 +23,20 @@ Chunks Arrivals(LinePacer& pacer) {
   return chunks;
 }
 
-TEST(LinePacerTest, ReplyArrivesInFifoLoadsAtTheSpeedOfTheLine) {
+TEST(LinePacerTest, BytesArriveInFifoLoadsAtTheSpeedOfTheLine) {
   LinePacer pacer(2400);
   const std::string a(16, 'a'), b(16, 'b'), c(15, 'c');
   pacer.Put(a + b + c, 1000ms);
   // 47 bytes take 195.8 ms at 240 a second.
   EXPECT_EQ(Arrivals(pacer), (Chunks{{1067ms, a}, {1134ms, b}, {1196ms, c}}));
-  EXPECT_EQ(pacer.Take(1h), "");
+  pacer.Put("12345", 2000ms);  // would be there at 2021 ms
+  pacer.Put("678", 2010ms);
+  EXPECT_EQ(Arrivals(pacer), (Chunks{{2034ms, "12345678"}}));
 
-  LinePacer modem(9600);
-  modem.Put("\r\nOK\r\n", 0ms);
-  EXPECT_EQ(Arrivals(modem), (Chunks{{7ms, "\r\nOK\r\n"}}));
-}
-
-TEST(LinePacerTest, BytesThatFollowClosely) {
-  LinePacer pacer(2400);
-  pacer.Put("12345", 0ms);  // would be there at 21 ms
-  pacer.Put("678", 10ms);
-  EXPECT_EQ(Arrivals(pacer), (Chunks{{34ms, "12345678"}}));
-  // The line rested meanwhile.
-  pacer.Put("9", 2000ms);
-  EXPECT_EQ(Arrivals(pacer), (Chunks{{2005ms, "9"}}));
-}
-
-TEST(LinePacerTest, BacklogIsBounded) {
-  LinePacer pacer(2400);
-  for (int i = 0; i < 100; ++i) pacer.Put(std::string(1000, 'x'), 0ms);
+  for (int i = 0; i < 100; ++i) pacer.Put(std::string(1000, 'x'), 1h);
   std::size_t bytes = 0;
   for (const auto& [due, chunk] : Arrivals(pacer)) bytes += chunk.size();
   EXPECT_EQ(bytes, LinePacer::kBacklog);
-
-  pacer.Put("x", 1h);
-  pacer.Clear();
-  EXPECT_EQ(pacer.Next(), std::nullopt);
 }
 
 }  // namespace
