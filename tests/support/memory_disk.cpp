@@ -50,7 +50,6 @@ bool MemoryDisk::Replace(const std::string& path, std::string_view content) {
 bool MemoryDisk::Append(const std::string& path, std::string_view record) {
   if (refuse_writes) return false;
   files[Find(path)] += record;
-  ++appends;
   return true;
 }
 

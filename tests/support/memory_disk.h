@@ -15,9 +15,8 @@ class MemoryDisk : public Disk {
   std::map<std::string, std::string> files;
   // Disk full, read-only directory, foreign owner: nothing can be written or removed.
   bool refuse_writes = false;
-  // Whole replacements and appends that succeeded.
+  // Whole replacements that succeeded.
   int replacements = 0;
-  int appends = 0;
   // Files with something in them that is not on the medium yet.
   std::set<std::string> unsettled;
 
