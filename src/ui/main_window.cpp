@@ -6,7 +6,6 @@
 #include <QMenu>
 #include <QMenuBar>
 #include <QPointer>
-#include <functional>
 #include <vector>
 
 #include "ui/bar_face.h"
@@ -122,8 +121,10 @@ void MainWindow::AddMenus() {
       action->setObjectName(entry.name);
       if (entry.caption) FollowCaption(panel_.*entry.caption, action, &QAction::setText);
       if (entry.click) {
+        // The form stands in the closure by itself: through `this` and a member pointer, GCC 12's
+        // check of object types reads it before it has fetched it.
         connect(action, &QAction::triggered, this,
-                [this, click = std::mem_fn(entry.click)] { click(form_); });
+                [&form = form_, click = entry.click] { (form.*click)(); });
       }
     }
   }

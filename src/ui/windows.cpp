@@ -34,7 +34,7 @@ void Raise(QWidget& window) {
 
 void CenterForm(QWidget& window) {
   window.adjustSize();
-  const QRect screen = window.screen()->availableGeometry();
+  const QRect screen = window.screen()->geometry();
   window.move(screen.left() + (screen.width() - window.width()) / 2,
               screen.top() + (screen.height() - window.height()) / 2);
 }
