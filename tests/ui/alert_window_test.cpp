@@ -6,6 +6,7 @@
 #include <QPushButton>
 
 #include "support/world.h"
+#include "ui/pointer.h"
 
 namespace orvane::test {
 namespace {
@@ -14,11 +15,6 @@ class AlertWindowTest : public testing::Test, public World {
  protected:
   FrmAlert alert{state, panel, seams};
 };
-
-QString TextOf(const QWidget& window, const char* name) {
-  const auto* label = window.findChild<QLabel*>(name);
-  return label ? label->text() : QString("no such label");
-}
 
 TEST_F(AlertWindowTest, WordsFollowTheLanguage) {
   struct Case {

@@ -11,6 +11,7 @@
 #include <set>
 
 #include "ui/log_text.h"
+#include "ui/pointer.h"
 
 namespace orvane::test {
 namespace {
@@ -22,57 +23,40 @@ struct ShownList {
   std::set<int> asked;
   LongList list{nullptr};
 
-  explicit ShownList(int lines, int height = 200) {
-    list.resize(300, height);
+  explicit ShownList(int lines) {
+    list.resize(300, 200);
     list.Lines().Fill(lines, [this](int row) {
       asked.insert(row);
-      return QString("line %1").arg(row);
+      return QString("line\t%1").arg(row);
     });
-    list.show();
-    list.activateWindow();
+    Present(list);
     list.setFocus();
-    Draw();
+    list.grab();
   }
 
-  void Draw() {
+  void Press(Qt::Key key, Qt::KeyboardModifiers modifiers = {}) {
+    QTest::keyClick(&list, key, modifiers);
     QApplication::processEvents();
     list.grab();
   }
-  void Press(Qt::Key key, Qt::KeyboardModifiers modifiers = {}) {
-    QTest::keyClick(&list, key, modifiers);
-    Draw();
-  }
   int Current() const { return list.currentIndex().row(); }
-  bool InView(int row) {
-    return list.viewport()->rect().contains(list.visualRect(list.Lines().index(row)));
-  }
+  QRect Of(int row) { return list.visualRect(list.Lines().index(row)); }
 };
 
 TEST(LongList, AsksForTheLinesInViewAlone) {
   ShownList shown(kBillion);
   EXPECT_TRUE(shown.asked.contains(0));
-  EXPECT_LT(shown.asked.size(), 30U);
-  shown.asked.clear();
-  shown.Press(Qt::Key_End);
-  EXPECT_EQ(shown.Current(), kBillion - 1);
-  EXPECT_TRUE(shown.InView(kBillion - 1));
+  // No search through them all for a letter either.
+  for (const Qt::Key key : {Qt::Key_End, Qt::Key_L}) shown.Press(key);
   EXPECT_TRUE(shown.asked.contains(kBillion - 1));
-  EXPECT_LT(shown.asked.size(), 60U);
-  shown.asked.clear();
-  // No search through them all either.
-  shown.Press(Qt::Key_L);
-  EXPECT_LT(shown.asked.size(), 60U);
+  EXPECT_LT(shown.asked.size(), 120U);
 }
 
-TEST(LongList, GoesWhereTheKeysSay) {
+TEST(LongList, GoesWhereTheKeysAndTheMouseSay) {
   ShownList shown(1000);
   const int page = shown.list.verticalScrollBar()->pageStep();
   ASSERT_GT(page, 3);
-  struct Case {
-    Qt::Key key;
-    int row;
-  };
-  const Case cases[] = {
+  const std::pair<Qt::Key, int> cases[] = {
       {Qt::Key_Home, 0},
       {Qt::Key_Up, 0},
       {Qt::Key_Down, 1},
@@ -88,21 +72,12 @@ TEST(LongList, GoesWhereTheKeysSay) {
   for (const auto& [key, row] : cases) {
     shown.Press(key);
     EXPECT_EQ(shown.Current(), row) << key;
-    EXPECT_TRUE(shown.InView(row)) << key;
-    const QModelIndexList selected = shown.list.selectionModel()->selectedIndexes();
-    ASSERT_LE(selected.size(), 1);
-    EXPECT_TRUE(selected.isEmpty() || selected.first().row() == row);
+    EXPECT_TRUE(shown.list.viewport()->rect().contains(shown.Of(row))) << key;
   }
-}
-
-TEST(LongList, SelectsTheLineUnderTheMouse) {
-  ShownList shown(1000);
   shown.list.verticalScrollBar()->setValue(500);
-  const QRect rect = shown.list.visualRect(shown.list.Lines().index(503));
-  QTest::mouseClick(shown.list.viewport(), Qt::LeftButton, {}, rect.center());
+  QTest::mouseClick(shown.list.viewport(), Qt::LeftButton, {}, shown.Of(503).center());
   EXPECT_EQ(shown.list.selectionModel()->selectedIndexes(),
             QModelIndexList{shown.list.Lines().index(503)});
-  EXPECT_EQ(shown.list.indexAt(rect.center()).row(), 503);
 }
 
 TEST(LongList, HasNothingBehindItsLastLine) {
@@ -114,64 +89,40 @@ TEST(LongList, HasNothingBehindItsLastLine) {
   EXPECT_FALSE(empty.list.currentIndex().isValid());
 }
 
-TEST(LongList, ALineIsCopiedAsShown) {
-  LongList list(nullptr);
-  list.Lines().Fill(2,
-                    [](int row) { return row == 0 ? "one" : "\"\n2001-02-16 9:05:33 AC\tfail\""; });
-  list.show();
-  QTest::keyClick(&list, Qt::Key_End);
-  QTest::keyClick(&list, Qt::Key_C, Qt::ControlModifier);
-  EXPECT_EQ(QGuiApplication::clipboard()->text(), "\"2001-02-16 9:05:33 AC fail\"");
-}
-
-TEST(LongList, ShowsNoMoreOfALineThanCanBeRead) {
-  LineModel model;
-  model.Fill(1, [](int) { return QString(1'000'000, u'x'); });
-  EXPECT_EQ(model.index(0).data().toString().size(), LineModel::kMostShown + 1);
-}
-
-TEST(LongList, TellsAScreenReaderItsLines) {
-  ShownList shown(kBillion);
-  shown.list.setAccessibleName("Log");
+TEST(LongList, ALineIsCopiedAndReadOutAsShown) {
   QAccessible::setActive(true);
+  ShownList shown(kBillion);
   shown.Press(Qt::Key_End);
+  shown.Press(Qt::Key_C, Qt::ControlModifier);
+  EXPECT_EQ(QGuiApplication::clipboard()->text(), "line 999999999");
   QAccessibleInterface* list = QAccessible::queryAccessibleInterface(&shown.list);
-  ASSERT_NE(list, nullptr);
-  EXPECT_EQ(list->text(QAccessible::Name), "Log");
-  ASSERT_NE(list->tableInterface(), nullptr);
+  ASSERT_TRUE(list && list->tableInterface());
   EXPECT_EQ(list->tableInterface()->rowCount(), kBillion);
   EXPECT_EQ(list->tableInterface()->cellAt(7, 0)->text(QAccessible::Name), "line 7");
   QAccessible::setActive(false);
+  shown.list.Lines().Fill(1, [](int) { return QString(1'000'000, u'x'); });
+  EXPECT_EQ(shown.list.Lines().index(0).data().toString().size(), LineModel::kMostShown + 1);
 }
 
 TEST(LogText, ReadsUtf8OrElseTheOlderCodePage) {
-  struct Case {
-    std::string line;
-    QString text;
-  };
-  const Case cases[] = {
+  const std::pair<std::string, QString> cases[] = {
       {"", ""},
-      {"\"\n2001-02-16 9:05:33 AC fail\"", "\"\n2001-02-16 9:05:33 AC fail\""},
-      {"市电失效", "市电失效"},
-      {"\"\n2001-02-16 9:05:33 \xCA\xD0\xB5\xE7\xCA\xA7\xD0\xA7\"",
-       "\"\n2001-02-16 9:05:33 市电失效\""},
+      {"\"\n2001-02-16 9:05:33 市电失效\"", "\"\n2001-02-16 9:05:33 市电失效\""},
+      {"\"\n\xCA\xD0\xB5\xE7\xCA\xA7\xD0\xA7\"", "\"\n市电失效\""},
       {"\x81\x30\x84\x36", "¥"},  // four bytes for one character
       {"a\xFFz", "a\uFFFDz"},     // neither
   };
-  for (const Case& c : cases) EXPECT_EQ(LogText(c.line), c.text) << c.line;
-}
-
-TEST(LogText, TakesTheBeginningOfALongLine) {
+  for (const auto& [line, text] : cases) EXPECT_EQ(LogText(line), text) << line;
   std::string utf8, gb;
   for (int i = 0; i < 100'000; ++i) utf8 += "电";
   for (int i = 0; i < 100'000; ++i) gb += "\xB5\xE7";
-  // With one byte before them, no cut at an even place falls between two characters.
+  // Of a long line the beginning. With one byte before them, no cut at an even place falls between
+  // two characters.
   for (const std::string& line : {utf8, 'x' + utf8, "xy" + utf8, gb, 'x' + gb}) {
     const QString text = LogText(line);
     EXPECT_GT(text.size(), LineModel::kMostShown);
     EXPECT_LT(text.size(), 5000);
     EXPECT_EQ(text.count(QChar::ReplacementCharacter), 0) << line.substr(0, 4);
-    EXPECT_GE(text.count(u'电'), text.size() - 2);
   }
 }
 

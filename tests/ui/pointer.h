@@ -1,12 +1,32 @@
-// The user's mouse and keyboard, for tests: events go to the widget under the point and on to those
-// beneath it, as the window system's do.
+// The user's eye and mouse, for tests: the parts of a window by their names, and events that go to
+// the widget under the point and on to those beneath it, as the window system's do.
 #pragma once
 
 #include <QApplication>
 #include <QMouseEvent>
 #include <QWidget>
+#include <string>
 
 namespace orvane::test {
+
+// The part of a window with this name, which has to be there.
+template <class Widget = QWidget>
+Widget& Part(const QWidget& window, const QString& name) {
+  auto* part = window.findChild<Widget*>(name);
+  if (!part) qFatal("no %s in %s", qPrintable(name), qPrintable(window.objectName()));
+  return *part;
+}
+
+inline std::string TextOf(const QWidget& window, const QString& name) {
+  return Part(window, name).property("text").toString().toStdString();
+}
+
+// Puts a window on the screen and the keyboard into it.
+inline void Present(QWidget& window) {
+  window.show();
+  window.activateWindow();
+  QApplication::processEvents();
+}
 
 struct Press {
   Qt::MouseButton button = Qt::LeftButton;

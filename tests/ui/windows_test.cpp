@@ -3,16 +3,13 @@
 #include <gtest/gtest.h>
 
 #include <QApplication>
-#include <QEventLoop>
 #include <QMessageBox>
 #include <QPointer>
 #include <QScreen>
 #include <QTimer>
 #include <QWidget>
-#include <algorithm>
 #include <chrono>
 #include <functional>
-#include <memory>
 #include <string>
 #include <vector>
 
@@ -21,38 +18,23 @@ namespace {
 
 constexpr std::chrono::seconds kPatience{30};
 
-QApplication& Application() {
-  static int argc = 1;
-  static char program[] = "test";
-  static char* argv[] = {program, nullptr};
-  // Lives to the end of the process, as other tests of it may have made it.
-  static auto* application = qApp ? qApp : new QApplication(argc, argv);
-  application->setQuitOnLastWindowClosed(false);
-  return *application;
-}
+struct WindowsTest : testing::Test {
+  using Events = std::vector<std::string>;
 
-class WindowsTest : public testing::Test {
- protected:
   WindowsTest() {
-    Application();
-    main_ = std::make_unique<QWidget>();
-    windows_.MakeMain(*main_,
-                      {[this] {
-                         Tell("Form_Load");
-                         if (OnLoad) OnLoad();
-                         return loads_;
-                       },
-                       [this] { Tell("Form_Activate"); }, [this] { Tell("Form_QueryUnload"); }});
-    windows_.Make(Form::frmLog, [this] {
-      Tell("frmLog");
-      log_ = new QWidget;
-      return log_.data();
-    });
+    windows.MakeMain(main,
+                     {[this] {
+                        Tell("Form_Load");
+                        if (OnLoad) OnLoad();
+                        return loads;
+                      },
+                      [this] { Tell("Form_Activate"); }, [this] { Tell("Form_QueryUnload"); }});
+    windows.Make(Form::frmLog, [this] { return log = new QWidget; });
   }
   // Some activations come from the window system and some do not; one after the other is as good as
   // one.
   void Tell(const char* event) {
-    if (events_.empty() || events_.back() != event) events_.emplace_back(event);
+    if (events.empty() || events.back() != event) events.emplace_back(event);
   }
 
   // Runs the program until it ends; each step when the one before has been dealt with.
@@ -64,100 +46,88 @@ class WindowsTest : public testing::Test {
       steps[next++]();
     });
     timer.start(0);
-    windows_.Show(Form::frmMain);
-    QTimer::singleShot(kPatience, main_.get(), [] { FAIL() << "the program does not end"; });
-    QTimer::singleShot(kPatience, main_.get(), &QApplication::quit);
-    if (!windows_.Ended()) QApplication::exec();
+    windows.Show(Form::frmMain);
+    QTimer::singleShot(kPatience, &main, [] {
+      ADD_FAILURE() << "the program does not end";
+      QApplication::quit();
+    });
+    if (!windows.Ended()) QApplication::exec();
     EXPECT_EQ(next, steps.size());
   }
 
-  using Events = std::vector<std::string>;
-
-  std::unique_ptr<QWidget> main_;
-  Windows windows_;
-  Events events_;
-  bool loads_ = true;
+  QWidget main;
+  Windows windows;
+  Events events;
+  bool loads = true;
   std::function<void()> OnLoad;
-  QPointer<QWidget> log_;
+  QPointer<QWidget> log;
 };
 
-TEST_F(WindowsTest, MainWindowLoadsActivatesAndEnds) {
-  Run({[&] { EXPECT_TRUE(main_->isVisible()); }, [&] { windows_.Unload(Form::frmMain); }});
-  EXPECT_EQ(events_, (Events{"Form_Load", "Form_Activate", "Form_QueryUnload"}));
-  EXPECT_FALSE(main_->isVisible());
-  windows_.End();
-  windows_.UnloadMain();
-  EXPECT_EQ(events_.back(), "Form_QueryUnload");
-  EXPECT_EQ(events_.size(), 3u);
-}
-
-TEST_F(WindowsTest, ClosingByTheUserIsAnUnload) {
-  Run({[&] { windows_.Show(Form::frmLog); },
+TEST_F(WindowsTest, ClosingByTheUserIsAnUnloadAndTheMainWindowsEndsTheProgram) {
+  Run({[&] { windows.Show(Form::frmLog); },
        [&] {
-         log_->close();
-         EXPECT_EQ(windows_.Window(Form::frmLog), nullptr);
+         log->close();
+         EXPECT_EQ(windows.Window(Form::frmLog), nullptr);
+         EXPECT_TRUE(main.isVisible());
        },
-       [&] { main_->close(); }});
-  EXPECT_EQ(std::count(events_.begin(), events_.end(), "Form_QueryUnload"), 1);
-  EXPECT_EQ(events_.back(), "Form_QueryUnload");
-  EXPECT_TRUE(windows_.Ended());
+       [&] { main.close(); }});
+  windows.End();
+  windows.UnloadMain();
+  EXPECT_EQ(events, (Events{"Form_Load", "Form_Activate", "Form_QueryUnload"}));
 }
 
 TEST_F(WindowsTest, ShowAfterUnloadInOneHandlerIsAReload) {
   Run({[&] {
-         windows_.Unload(Form::frmMain);
-         EXPECT_EQ(events_.back(), "Form_QueryUnload");
+         windows.Unload(Form::frmMain);
          // The system may go down behind a box of the load.
          OnLoad = [&] {
-           windows_.Hide(Form::frmMain);
-           EXPECT_FALSE(main_->isVisible());
+           windows.Hide(Form::frmMain);
+           EXPECT_FALSE(main.isVisible());
          };
-         windows_.Show(Form::frmMain);
-         EXPECT_EQ(events_.back(), "Form_Load");
+         windows.Show(Form::frmMain);
+         EXPECT_EQ(events.back(), "Form_Load");
        },
-       [&] { EXPECT_EQ(events_.back(), "Form_Activate"); }, [&] { windows_.End(); }});
-  EXPECT_EQ(events_, (Events{"Form_Load", "Form_Activate", "Form_QueryUnload", "Form_Load",
-                             "Form_Activate", "Form_QueryUnload"}));
+       [&] { windows.End(); }});
+  EXPECT_EQ(events, (Events{"Form_Load", "Form_Activate", "Form_QueryUnload", "Form_Load",
+                            "Form_Activate", "Form_QueryUnload"}));
 }
 
 TEST_F(WindowsTest, FormsAreMadeOnceAndAnewAfterTheirUnload) {
   QPointer<QWidget> first;
   Run({[&] {
-         windows_.Unload(Form::frmLog);
-         windows_.Show(Form::frmAbout);  // nobody makes it
-         windows_.Show(Form::frmLog);
-         first = log_;
-         windows_.Show(Form::frmLog);
-         EXPECT_EQ(log_, first);
-         EXPECT_TRUE(log_->isVisible());
-         windows_.Hide(Form::frmLog);
-         EXPECT_FALSE(log_->isVisible());
-         windows_.Show(Form::frmLog);
-         EXPECT_EQ(log_, first);
-         windows_.Unload(Form::frmLog);
+         windows.Unload(Form::frmLog);
+         windows.Show(Form::frmAbout);  // nobody makes it
+         windows.Show(Form::frmLog);
+         first = log;
+         windows.Hide(Form::frmLog);
+         EXPECT_FALSE(log->isVisible());
+         windows.Show(Form::frmLog);
+         EXPECT_EQ(log, first);
+         EXPECT_TRUE(log->isVisible());
+         windows.Unload(Form::frmLog);
          EXPECT_TRUE(first) << "deleted under its own handler";
-         windows_.Show(Form::frmLog);
-         EXPECT_NE(log_, first);
+         windows.Show(Form::frmLog);
+         EXPECT_NE(log, first);
        },
        [&] {
          EXPECT_FALSE(first);
-         windows_.End();
+         windows.End();
        }});
-  EXPECT_FALSE(log_->isVisible());
+  EXPECT_FALSE(log->isVisible());
 }
 
 TEST_F(WindowsTest, FormOutlivesItsHandlerThatABoxHolds) {
   Run({[&] {
-    windows_.Show(Form::frmLog);
+    windows.Show(Form::frmLog);
     // What a click in the form does.
-    QTimer::singleShot(0, log_, [this] {
-      const QPointer<QWidget> form = log_;
+    QTimer::singleShot(0, log, [this] {
+      const QPointer<QWidget> form = log;
       QMessageBox box;
-      QTimer::singleShot(0, [this] { windows_.Unload(Form::frmLog); });
+      QTimer::singleShot(0, [this] { windows.Unload(Form::frmLog); });
       QTimer::singleShot(20, &box, &QMessageBox::reject);
       box.exec();
       EXPECT_TRUE(form) << "deleted while its handler waits";
-      windows_.End();
+      windows.End();
     });
   }});
 }
@@ -165,35 +135,29 @@ TEST_F(WindowsTest, FormOutlivesItsHandlerThatABoxHolds) {
 TEST_F(WindowsTest, EndInTheMiddleOfTheLoadUnloadsAtItsEnd) {
   OnLoad = [this] {
     QMessageBox box;
-    QTimer::singleShot(0, [this] { windows_.End(); });
+    QTimer::singleShot(0, [this] { windows.End(); });
     box.exec();
-    EXPECT_EQ(events_, Events{"Form_Load"});
+    EXPECT_EQ(events, Events{"Form_Load"});
   };
-  EXPECT_FALSE(windows_.LoadMain());
-  EXPECT_TRUE(windows_.Ended());
-  EXPECT_EQ(events_, (Events{"Form_Load", "Form_QueryUnload"}));
-}
-
-TEST_F(WindowsTest, EndBeforeTheLoadLeavesNothingBehind) {
-  windows_.End();
-  EXPECT_FALSE(windows_.LoadMain());
-  EXPECT_EQ(events_, Events{});
+  EXPECT_FALSE(windows.LoadMain());
+  EXPECT_TRUE(windows.Ended());
+  EXPECT_EQ(events, (Events{"Form_Load", "Form_QueryUnload"}));
+  EXPECT_FALSE(windows.LoadMain()) << "loads after the end";
 }
 
 TEST_F(WindowsTest, SecondInstanceEndsWithoutAnUnload) {
-  loads_ = false;
-  EXPECT_FALSE(windows_.LoadMain());
-  EXPECT_TRUE(windows_.Ended());
-  EXPECT_EQ(events_, Events{"Form_Load"});
+  loads = false;
+  EXPECT_FALSE(windows.LoadMain());
+  EXPECT_TRUE(windows.Ended());
+  EXPECT_EQ(events, Events{"Form_Load"});
 }
 
 TEST_F(WindowsTest, CenterFormTakesTheMiddleOfTheScreen) {
-  QWidget window;
-  window.setFixedSize(300, 100);
-  CenterForm(window);
-  const QRect screen = window.screen()->availableGeometry();
-  EXPECT_EQ(window.x() - screen.x(), (screen.width() - 300) / 2);
-  EXPECT_EQ(window.y() - screen.y(), (screen.height() - 100) / 2);
+  main.setFixedSize(300, 100);
+  CenterForm(main);
+  const QRect screen = main.screen()->geometry();
+  EXPECT_EQ(main.pos() - screen.topLeft(),
+            QPoint((screen.width() - 300) / 2, (screen.height() - 100) / 2));
 }
 
 }  // namespace
