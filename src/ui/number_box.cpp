@@ -27,7 +27,8 @@ void NumberBox::inputMethodEvent(QInputMethodEvent* event) {
 
 void NumberBox::focusOutEvent(QFocusEvent* event) {
   QLineEdit::focusOutEvent(event);
-  LostFocus();
+  // Its own menu only borrows the keyboard, to act on what stands and is selected here.
+  if (event->reason() != Qt::PopupFocusReason) LostFocus();
 }
 
 }  // namespace orvane

@@ -8,6 +8,7 @@
 #include <QGroupBox>
 #include <QGuiApplication>
 #include <QLineEdit>
+#include <QMenu>
 #include <QTest>
 #include <memory>
 
@@ -119,6 +120,24 @@ TEST_F(SetupWindowTest, BoxesTakeWhatTheirRulesAllow) {
   EXPECT_EQ(box.text(), "5xy");
   Paste("txtPhone", "\"9\"");
   EXPECT_EQ(Save(), "1,0,0,0,0,0,0,0,1,0,\"9\",0\r\n");
+}
+
+// Its menu takes the keyboard from the box, and is about to act on what is selected there.
+TEST_F(SetupWindowTest, MenuOfANumberBoxFindsItAsItWas) {
+  Open("1,30,0,0,0,0,0,0,1,0,\"\",0");
+  auto& box = Box("txt(0)");
+  box.setFocus();
+  for (const char* content : {"30", ""}) {
+    box.setText(content);
+    box.selectAll();
+    QMenu menu;
+    menu.popup({});
+    EXPECT_EQ(box.text(), content);
+    EXPECT_EQ(box.selectedText(), content);
+    menu.close();
+  }
+  Box("txt(1)").setFocus();
+  EXPECT_EQ(box.text(), "0");
 }
 
 TEST_F(SetupWindowTest, SpeaksTheLanguageOfItsLoad) {
