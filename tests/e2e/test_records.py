@@ -87,7 +87,7 @@ class RecordsTest(OrvaneTest):
         self.expect_lines(log, 1)
         self.ups.answer = {"Q1": MAINS_FAILED}
         self.wait_for_log("Program start", "AC fail")
-        self.assertEqual(self.records(), [1])
+        wait_until(lambda: self.records() == [1], "the record of the failure")
         wait_until(lambda: self.mark(day) == WHITE, "no mark while the window stands")
         self.display.key(day, "Right", "Left")
         wait_until(lambda: self.mark(day) == WHITE, "nor after steps")
