@@ -150,7 +150,7 @@ class FileTest(FaultTest):
         os.chmod(self.folder, 0o755)
         self.episode()
         self.wait_for_log("Program start", "AC fail", "AC fail")
-        self.assertEqual(self.records(), [1])
+        wait_until(lambda: self.records() == [1], "the record of the second failure")
         self.assertEqual(orvane.terminate(), 0)
 
     @unittest.skipUnless(os.geteuid() == 0, "root itself is never refused")
