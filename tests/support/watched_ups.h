@@ -1,4 +1,4 @@
-// The whole program in virtual time, on a UPS that answers every poll.
+// The whole program in virtual time, on a UPS that answers every poll, with the alert's window.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -8,10 +8,7 @@
 #include <chrono>
 #include <string>
 
-#include "app/settings.h"
-#include "frame/frm_main.h"
-#include "support/status_frame.h"
-#include "support/world.h"
+#include "support/running_program.h"
 
 namespace orvane::test {
 
@@ -25,45 +22,44 @@ inline constexpr const char* kUpsFailedAlone = "0001";
 // Slots 1 to 6: delay and battery-low delay in minutes and seconds, warning time in minutes,
 // warning period in seconds.
 using Slots = std::array<int, 6>;
+inline constexpr Slots kTenMinutes = {10, 0, 2, 0, 2, 30};
 
-struct WatchedComputer : World {
-  WatchedComputer() {
-    MSComm1.OnSent = [this](const std::string& text) {
-      if (text == "Q1\r" && !silent) MSComm1.Receive(StatusFrame{.bits = bits}.Text());
-    };
-    forms.OnShow = [this](Form form) {
-      if (form != Form::frmAlert) return;
+struct WatchedComputer : RunningProgram {
+  WatchedComputer() : RunningProgram(Language::kEnglish) {
+    time.SetWall({2001, 2, 16, 9, 5, 33});
+    forms.OnShow = [this](Form which) {
+      if (which != Form::frmAlert) return;
       ++alerts;
-      if (!alert_open) main.Alert().Form_Load();
+      if (!alert_open) form.Alert().Form_Load();
       alert_open = true;
     };
-    forms.OnUnload = [this](Form form) {
-      if (form != Form::frmAlert) return;
-      main.Alert().Form_Unload();
+    forms.OnUnload = [this](Form which) {
+      if (which != Form::frmAlert) return;
+      form.Alert().Form_Unload();
       alert_open = false;
     };
   }
 
-  void Start(const Slots& slots, int language = 0) {
+  // `calls`: shutdown delay, modem port, dial conditions and number.
+  void Start(const Slots& slots, int language = 0, const std::string& calls = "1,3,0,\"\"") {
     std::string line = "1,";
     for (const int slot : slots) line += std::to_string(slot) + ',';
-    disk.files["/prog/Orvane.ini"] = line + "1,3,0,\"\"," + std::to_string(language) + "\r\n";
-    ASSERT_TRUE(main.Form_Load());
+    disk.files["/prog/Orvane.ini"] = line + calls + ',' + std::to_string(language) + "\r\n";
+    ASSERT_TRUE(form.Form_Load());
     forms.open.insert(Form::frmMain);
-    main.Form_Activate();
+    form.Form_Activate();
   }
 
   void Seconds(int count) { time.Advance(std::chrono::seconds(count)); }
 
   // Runs until the poll that brings the new bits in is over.
-  void NextReply(const char* new_bits) {
-    bits = new_bits;
+  void NextReply(const char* bits) {
+    status.bits = bits;
     const auto polls = state.Main.PollsSent;
     while (state.Main.PollsSent == polls) time.Advance(std::chrono::milliseconds(500));
   }
 
-  // One tick of Timer2, which has to be running.
-  void Tick() { Ticks(1); }
+  // Ticks of Timer2, which has to be running.
   void Ticks(int count) {
     ASSERT_TRUE(Timer2.Enabled());
     Seconds(count);
@@ -80,9 +76,6 @@ struct WatchedComputer : World {
     return "System Will shutdown after " + std::to_string(seconds) + " Seconds";
   }
 
-  FrmMain main{state, panel, seams};
-  const char* bits = kAllWell;
-  bool silent = false;
   int alerts = 0;  // how often the alert was asked for
   bool alert_open = false;
 };
