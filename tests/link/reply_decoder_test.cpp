@@ -8,6 +8,14 @@
 namespace orvane::test {
 namespace {
 
+// By the order of Label2.
+using Texts = std::array<const char*, kGauges>;
+using Figures = std::array<std::int16_t, kGauges>;
+
+constexpr Label Panel::*kMirrored[] = {&Panel::lblApcAc,   &Panel::lblApcOutput,
+                                       &Panel::lblApcLoad, &Panel::lblApcBatt,
+                                       &Panel::lblApcFreq, &Panel::lblApcTemp};
+
 class ReplyDecoderTest : public testing::Test, public World {
  protected:
   ReplyDecoderTest() {
@@ -17,123 +25,114 @@ class ReplyDecoderTest : public testing::Test, public World {
     CaptureNeedles(panel, state.Main);
   }
 
-  // The needle stands where SetGauge puts it for `value`.
-  bool GaugeStandsAt(int index, std::int16_t value) {
-    Panel other;
-    SetGauge(state.Main, other, index, value);
-    const auto i = static_cast<std::size_t>(index);
-    return panel.Line1[i].Line() == other.Line1[i].Line();
+  // The captions, their copies, and the needles where SetGauge puts them for `gauges`.
+  void ExpectShown(const Texts& captions, const Figures& gauges) {
+    for (std::size_t i = 0; i < kGauges; ++i) {
+      SCOPED_TRACE(i);
+      EXPECT_EQ(panel.Label2[i].Caption(), captions[i]);
+      EXPECT_EQ((panel.*kMirrored[i]).Caption(), captions[i]);
+      Panel other;
+      SetGauge(state.Main, other, static_cast<int>(i), gauges[i]);
+      EXPECT_EQ(panel.Line1[i].Line(), other.Line1[i].Line());
+    }
   }
 
   UpsLink link{state, panel, journals, seams};
 };
 
-struct ValueCase {
-  const char* name;
-  StatusFrame frame;
-  int index;
-  const char* caption;
-  std::int16_t gauge;
-};
-
 TEST_F(ReplyDecoderTest, ValuesGoToCaptionsAndGauges) {
-  const ValueCase cases[] = {
-      {"input", {.input = "231.4"}, kInput, "231.4", 231},
-      {"input whole", {.input = "230.0"}, kInput, "230", 230},
-      {"input below the scale", {.input = "199.9"}, kInput, "199.9", 200},
-      {"input above the scale", {.input = "250.1"}, kInput, "250.1", 250},
-      {"input doubled", {.input = "110.0", .output = "110.0"}, kInput, "220", 220},
-      {"output doubled in the caption alone", {.output = "110.0"}, kOutput, "220", 200},
-      {"output just under the limit", {.output = "149.9"}, kOutput, "299.8", 200},
-      {"output at the limit", {.output = "150.0"}, kOutput, "150", 200},
-      {"output half goes to even, down", {.output = "220.5"}, kOutput, "220.5", 220},
-      {"output half goes to even, up", {.output = "221.5"}, kOutput, "221.5", 222},
-      {"load", {.load = "035"}, kLoad, "35", 35},
-      {"load beyond the scale", {.load = "126"}, kLoad, "126", 125},
-      {"load in blanks", {.load = " 7 "}, kLoad, "7", 7},
-      {"battery half", {.battery = "2.00"}, kBattery, "51", 51},
-      {"battery top of the scale", {.battery = "2.27"}, kBattery, "100", 100},
-      {"battery bottom of the scale", {.battery = "1.72"}, kBattery, "0", 0},
-      {"battery above", {.battery = "2.30"}, kBattery, "100", 100},
-      {"battery below", {.battery = "1.60"}, kBattery, "0", 0},
-      {"frequency", {.frequency = "50.1"}, kFrequency, "50.1", 50},
-      {"frequency below", {.frequency = "29.0"}, kFrequency, "29", 30},
-      {"frequency above", {.frequency = "80.6"}, kFrequency, "80.6", 80},
-      {"temperature", {.temperature = "25.0"}, kTemperature, "25", 25},
-      {"temperature below", {.temperature = "-9.5"}, kTemperature, "-9.5", 0},
-      {"temperature minus nought", {.temperature = "-0.0"}, kTemperature, "0", 0},
-      {"temperature above", {.temperature = "99.9"}, kTemperature, "99.9", 75},
+  // Input, output, load, battery, frequency and temperature each.
+  const struct {
+    const char* name;
+    std::array<const char*, kGauges> fields;
+    Texts captions;
+    Figures gauges;
+  } cases[] = {
+      {"on the scales",
+       {"231.4", "220.5", "035", "2.00", "50.1", "25.0"},
+       {"231.4", "220.5", "35", "51", "50.1", "25"},
+       {231, 220, 35, 51, 50, 25}},
+      {"their lower ends; halves go to even",
+       {"200.0", "221.5", " 0 ", "1.72", "30.0", "-0.0"},
+       {"200", "221.5", "0", "0", "30", "0"},
+       {200, 222, 0, 0, 30, 0}},
+      {"below them",
+       {"199.9", "150.0", "000", "1.60", "29.0", "-9.5"},
+       {"199.9", "150", "0", "0", "29", "-9.5"},
+       {200, 200, 0, 0, 30, 0}},
+      {"their upper ends",
+       {"250.0", "250.0", "125", "2.27", "80.0", "75.0"},
+       {"250", "250", "125", "100", "80", "75"},
+       {250, 250, 125, 100, 80, 75}},
+      {"above them",
+       {"250.1", "250.1", "126", "2.30", "80.6", "99.9"},
+       {"250.1", "250.1", "126", "100", "80.6", "99.9"},
+       {250, 250, 125, 100, 80, 75}},
+      {"doubled below 150 of the output, but not for its needle",
+       {"110.0", "149.9", " 7 ", "2.00", "50.0", "25.0"},
+       {"220", "299.8", "7", "51", "50", "25"},
+       {220, 200, 7, 51, 50, 25}},
   };
-  for (const ValueCase& row : cases) {
+  for (const auto& row : cases) {
     SCOPED_TRACE(row.name);
-    MSComm1.Receive(row.frame.Text());
-    EXPECT_EQ(panel.Label2[static_cast<std::size_t>(row.index)].Caption(), row.caption);
-    EXPECT_TRUE(GaugeStandsAt(row.index, row.gauge));
+    const auto& [input, output, load, battery, frequency, temperature] = row.fields;
+    MSComm1.Receive(
+        StatusFrame{input, output, load, frequency, battery, temperature, "0000"}.Text());
+    ExpectShown(row.captions, row.gauges);
   }
 }
 
 TEST_F(ReplyDecoderTest, BadFieldLeavesItsCaptionAndTakesTheFirstBranch) {
-  // What a good reply of 233 V, 232 V, 35 %, 2.00, 51.0 Hz, 26.0 degrees left behind.
-  const StatusFrame good{.input = "233.0",
-                         .output = "232.0",
-                         .load = "035",
-                         .frequency = "51.0",
-                         .battery = "2.00",
-                         .temperature = "26.0"};
-  struct Case {
+  const StatusFrame good{"233.0", "232.0", "035", "51.0", "2.00", "26.0", "0000"};
+  const struct {
     const char* name;
     StatusFrame frame;
-    int index;
-    const char* caption;
-    std::int16_t gauge;
+    Texts captions;
+    Figures gauges;
+  } cases[] = {
+      {"the input",
+       {"?????", "232.0", "035", "51.0", "2.00", "26.0", "0000"},
+       {"233", "232", "35", "51", "51", "26"},
+       {233, 232, 35, 51, 51, 26}},
+      {"the output doubles the input, all but the input",
+       {"233.0", "2x2.0", "---", "nan ", "2,00", "1.2.", "0000"},
+       {"466", "232", "35", "100", "51", "26"},
+       {250, 250, 125, 100, 80, 75}},
+      {"twice the output is no number",
+       {"233.0", "-3e38", "035", "51.0", "2.00", "26.0", "0000"},
+       {"466", "232", "35", "51", "51", "26"},
+       {250, 200, 35, 51, 51, 26}},
   };
-  const auto with = [&](auto member, const char* text) {
-    StatusFrame changed = good;
-    changed.*member = text;
-    return changed;
-  };
-  const Case cases[] = {
-      {"input", with(&StatusFrame::input, "?????"), kInput, "233", 233},
-      {"output, its own caption", with(&StatusFrame::output, "     "), kOutput, "232", 250},
-      {"output, the input doubled", with(&StatusFrame::output, "2x2.0"), kInput, "466", 250},
-      {"output, twice it no number", with(&StatusFrame::output, "-3e38"), kOutput, "232", 200},
-      {"load", with(&StatusFrame::load, "---"), kLoad, "35", 125},
-      {"battery", with(&StatusFrame::battery, "2,00"), kBattery, "100", 100},
-      {"frequency", with(&StatusFrame::frequency, "nan "), kFrequency, "51", 80},
-      {"temperature", with(&StatusFrame::temperature, "1.2."), kTemperature, "26", 75},
-  };
-  for (const Case& row : cases) {
+  for (const auto& row : cases) {
     SCOPED_TRACE(row.name);
     MSComm1.Receive(good.Text());
+    EXPECT_FALSE(panel.lblAlert[2].Visible());
     MSComm1.Receive(row.frame.Text());
-    EXPECT_EQ(panel.Label2[static_cast<std::size_t>(row.index)].Caption(), row.caption);
-    EXPECT_TRUE(GaugeStandsAt(row.index, row.gauge));
+    ExpectShown(row.captions, row.gauges);
+    EXPECT_EQ(panel.lblAlert[2].Visible(), row.frame.load == "---");
     EXPECT_EQ(panel.lblConnect.Caption(), "Conn");
   }
-  MSComm1.Receive(with(&StatusFrame::load, "abc").Text());
-  EXPECT_TRUE(panel.lblAlert[2].Visible());
 }
 
 TEST_F(ReplyDecoderTest, ShapeDecidesWhatIsDecoded) {
   const std::string whole = StatusFrame{}.Text();
-  struct Case {
+  const struct {
     const char* name;
     std::string text;
     bool decoded;
-  };
-  const Case cases[] = {
-      {"46 characters", whole.substr(0, 46), false},
-      {"47 characters", whole.substr(0, 46) + "x", true},
+  } cases[] = {
+      {"status of 46 characters", whole.substr(0, 46), false},
+      {"status of 47 characters", whole.substr(0, 46) + "x", true},
       {"garbage in front", "x" + whole, false},
-      {"NULs in the columns that are not read",
-       [&] {
-         std::string text = whole;
-         text.replace(6, 7, 7, '\0');
-         return text;
-       }(),
+      {"NULs where no column is read", whole.substr(0, 6) + std::string(7, '\0') + whole.substr(13),
        true},
+      {"information of 29 characters", "OV,700,2.1,220,x,8,12,y,zzzzz", false},
+      {"information of 30 characters", "OV,700,2.1,220,x,8,12,y,zzzzzz", true},
+      {"7 commas", "OV,700,2.1,220,x,8,12,y zzzzzzzzz", false},
+      {"9 commas", "OV,700,2.1,220,x,8,12,y,z,zzzzzzz", false},
+      {"empty fields", ",,,,,,,,22222222222222222222222", true},
   };
-  for (const Case& row : cases) {
+  for (const auto& row : cases) {
     SCOPED_TRACE(row.name);
     state.Main.RxText.clear();
     state.Main.PollsSent = 3;
@@ -144,61 +143,12 @@ TEST_F(ReplyDecoderTest, ShapeDecidesWhatIsDecoded) {
   }
 }
 
-TEST_F(ReplyDecoderTest, PiecesDecodeOnceWhole) {
-  const std::string whole = StatusFrame{.load = "042"}.Text();
-  for (std::size_t cut = 1; cut < whole.size(); ++cut) {
-    SCOPED_TRACE(cut);
-    state.Main.RxText.clear();
-    panel.Label2[kLoad].Caption("0");
-    MSComm1.Receive(whole.substr(0, cut));
-    EXPECT_EQ(panel.Label2[kLoad].Caption(), cut > 46 ? "42" : "0");
-    MSComm1.Receive(whole.substr(cut));
-    EXPECT_EQ(panel.Label2[kLoad].Caption(), "42");
-  }
-}
-
-TEST_F(ReplyDecoderTest, InformationReply) {
+TEST_F(ReplyDecoderTest, InformationFieldsHaveTheirPlacesAndUnits) {
   MSComm1.Receive(" OV-1000 ,700, 2.1,220,x,8 , 12,y,z\r");
-  EXPECT_EQ(panel.Label7[0].Caption(), "8");
-  EXPECT_EQ(panel.Label7[1].Caption(), "OV-1000");
-  EXPECT_EQ(panel.Label7[2].Caption(), "2.1");
-  EXPECT_EQ(panel.Label7[3].Caption(), "220V");
-  EXPECT_EQ(panel.Label7[4].Caption(), "700W");
-  EXPECT_EQ(panel.Label7[5].Caption(), "12V");
+  const char* const expected[] = {"8", "OV-1000", "2.1", "220V", "700W", "12V"};
+  for (std::size_t i = 0; i < 6; ++i) EXPECT_EQ(panel.Label7[i].Caption(), expected[i]);
   // It answers a poll but brings no link up.
   EXPECT_EQ(panel.lblConnect.ForeColor(), kRed);
-}
-
-TEST_F(ReplyDecoderTest, InformationByCommasAndLength) {
-  struct Case {
-    const char* name;
-    const char* text;
-    bool decoded;
-  };
-  const Case cases[] = {
-      {"29 characters", "OV,700,2.1,220,x,8,12,y,zzzzz", false},
-      {"30 characters", "OV,700,2.1,220,x,8,12,y,zzzzzz", true},
-      {"7 commas", "OV,700,2.1,220,x,8,12,y zzzzzzzzz", false},
-      {"9 commas", "OV,700,2.1,220,x,8,12,y,z,zzzzzzz", false},
-      {"empty fields", ",,,,,,,,22222222222222222222222", true},
-  };
-  for (const Case& row : cases) {
-    SCOPED_TRACE(row.name);
-    state.Main.RxText.clear();
-    panel.Label7[1].Caption("UnKnown");
-    MSComm1.Receive(row.text);
-    EXPECT_EQ(panel.Label7[1].Caption() != "UnKnown", row.decoded);
-  }
-}
-
-TEST_F(ReplyDecoderTest, OnlyReceivedDataIsRead) {
-  state.Main.PollsSent = 5;
-  MSComm1.RThreshold(0);
-  MSComm1.Receive(StatusFrame{}.Text());
-  link.MSComm1_OnComm();
-  EXPECT_EQ(state.Main.PollsAnswered, 0);
-  MSComm1.RThreshold(1);
-  EXPECT_EQ(state.Main.PollsAnswered, 5);
 }
 
 }  // namespace
