@@ -1,4 +1,4 @@
-// The event log as its window reads and clears it.
+// The two journals as they are written, and the event log as its window reads and clears it.
 #include "records/event_log.h"
 
 #include <gtest/gtest.h>
@@ -8,91 +8,68 @@
 namespace orvane::test {
 namespace {
 
-// A program whose log holds `lines` events, and its log window.
-struct LogWorld : World {
+class EventLogTest : public testing::Test, public World {
+ protected:
   EventLog form{state, disk, dialogs, "/prog/system.log"};
-
-  explicit LogWorld(int lines) {
-    while (lines-- > 0) journals.WriteLog("AC fail");
-  }
 };
 
-TEST(EventLog, HoldsTheLinesUnchanged) {
-  LogWorld world(0);
-  world.journals.WriteLog("Program start");
-  world.journals.WriteLog("市电失效");
-  world.form.Form_Load();
-  ASSERT_EQ(world.form.Lines(), 2U);
-  EXPECT_EQ(world.form.Line(0), "\"\n2001-02-16 9:05:33 Program start\"");
-  EXPECT_EQ(world.form.Line(1), "\"\n2001-02-16 9:05:33 市电失效\"");
+TEST_F(EventLogTest, JournalsStandToTheByteAndTheWindowShowsTheLines) {
+  journals.WriteLog("Program start");
+  journals.WriteDateRec(kRecordAcFail);
+  time.SetWall({2001, 12, 31, 23, 59, 59});
+  journals.WriteLog("市电失效");
+  journals.WriteDateRec(kRecordScheduleDown);
+  EXPECT_EQ(Log(),
+            "\"\n2001-02-16 9:05:33 Program start\"\r\n"
+            "\"\n2001-12-31 23:59:59 市电失效\"\r\n");
+  EXPECT_EQ(DateRec(), "\"\n2001-02-16 09 1\"\r\n\"\n2001-12-31 23 0\"\r\n");
+  form.Form_Load();
+  // What comes later appears at the next opening.
+  journals.WriteLog("Program end");
+  ASSERT_EQ(form.Lines(), 2U);
+  EXPECT_EQ(form.Line(0), "\"\n2001-02-16 9:05:33 Program start\"");
+  EXPECT_EQ(form.Line(1), "\"\n2001-12-31 23:59:59 市电失效\"");
+  form.Form_Load();
+  EXPECT_EQ(form.Lines(), 3U);
 }
 
-TEST(EventLog, PutsEnglishCaptionsInPlaceBehindAFileAlone) {
-  for (const std::int16_t language : {std::int16_t{0}, std::int16_t{1000}}) {
-    LogWorld absent(0);
-    absent.state.ResBase = language;
-    EXPECT_FALSE(absent.form.Form_Load());
-    EXPECT_EQ(absent.form.Lines(), 0U);
-    LogWorld present(1);
-    present.state.ResBase = language;
-    EXPECT_EQ(present.form.Form_Load(), language == 0);
-    LogWorld empty(0);
-    empty.disk.files["/prog/System.log"] = "";
-    empty.state.ResBase = language;
-    EXPECT_EQ(empty.form.Form_Load(), language == 0);
-    EXPECT_EQ(empty.form.Lines(), 0U);
+TEST_F(EventLogTest, PutsEnglishCaptionsInPlaceBehindAFileAlone) {
+  for (const bool english : {true, false}) {
+    state.ResBase = english ? 0 : kChineseBase;
+    disk.files.clear();
+    EXPECT_FALSE(form.Form_Load());
+    disk.files["/prog/System.log"] = "";
+    EXPECT_EQ(form.Form_Load(), english);
+    EXPECT_EQ(form.Lines(), 0U);
   }
 }
 
-TEST(EventLog, EventsAppearAtTheNextOpening) {
-  LogWorld world(1);
-  world.form.Form_Load();
-  world.journals.WriteLog("Program end");
-  EXPECT_EQ(world.form.Lines(), 1U);
-  world.form.Form_Load();
-  EXPECT_EQ(world.form.Lines(), 2U);
-}
+TEST_F(EventLogTest, ClearsOnYesAlone) {
+  journals.WriteLog("AC fail");
+  journals.WriteDateRec(kRecordAcFail);
+  form.Form_Load();
+  const auto files = disk.files;
+  EXPECT_FALSE(form.cmdClear_Click());
+  EXPECT_EQ(events, Events{"Ask [Orvane] Are you sure to clear Log file?"});
+  EXPECT_EQ(form.Lines(), 1U);
+  EXPECT_EQ(disk.files, files);
 
-TEST(EventLog, ClearsOnYesAlone) {
-  LogWorld world(2);
-  world.journals.WriteDateRec(kRecordAcFail);
-  world.form.Form_Load();
-  const auto files = world.disk.files;
-  EXPECT_FALSE(world.form.cmdClear_Click());
-  ASSERT_EQ(world.events.size(), 1U);
-  EXPECT_NE(world.events[0].find("Are you sure to clear Log file?"), std::string::npos);
-  EXPECT_NE(world.events[0].find("Orvane"), std::string::npos);
-  EXPECT_EQ(world.form.Lines(), 2U);
-  EXPECT_EQ(world.disk.files, files);
-
-  world.dialogs.answer = true;
-  EXPECT_TRUE(world.form.cmdClear_Click());
-  EXPECT_EQ(world.form.Lines(), 0U);
-  EXPECT_EQ(world.Log(), "");
-  EXPECT_FALSE(world.disk.Exists("/prog/System.log"));
-  EXPECT_NE(world.DateRec(), "");
-}
-
-TEST(EventLog, AClearOfAnEmptyListLeavesTheNewFile) {
-  LogWorld world(1);
-  world.dialogs.answer = true;
-  world.form.Form_Load();
-  world.form.cmdClear_Click();
-  world.journals.WriteLog("AC fail");
-  world.events.clear();
-  EXPECT_FALSE(world.form.cmdClear_Click());
-  EXPECT_EQ(world.events, Events{});
-  EXPECT_EQ(world.Log(), "\"\n2001-02-16 9:05:33 AC fail\"\r\n");
-}
-
-TEST(EventLog, TheListIsEmptiedAlsoWhenTheFileCannotBeDeleted) {
-  LogWorld world(1);
-  world.dialogs.answer = true;
-  world.form.Form_Load();
-  world.disk.refuse_writes = true;
-  EXPECT_TRUE(world.form.cmdClear_Click());
-  EXPECT_EQ(world.form.Lines(), 0U);
-  EXPECT_NE(world.Log(), "");
+  dialogs.answer = true;
+  EXPECT_TRUE(form.cmdClear_Click());
+  EXPECT_EQ(form.Lines(), 0U);
+  EXPECT_FALSE(disk.Exists("/prog/System.log"));
+  EXPECT_NE(DateRec(), "");
+  // A clear of the empty list leaves the new file.
+  journals.WriteLog("AC fail");
+  events.clear();
+  EXPECT_FALSE(form.cmdClear_Click());
+  EXPECT_EQ(events, Events{});
+  // The list is emptied also when the file cannot be deleted.
+  form.Form_Load();
+  disk.refuse_writes = true;
+  EXPECT_TRUE(form.cmdClear_Click());
+  EXPECT_EQ(form.Lines(), 0U);
+  EXPECT_EQ(Log(), "\"\n2001-02-16 9:05:33 AC fail\"\r\n");
 }
 
 }  // namespace
