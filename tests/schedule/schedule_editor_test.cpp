@@ -1,3 +1,4 @@
+// The schedule's file and tables, and the editors that write both.
 #include "schedule/schedule_editor.h"
 
 #include <gtest/gtest.h>
@@ -9,44 +10,48 @@ namespace {
 
 const std::string kPath = "/prog/systimer.ini";
 
-constexpr const char* kEnables =
-    "1Enable=1\r\n2Enable=0\r\n3Enable=1\r\n4Enable=0\r\n5Enable=1\r\n6Enable=0\r\n7Enable=1\r\n";
-constexpr const char* kOns =
-    "1On=t0\r\n2On=t1\r\n3On=t2\r\n4On=t3\r\n5On=t4\r\n6On=t5\r\n7On=t6\r\n";
-constexpr const char* kOffs =
-    "1Off=t7\r\n2Off=t8\r\n3Off=t9\r\n4Off=t10\r\n5Off=t11\r\n6Off=t12\r\n7Off=t13\r\n";
-constexpr const char* kDates =
-    "1Date=t14\r\n2Date=t15\r\n3Date=t16\r\n4Date=t17\r\n5Date=t18\r\n6Date=t19\r\n7Date=t20\r\n";
-
 class ScheduleEditorTest : public testing::TestWithParam<int>, public World {
  protected:
-  struct Editor {
+  struct Kind {
     ScheduleSection section;
     Form form;
     std::string content;  // of the section, with every control filled by Fill
   };
 
   ScheduleEditorTest() {
-    const std::string enables = kEnables;
-    const Editor editors[] = {
-        {kWeekly, Form::frmWeek, "[weekly]\r\n" + enables + kOns + kOffs},
-        {kSpecialDays, Form::frmSpecial, "[Special]\r\n" + enables + kOns + kOffs + kDates},
-        {kSelfTests, Form::frmSelfTest, "[SelfTestToLow]\r\n" + enables + kOns + kDates},
+    const auto keys = [](const char* suffix, int first) {
+      std::string lines;
+      for (int n = 0; n < 7; ++n) {
+        lines += std::to_string(n + 1) + suffix + std::to_string(first + n) + "\r\n";
+      }
+      return lines;
     };
-    kind = editors[GetParam()];
+    const std::string rows =
+        "1Enable=1\r\n2Enable=0\r\n3Enable=1\r\n4Enable=0\r\n5Enable=1\r\n6Enable=0\r\n"
+        "7Enable=1\r\n" +
+        keys("On=t", 0);
+    const Kind kinds[] = {
+        {kWeekly, Form::frmWeek, "[weekly]\r\n" + rows + keys("Off=t", 7)},
+        {kSpecialDays, Form::frmSpecial,
+         "[Special]\r\n" + rows + keys("Off=t", 7) + keys("Date=t", 14)},
+        {kSelfTests, Form::frmSelfTest, "[SelfTestToLow]\r\n" + rows + keys("Date=t", 14)},
+    };
+    kind = kinds[GetParam()];
     forms.open = {kind.form};
   }
+
+  ScheduleEditor Editor() { return {kind.section, kind.form, state, seams}; }
 
   static void Fill(ScheduleEditor& editor) {
     for (std::size_t i = 0; i < 7; ++i) editor.Check1[i] = i % 2 == 0;
     for (std::size_t i = 0; i < 21; ++i) editor.txtTime[i] = "t" + std::to_string(i);
   }
 
-  Editor kind;
+  Kind kind;
 };
 
 TEST_P(ScheduleEditorTest, OkWritesItsSectionInOneReplacementAndItsSlots) {
-  ScheduleEditor editor{kind.section, kind.form, state, seams};
+  ScheduleEditor editor = Editor();
   editor.Form_Load();
   Fill(editor);
   editor.cmdEnter_Click();
@@ -64,7 +69,7 @@ TEST_P(ScheduleEditorTest, OkWritesItsSectionInOneReplacementAndItsSlots) {
   EXPECT_EQ(state.ScheduleOff, started.ScheduleOff);
   EXPECT_EQ(state.ScheduleDate, started.ScheduleDate);
 
-  ScheduleEditor again{kind.section, kind.form, state, seams};
+  ScheduleEditor again = Editor();
   again.Form_Load();
   EXPECT_EQ(again.Check1, editor.Check1);
   EXPECT_EQ(again.txtTime[0], "t0");
@@ -73,14 +78,13 @@ TEST_P(ScheduleEditorTest, OkWritesItsSectionInOneReplacementAndItsSlots) {
 }
 
 TEST_P(ScheduleEditorTest, OkLeavesAllElseInTheFileAlone) {
-  const std::string foreign = "; mine\n[weekly2]\n1On=x\n[extra]\nkey = value\n";
-  disk.files[kPath] = foreign;
+  disk.files[kPath] = "; mine\n[weekly2]\n1On=x\n[extra]\nkey = value\n";
   for (const ScheduleSection& section : {kWeekly, kSpecialDays, kSelfTests}) {
     if (section.name == kind.section.name) continue;
     disk.files[kPath] += "[" + std::string(section.name) + "]\n1On=8:00\n9Foreign= 1 \n";
   }
   const std::string before = disk.files[kPath];
-  ScheduleEditor editor{kind.section, kind.form, state, seams};
+  ScheduleEditor editor = Editor();
   editor.Form_Load();
   editor.cmdEnter_Click();
   EXPECT_TRUE(disk.files[kPath].starts_with(before));
@@ -88,78 +92,99 @@ TEST_P(ScheduleEditorTest, OkLeavesAllElseInTheFileAlone) {
   EXPECT_NE(disk.files[kPath].find("\n7Enable=0\n1On=\n"), std::string::npos);
 }
 
-TEST_P(ScheduleEditorTest, CancelChangesNothing) {
-  ScheduleEditor editor{kind.section, kind.form, state, seams};
+TEST_P(ScheduleEditorTest, EditedFileShowsInTheEditorAndCancelChangesNothing) {
+  disk.files[kPath] = kind.content;
+  ScheduleEditor editor = Editor();
   editor.Form_Load();
-  Fill(editor);
+  EXPECT_TRUE(editor.Check1[6]);
+  EXPECT_EQ(editor.txtTime[6], "t6");
+  editor.txtTime[6] = "8:00";
   editor.cmdCancel_Click();
-  EXPECT_TRUE(disk.files.empty());
+  EXPECT_EQ(disk.files[kPath], kind.content);
   EXPECT_EQ(state.ScheduleOn, State{}.ScheduleOn);
   EXPECT_EQ(state.ScheduleEnable, State{}.ScheduleEnable);
   EXPECT_TRUE(forms.open.empty());
 }
 
-TEST_P(ScheduleEditorTest, EditedFileShowsInTheEditorAndNotInTheTables) {
-  LoadSchedule(disk, kPath, state);
-  disk.files[kPath] = kind.content;
-  ScheduleEditor editor{kind.section, kind.form, state, seams};
-  editor.Form_Load();
-  EXPECT_TRUE(editor.Check1[6]);
-  EXPECT_EQ(editor.txtTime[6], "t6");
-  EXPECT_EQ(state.ScheduleOn[kind.section.on_slots + 7], "");
-}
-
 TEST_P(ScheduleEditorTest, FileThatCannotBeWrittenStillCountsForThisRun) {
   disk.refuse_writes = true;
-  ScheduleEditor editor{kind.section, kind.form, state, seams};
+  ScheduleEditor editor = Editor();
   Fill(editor);
   editor.cmdEnter_Click();
   EXPECT_EQ(state.ScheduleOn[kind.section.on_slots + 1], "t0");
   EXPECT_EQ(host.reports.size(), 1u);
-  EXPECT_TRUE(forms.open.empty());
-  EXPECT_TRUE(events == Events{std::string("Unload ") + FormName(kind.form)});
-}
-
-TEST_P(ScheduleEditorTest, TextsStandAsTyped) {
-  const std::string typed[] = {" 8:00", "\"8:00\"", "八点", "", "8:00;", "[8]", "'"};
-  ScheduleEditor editor{kind.section, kind.form, state, seams};
-  for (std::size_t i = 0; i < 7; ++i) editor.txtTime[i] = typed[i];
-  editor.cmdEnter_Click();
-  ScheduleEditor again{kind.section, kind.form, state, seams};
-  again.Form_Load();
-  for (std::size_t i = 0; i < 7; ++i) {
-    EXPECT_EQ(again.txtTime[i], typed[i]);
-    EXPECT_EQ(state.ScheduleOn[kind.section.on_slots + i + 1], typed[i]);
-  }
-}
-
-TEST_P(ScheduleEditorTest, CheckBoxShowsWhatEnableSays) {
-  struct Case {
-    const char* text;
-    bool set;
-  };
-  const Case cases[] = {{"1", true},  {"0", false}, {"", false},  {"10", true}, {"01", true},
-                        {"2", false}, {"x", false}, {"1x", true}, {"-1", false}};
-  for (const Case& row : cases) {
-    SCOPED_TRACE(row.text);
-    disk.files[kPath] = "[" + std::string(kind.section.name) + "]\n4Enable=" + row.text + "\n";
-    ScheduleEditor editor{kind.section, kind.form, state, seams};
-    editor.Form_Load();
-    EXPECT_EQ(editor.Check1[3], row.set);
-  }
+  EXPECT_EQ(events, Events{std::string("Unload ") + FormName(kind.form)});
 }
 
 INSTANTIATE_TEST_SUITE_P(WeekSpecialSelfTest, ScheduleEditorTest, testing::Range(0, 3));
 
+TEST(ScheduleEditor, CheckBoxShowsWhatEnableSays) {
+  World world;
+  for (const auto& [text, set] : {std::pair{"1", true},
+                                  {"0", false},
+                                  {"", false},
+                                  {"10", true},
+                                  {"01", true},
+                                  {"2", false},
+                                  {"1x", true},
+                                  {"-1", false}}) {
+    world.disk.files[kPath] = std::string("[weekly]\n4Enable=") + text + "\n";
+    ScheduleEditor editor{kWeekly, Form::frmWeek, world.state, world.seams};
+    editor.Form_Load();
+    EXPECT_EQ(editor.Check1[3], set) << text;
+  }
+}
+
 TEST(ScheduleEditor, TellsASlipByTheKindOfItsBox) {
-  EXPECT_TRUE(ScheduleEditor::Reads(0, "8:00"));
   EXPECT_TRUE(ScheduleEditor::Reads(13, "8:00 pm"));
   EXPECT_TRUE(ScheduleEditor::Reads(14, "2001-5-1"));
-  EXPECT_TRUE(ScheduleEditor::Reads(0, ""));
   EXPECT_TRUE(ScheduleEditor::Reads(20, " "));
   EXPECT_FALSE(ScheduleEditor::Reads(13, "2001-5-1"));
   EXPECT_FALSE(ScheduleEditor::Reads(14, "8:00"));
-  EXPECT_FALSE(ScheduleEditor::Reads(6, "8:60"));
+}
+
+TEST(ScheduleTables, EverySlotHoldsItsEntry) {
+  World world;
+  for (const char* section : {"weekly", "Special", "SelfTestToLow"}) {
+    std::string& file = world.disk.files[kPath];
+    file += std::string("[") + section + "]\n";
+    for (int n = 1; n <= 7; ++n) {
+      const std::string number = std::to_string(n);
+      file += number + "Enable=" + number + "\n";
+      for (const char* suffix : {"On", "Off", "Date"}) {
+        file += number + suffix + "=" + section + number + suffix + "\n";
+      }
+    }
+  }
+  LoadSchedule(world.disk, SchedulePath("/prog"), world.state);
+  const State& state = world.state;
+  for (std::size_t n = 1; n <= 7; ++n) {
+    SCOPED_TRACE(n);
+    const std::string number = std::to_string(n);
+    for (const std::size_t slot : {n, n + 7, n + 14}) {
+      EXPECT_EQ(state.ScheduleEnable[slot], number.front());
+    }
+    EXPECT_EQ(state.ScheduleOn[n], "weekly" + number + "On");
+    EXPECT_EQ(state.ScheduleOn[n + 7], "Special" + number + "On");
+    EXPECT_EQ(state.ScheduleOn[n + 14], "SelfTestToLow" + number + "On");
+    EXPECT_EQ(state.ScheduleOff[n], "weekly" + number + "Off");
+    EXPECT_EQ(state.ScheduleOff[n + 7], "Special" + number + "Off");
+    EXPECT_EQ(state.ScheduleDate[n], "Special" + number + "Date");
+    EXPECT_EQ(state.ScheduleDate[n + 7], "SelfTestToLow" + number + "Date");
+  }
+  EXPECT_EQ(world.disk.replacements, 0);
+}
+
+TEST(ScheduleTables, OddTextsAreTakenAsTheyReadAndAbsentOnesAreBlank) {
+  World world;
+  world.disk.files[kPath] =
+      "[WEEKLY]\r1enable = 10\r2ENABLE=01\r1on=" + std::string(1023, '8') + "日\r";
+  LoadSchedule(world.disk, kPath, world.state);
+  EXPECT_EQ(world.state.ScheduleEnable[1], '1');
+  EXPECT_EQ(world.state.ScheduleEnable[2], '0');
+  EXPECT_EQ(world.state.ScheduleEnable[3], ' ');
+  EXPECT_EQ(world.state.ScheduleOn[1], std::string(1023, '8'));
+  EXPECT_EQ(world.state.ScheduleOn[3], "");
 }
 
 }  // namespace
