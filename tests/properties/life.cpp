@@ -4,7 +4,6 @@
 #include <utility>
 
 #include "app/messages.h"
-#include "schedule/schedule_tables.h"
 
 namespace orvane::test {
 namespace {
@@ -12,54 +11,46 @@ namespace {
 constexpr int kEnglishToChinese = 1000;
 constexpr int kPollsInVain = 4;
 
-std::string Text(const std::optional<Minute>& time) {
-  return time ? std::to_string(time->hour) + (time->minute < 10 ? ":0" : ":") +
-                    std::to_string(time->minute)
-              : "";
+using What = Appointment::What;
+
+std::string Line(const Wishes& wishes, int port) {
+  std::string line = std::to_string(port);
+  for (const int slot : {wishes.delay / 60, wishes.delay % 60, wishes.low / 60, wishes.low % 60, 2,
+                         30, wishes.shutdown_minutes, wishes.modem_port, wishes.dial_conditions}) {
+    line += ',' + std::to_string(slot);
+  }
+  return line + ",\"" + wishes.number + "\"," + std::to_string(wishes.language) + "\r\n";
 }
 
-ScheduleEntry Entry(const std::optional<Minute>& on, const std::optional<Minute>& off,
-                    const Timetable::Dated* day = nullptr) {
-  ScheduleEntry entry{"1", Text(on), Text(off), ""};
-  if (day) {
-    entry.date = std::to_string(day->year) + '-' + std::to_string(day->month) + '-' +
-                 std::to_string(day->day);
+// As the tables hold them: the week's by their day, the others one to an entry.
+void Fill(const std::vector<Appointment>& schedule, State& state) {
+  std::size_t entry = 0;
+  for (const Appointment& due : schedule) {
+    const LocalTime& at = due.at;
+    auto slot = static_cast<std::size_t>(due.weekday);
+    if (due.weekday == 0) {
+      const bool test = due.what == What::kSelfTest;
+      state.ScheduleDate[++entry + (test ? 7 : 0)] =
+          std::to_string(at.year) + '-' + std::to_string(at.month) + '-' + std::to_string(at.day);
+      slot = entry + (test ? 14 : 7);
+    }
+    state.ScheduleEnable[slot] = '1';
+    (due.what == What::kSwitchOff ? state.ScheduleOff[slot] : state.ScheduleOn[slot]) =
+        std::to_string(at.hour) + (at.minute < 10 ? ":0" : ":") + std::to_string(at.minute);
   }
-  return entry;
-}
-
-void Fill(const Timetable& timetable, State& state) {
-  ScheduleEntries week, special, tests;
-  for (std::size_t day = 0; day < kScheduleEntries; ++day) {
-    week[day] = Entry(timetable.on[day], timetable.off[day]);
-  }
-  if (const auto& day = timetable.special) special[3] = Entry(day->on, day->off, &*day);
-  if (const auto& day = timetable.test) tests[6] = Entry(day->on, std::nullopt, &*day);
-  StoreSchedule(kWeekly, week, state);
-  StoreSchedule(kSpecialDays, special, state);
-  StoreSchedule(kSelfTests, tests, state);
 }
 
 }  // namespace
 
-Life::Life(LocalTime start, const Wishes& wishes, const Timetable& timetable, Tally& tally)
-    : wishes_(wishes), timetable_(timetable), tally_(tally) {
+Life::Life(LocalTime start, const Wishes& wishes, const std::vector<Appointment>& schedule,
+           Tally& tally)
+    : wishes_(wishes), schedule_(schedule), tally_(tally) {
   ++tally_.lives;
   time.SetWall(start);
-  disk.files["/prog/Orvane.ini"] = SettingsLine();
-  Fill(timetable_, state);
+  disk.files["/prog/Orvane.ini"] = Line(wishes_, port_);
+  Fill(schedule_, state);
   Listen();
   forms.Show(Form::frmMain);
-}
-
-std::string Life::SettingsLine() const {
-  std::string line = std::to_string(port_);
-  for (const int slot :
-       {wishes_.delay / 60, wishes_.delay % 60, wishes_.low / 60, wishes_.low % 60, 2, 30,
-        wishes_.shutdown_minutes, wishes_.modem_port, wishes_.dial_conditions}) {
-    line += ',' + std::to_string(slot);
-  }
-  return line + ",\"" + wishes_.number + "\"," + std::to_string(wishes_.language) + "\r\n";
 }
 
 void Life::Check(bool holds, const std::string& what) {
@@ -209,12 +200,16 @@ void Life::OnSecond(const std::function<void()>& tick) {
 
 void Life::OnSchedule(const std::function<void()>& tick) {
   const LocalTime now = time.Now();
-  if (timetable_.TestDue(now)) asked_.insert("TL\r");
-  if (timetable_.OnDue(now)) {
+  const auto due = [&](What what) {
+    return std::any_of(schedule_.begin(), schedule_.end(),
+                       [&](const Appointment& a) { return a.what == what && a.Due(now); });
+  };
+  if (due(What::kSelfTest)) asked_.insert("TL\r");
+  if (due(What::kSwitchOn)) {
     asked_.insert("C\r");
     ExpectLog(39);
   }
-  Expect(tick, timetable_.OffDue(now) ? Road::kSchedule : Road::kNone);
+  Expect(tick, due(What::kSwitchOff) ? Road::kSchedule : Road::kNone);
 }
 
 // The call that a fault has armed goes out now, if the fault still shows and there is somebody to
@@ -287,31 +282,11 @@ void Life::Pass(Moment step) {
   if (!down_) CheckNothingMissed();
 }
 
-void Life::Jump(Moment step) {
+void Life::Sleep(Moment step) {
   time.Jump(step);
   count_.ticks.Jump(time.Steady());
   dial_delay_.Jump(time.Steady());
   tally_.time += step;
-}
-
-void Life::DiskFull(bool full) {
-  disk.refuse_writes = full;
-}
-
-void Life::UpsPort(bool present) {
-  if (present) {
-    MSComm1.present = {1, 2, 3, 4};
-  } else {
-    MSComm1.Unplug();
-  }
-}
-
-void Life::ModemPort(bool present) {
-  if (present) {
-    MSComm2.present = {1, 2, 3, 4};
-  } else {
-    MSComm2.Unplug();
-  }
 }
 
 void Life::Save(const Wishes& wishes, bool change_port) {
@@ -324,9 +299,8 @@ void Life::Save(const Wishes& wishes, bool change_port) {
   }
   wishes_ = wishes;
   count_.Saved(wishes);
-  for (int i = 0; i <= 4; ++i) setup.OptCom[static_cast<std::size_t>(i)] = i == port_;
-  for (int i = 6; i <= 9; ++i) {
-    setup.OptCom[static_cast<std::size_t>(i)] = i == 10 - wishes.modem_port;
+  for (std::size_t i = 0; i < setup.OptCom.size(); ++i) {
+    setup.OptCom[i] = static_cast<int>(i) == (i <= 4 ? port_ : 10 - wishes.modem_port);
   }
   const int numbers[] = {wishes.delay / 60, wishes.delay % 60, wishes.low / 60, wishes.low % 60};
   for (std::size_t i = 0; i < std::size(numbers); ++i) setup.txt[i] = std::to_string(numbers[i]);
@@ -339,16 +313,15 @@ void Life::Save(const Wishes& wishes, bool change_port) {
   setup.cmdSave_Click();
 }
 
-void Life::Menu(std::string command) {
+void Life::Menu(const std::string& command) {
   asked_.insert(command + '\r');
-  Expect(
-      [&] {
-        if (command == "Q") main_.mnuOnOrOffBeep_Click();
-        if (command == "T") main_.mnuTest10S_Click();
-        if (command == "TL") main_.mnuTestToLow_Click();
-        if (command == "CT") main_.mnuCancelTest_Click();
-      },
-      Road::kNone);
+  const auto click = [&] {
+    if (command == "Q") main_.mnuOnOrOffBeep_Click();
+    if (command == "T") main_.mnuTest10S_Click();
+    if (command == "TL") main_.mnuTestToLow_Click();
+    if (command == "CT") main_.mnuCancelTest_Click();
+  };
+  Expect(click, Road::kNone);
 }
 
 void Life::AskForShutdown(Moment hesitation, bool yes) {

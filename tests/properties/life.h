@@ -21,24 +21,23 @@ struct Tally {
   int episodes = 0, losses = 0, calls = 0, reloads = 0, shortened = 0;
 };
 
-class Life : private World {
+// Ports, disk and clock on the wall may be played with at any time.
+class Life : public World {
  public:
   // Starts the program.
-  Life(LocalTime start, const Wishes& wishes, const Timetable& timetable, Tally& tally);
+  Life(LocalTime start, const Wishes& wishes, const std::vector<Appointment>& schedule,
+       Tally& tally);
 
-  // What the world does.
-  SimulatedUps& Ups() { return ups_; }
-  SimulatedModem& Modem() { return modem_; }
+  SimulatedUps ups{time, MSComm1};
+  SimulatedModem modem{time, MSComm2};
+
   void Pass(Moment step);
-  void Jump(Moment step);
-  void SetWall(LocalTime now) { time.SetWall(now); }
-  void DiskFull(bool full);
-  void UpsPort(bool present);
-  void ModemPort(bool present);
+  // Time passes on a computer that sleeps.
+  void Sleep(Moment step);
 
   // What the user does.
   void Save(const Wishes& wishes, bool change_port);
-  void Menu(std::string command);
+  void Menu(const std::string& command);
   void AskForShutdown(Moment hesitation, bool yes);
 
   // The program ends, by the user or, after a shutdown, by the operating system. Checks what it has
@@ -71,14 +70,11 @@ class Life : private World {
   void Expect(const std::function<void()>& act, Road road);
   void ExpectLog(int message);
   void ExpectRecord(int code);
-  std::string SettingsLine() const;
 
   Wishes wishes_;
-  Timetable timetable_;
+  std::vector<Appointment> schedule_;
   Tally& tally_;
   FrmMain main_{state, panel, seams};
-  SimulatedUps ups_{time, MSComm1};
-  SimulatedModem modem_{time, MSComm2};
   std::string broken_;
 
   // The facts, and what the rules make of them.

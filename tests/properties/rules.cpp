@@ -5,24 +5,8 @@
 namespace orvane::test {
 namespace {
 
-using std::chrono::seconds;
-
 constexpr Moment kModemPatience{50000};
 constexpr int kMostAttempts = 4;
-
-bool Same(const std::optional<Minute>& due, const LocalTime& now) {
-  return due && due->hour == now.hour && due->minute == now.minute;
-}
-
-bool Today(const Timetable::Dated& day, const LocalTime& now) {
-  return day.year == now.year && day.month == now.month && day.day == now.day;
-}
-
-std::size_t DayOfWeek(const LocalTime& now) {
-  using namespace std::chrono;
-  const weekday day{sys_days{year{now.year} / now.month / now.day}};
-  return day.iso_encoding() - 1;
-}
 
 template <class... Values>
 std::string Print(const char* form, Values... values) {
@@ -109,18 +93,12 @@ std::string CallRule::Sent(const std::string& text, bool begins, Moment now) {
   return ++attempts_ > kMostAttempts ? "a fifth attempt" : "";
 }
 
-bool Timetable::OnDue(const LocalTime& now) const {
-  return Same(on[DayOfWeek(now)], now) ||
-         (special && Today(*special, now) && Same(special->on, now));
-}
-
-bool Timetable::OffDue(const LocalTime& now) const {
-  return Same(off[DayOfWeek(now)], now) ||
-         (special && Today(*special, now) && Same(special->off, now));
-}
-
-bool Timetable::TestDue(const LocalTime& now) const {
-  return test && Today(*test, now) && Same(test->on, now);
+bool Appointment::Due(const LocalTime& now) const {
+  using namespace std::chrono;
+  const year_month_day today = year{now.year} / now.month / now.day;
+  const bool day = weekday == 0 ? today == year{at.year} / at.month / at.day
+                                : std::chrono::weekday{today}.iso_encoding() == unsigned(weekday);
+  return day && at.hour == now.hour && at.minute == now.minute;
 }
 
 std::string LogLine(const LocalTime& now, std::string_view message) {

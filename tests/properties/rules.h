@@ -107,23 +107,14 @@ class CallRule {
   Moment last_dial_{0};
 };
 
-// Switch-on and switch-off of each day of the week and self-tests by date, as numbers.
-struct Minute {
-  int hour = 0;
-  int minute = 0;
-};
+// What the schedule has to do at the minute of `at`: each week on a day, 1 Monday to 7 Sunday, or
+// with `weekday` 0 on the date of `at` alone.
+struct Appointment {
+  enum class What { kSwitchOn, kSwitchOff, kSelfTest } what;
+  int weekday;
+  LocalTime at;
 
-struct Timetable {
-  std::optional<Minute> on[7], off[7];  // from Monday
-  struct Dated {
-    int year = 0, month = 0, day = 0;
-    std::optional<Minute> on, off;  // a self-test has no `off`
-  };
-  std::optional<Dated> special, test;
-
-  bool OnDue(const LocalTime& now) const;
-  bool OffDue(const LocalTime& now) const;
-  bool TestDue(const LocalTime& now) const;
+  bool Due(const LocalTime& now) const;
 };
 
 // A line of the log and a record of the day, stamped.
