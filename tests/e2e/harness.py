@@ -68,6 +68,11 @@ class Process:
         self.process.stdin.write(text + "\n")
         self.process.stdin.flush()
 
+    def holds(self, path):
+        """Whether it has the file or device open."""
+        held = f"/proc/{self.pid}/fd"
+        return os.path.realpath(path) in [os.path.realpath(f"{held}/{n}") for n in os.listdir(held)]
+
     def terminate(self, number=signal.SIGTERM):
         if self.running():
             self.process.send_signal(number)
@@ -87,28 +92,39 @@ class Process:
             stream.close()
 
 
-class Simulator(Process):
-    """The simulated UPS on a pseudo-terminal; `commands` are the texts that reached it."""
-
-    COMMAND = re.compile(r"^\s*([0-9.]+) > (.*)$")
-
-    def __init__(self, link, *arguments, program="orvane-ups-sim"):
-        self.link = Path(link)
-        super().__init__([BUILD / program, "--link", self.link, *arguments])
-        wait_until(self.link.exists, f"{program} offers its line")
-
-    def timed_commands(self):
-        found = (self.COMMAND.match(line) for line in list(self.lines))
-        return [(float(match[1]), match[2]) for match in found if match]
-
-    def commands(self):
-        return [command for _, command in self.timed_commands()]
+class Wire:
+    """The far end of a line; `commands()` are the texts that reached it."""
 
     def count(self, command):
         return self.commands().count(command)
 
     def wait_for(self, command, count=1, patience=PATIENCE):
         wait_until(lambda: self.count(command) >= count, f"{command} x {count} on the wire", patience)
+
+    def next_poll(self, count=1):
+        self.wait_for("Q1", self.count("Q1") + count)
+
+
+class Simulator(Process, Wire):
+    """A simulated UPS or modem on a pseudo-terminal."""
+
+    LINE = re.compile(r"([0-9.]+) (.) (.*)")
+
+    def __init__(self, link, *arguments, program="orvane-ups-sim"):
+        self.link = Path(link)
+        super().__init__([BUILD / program, "--link", self.link, *arguments])
+        wait_until(self.link.exists, f"{program} offers its line")
+
+    def moments(self, mark):
+        """Seconds and text of the lines with this mark."""
+        found = (self.LINE.fullmatch(line) for line in list(self.lines))
+        return [(float(match[1]), match[3]) for match in found if match and match[2] == mark]
+
+    def timed_commands(self):
+        return self.moments(">")
+
+    def commands(self):
+        return [command for _, command in self.timed_commands()]
 
 
 class OrvaneTest(unittest.TestCase):
@@ -126,16 +142,11 @@ class OrvaneTest(unittest.TestCase):
         folder = Path(tempfile.mkdtemp(prefix="orvane-test-"))
         self.addCleanup(shutil.rmtree, folder, ignore_errors=True)
         for name in ("orvane", "exit.exe"):
-            if (BUILD / name).exists():
-                os.link(BUILD / name, folder / name) if self._same_device(folder) else \
-                    shutil.copy2(BUILD / name, folder / name)
+            same_device = os.stat(BUILD).st_dev == os.stat(folder).st_dev
+            (os.link if same_device else shutil.copy2)(BUILD / name, folder / name)
         self.write_platform(folder)
         self.write_settings(self.SETTINGS, folder)
         return folder
-
-    @staticmethod
-    def _same_device(folder):
-        return os.stat(BUILD).st_dev == os.stat(folder).st_dev
 
     def write_platform(self, folder=None, **ports):
         folder = folder or self.folder
@@ -149,28 +160,23 @@ class OrvaneTest(unittest.TestCase):
         ((folder or self.folder) / "Orvane.ini").write_bytes((line + "\r\n").encode("utf-8"))
 
     def environment(self, **extra):
-        env = dict(os.environ)
-        env.setdefault("QT_QPA_PLATFORM", "offscreen")
-        # No test reaches the desktop of whoever runs it: the companion would close what is open.
-        for name in ("DISPLAY", "WAYLAND_DISPLAY", "XDG_RUNTIME_DIR"):
-            env.pop(name, None)
-        # No test reaches a bus of this machine.
+        """No test reaches the desktop of whoever runs it, where the companion would close what is
+        open, nor a bus of this machine."""
         nowhere = f"unix:path={self.folder}/no-bus"
-        env["DBUS_SYSTEM_BUS_ADDRESS"] = nowhere
-        env["DBUS_SESSION_BUS_ADDRESS"] = nowhere
-        env["XDG_RUNTIME_DIR"] = str(self.folder)
-        env["XDG_DATA_HOME"] = str(self.folder / "data")
-        env["LSAN_OPTIONS"] = "suppressions=" + str(Path(__file__).with_name("leaks.supp"))
-        env.update(extra)
-        return env
+        desktop = ("DISPLAY", "WAYLAND_DISPLAY")
+        return {"QT_QPA_PLATFORM": "offscreen",
+                **{name: text for name, text in os.environ.items() if name not in desktop},
+                "DBUS_SYSTEM_BUS_ADDRESS": nowhere, "DBUS_SESSION_BUS_ADDRESS": nowhere,
+                "XDG_RUNTIME_DIR": str(self.folder), "XDG_DATA_HOME": str(self.folder / "data"),
+                "LSAN_OPTIONS": f"suppressions={Path(__file__).with_name('leaks.supp')}", **extra}
 
     def start_process(self, *arguments, **kwargs):
         process = Process(arguments, **kwargs)
         self.addCleanup(process.close)
         return process
 
-    def start_simulator(self, *arguments):
-        simulator = Simulator(self.ups_link, *arguments)
+    def start_simulator(self, *arguments, link=None, **kwargs):
+        simulator = Simulator(link or self.ups_link, *arguments, **kwargs)
         self.addCleanup(simulator.close)
         return simulator
 
@@ -195,9 +201,9 @@ class OrvaneTest(unittest.TestCase):
             position = match.end()
         return messages
 
-    def records(self):
+    def records(self, folder=None):
         """The codes of the daily record in order; every record is checked whole."""
-        path = self.folder / "DateRec.rec"
+        path = (folder or self.folder) / "DateRec.rec"
         data = path.read_bytes() if path.exists() else b""
         self.assertEqual(len(data) % 20, 0)
         codes = []
@@ -208,10 +214,27 @@ class OrvaneTest(unittest.TestCase):
             codes.append(int(match[1]))
         return codes
 
-    def wait_for_log(self, *messages):
+    def wait_for_log(self, *messages, folder=None):
         """Waits until the log holds just these messages, in this order."""
-        wait_until(lambda: self.log_messages() == list(messages),
-                   f"{messages} in the log, which is {self.log_messages()}")
+        wait_until(lambda: self.log_messages(folder) == list(messages), f"{messages} in the log")
+
+    def wait_for_records(self, *codes, folder=None):
+        """Each follows its line of the log."""
+        wait_until(lambda: self.records(folder) == list(codes), f"{codes} in the daily record")
+
+
+class UpsTest(OrvaneTest):
+    """With a UPS that the test plays."""
+
+    def setUp(self):
+        super().setUp()
+        self.ups = PtyUps(self.ups_link)
+        self.addCleanup(self.ups.close)
+        self.ups.answer["Q1"] = status()
+
+    def wait_for_link(self):
+        """The UPS is asked for its data when the link comes up."""
+        self.ups.wait_for("MD")
 
 
 def status(bits="0000", load="035", voltage="230.0"):
@@ -219,10 +242,7 @@ def status(bits="0000", load="035", voltage="230.0"):
     return f"({voltage} 229.0 {voltage} {load} 50.0 2.20 25.0 {bits}0001\r".encode()
 
 
-INFORMATION = b"OV-1000,700,2.1,220,x,8,12,y,zzzzzz\r"
-
-
-class PtyUps:
+class PtyUps(Wire):
     """A UPS played by the test itself: what it answers is the test's to say, to the byte."""
 
     def __init__(self, link):
@@ -264,14 +284,8 @@ class PtyUps:
                 for piece in answer() if callable(answer) else [answer] if answer else []:
                     self.send(piece)
 
-    def count(self, command):
-        return self.heard.count(command)
-
-    def wait_for(self, command, count=1):
-        wait_until(lambda: self.count(command) >= count, f"{command} x {count} on the wire")
-
-    def next_poll(self, count=1):
-        self.wait_for("Q1", self.count("Q1") + count)
+    def commands(self):
+        return list(self.heard)
 
     def close(self):
         if not self._stop.is_set():

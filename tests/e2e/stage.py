@@ -3,7 +3,6 @@ systemd's user manager, and an X11 display with a window manager."""
 
 import os
 import signal
-import struct
 import subprocess
 from pathlib import Path
 
@@ -98,9 +97,9 @@ for name, (pid, group) in units.items():
 
 
 class XDisplay:
-    """A virtual X11 display with a light window manager."""
+    """A virtual X11 display, with a light window manager if it is wanted."""
 
-    def __init__(self, folder):
+    def __init__(self, folder, managed=True):
         reading, writing = os.pipe()
         self.server = subprocess.Popen(
             ["Xvfb", "-displayfd", str(writing), "-screen", "0", "1024x768x24", "-nolisten", "tcp",
@@ -110,11 +109,13 @@ class XDisplay:
             self.name = ":" + number.readline().strip()
         # A home of its own, so that nobody's taste in windows plays a part.
         self.env = {"DISPLAY": self.name, "QT_QPA_PLATFORM": "xcb", "HOME": str(folder)}
-        self.manager = subprocess.Popen(
-            ["openbox", "--sm-disable"], env={**os.environ, **self.env},
-            stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
-        wait_until(lambda: "window id" in self.ask("xprop", "-root", "_NET_CLIENT_LIST"),
-                   "the window manager manages windows")
+        self.processes = [self.server]
+        if managed:
+            self.processes.insert(0, subprocess.Popen(
+                ["openbox", "--sm-disable"], env={**os.environ, **self.env},
+                stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL))
+            wait_until(lambda: "window id" in self.ask("xprop", "-root", "_NET_CLIENT_LIST"),
+                       "the window manager manages windows")
 
     def ask(self, *command):
         return subprocess.run(command, env={**os.environ, **self.env}, capture_output=True,
@@ -130,28 +131,33 @@ class XDisplay:
                 found[number] = name.partition(" = ")[2].strip().strip('"')
         return found
 
+    def find(self, title, but=None):
+        """The number of a window of this title; None when there is none."""
+        return next((n for n, t in self.windows().items() if t == title and n != but), None)
+
     def wait_for_window(self, title):
-        """The number of the window of this title, once it is there."""
-        return wait_until(
-            lambda: next((n for n, t in self.windows().items() if t == title), None),
-            f"a window {title}")
+        return wait_until(lambda: self.find(title), f"a window {title}")
+
+    def wait_for_end_of(self, title, but=None):
+        wait_until(lambda: not self.find(title, but), f"{title} has gone")
 
     def key(self, window, *keys):
         """Strokes on the keyboard while the window is the active one."""
         self.ask("xdotool", "windowactivate", "--sync", window)
         self.ask("xdotool", "key", "--delay", "150", *keys)
 
-    def picture(self, window):
-        """The pixels of a window that nothing covers, by rows; red, green and blue of each."""
-        dump = subprocess.run(["xwd", "-silent", "-id", window], env={**os.environ, **self.env},
-                              stdout=subprocess.PIPE, timeout=PATIENCE, check=True).stdout
-        header = struct.unpack(">25I", dump[:100])
-        size, width, height, line, colours = (header[i] for i in (0, 4, 5, 12, 19))
-        pixels = dump[size + 12 * colours:]
-        return [[(pixels[at + 2], pixels[at + 1], pixels[at])
-                 for at in range(y * line, y * line + 4 * width, 4)] for y in range(height)]
+    def strike(self, window, keys, title, but=None):
+        """The window that strokes open. A stroke that comes before its menu is there is lost, so all
+        of them are repeated until the window stands."""
+        def opened():
+            self.key(window, *keys)
+            try:
+                return wait_until(lambda: self.find(title, but), title, patience=2)
+            except AssertionError:
+                return None
+        return wait_until(opened, f"{title} after {keys}")
 
     def close(self):
-        for process in (self.manager, self.server):
+        for process in self.processes:
             process.terminate()
             process.wait(PATIENCE)

@@ -17,32 +17,33 @@ FITTED_TITLE = LONG_TITLE[:-2]
 
 class CompanionTest(OrvaneTest):
 
+    def setUp(self):
+        super().setUp()
+        (self.folder / "report").mkdir()
+        (self.folder / "platform.ini").write_text("[Directories]\nWindows=report\n")
+
+    def start_companion(self, **environment):
+        return self.start_process(self.folder / "exit.exe", cwd="/",
+                                  env=self.environment(**environment))
+
     def run_companion(self, **environment):
         """Runs it to its end; what it told on standard error."""
-        companion = self.start_process(self.folder / "exit.exe",
-                                       env=self.environment(**environment), cwd="/")
+        companion = self.start_companion(**environment)
         self.assertEqual(companion.wait(patience=40), 0, companion.errors)
         return companion.errors
 
     def report(self):
         """The lines that tell something: not how sections are parted."""
-        text = (self.folder / "SaverApp.INI").read_bytes().decode()
+        text = (self.folder / "report" / "SaverApp.INI").read_bytes().decode()
         return [line for line in text.split("\r\n") if line]
 
 
 class NobodyThereTest(CompanionTest):
 
-    def test_report_lies_where_platform_ini_says(self):
-        (self.folder / "elsewhere").mkdir()
-        (self.folder / "platform.ini").write_text("[Directories]\nWindows=elsewhere\n")
-        self.run_companion()
-        self.assertTrue((self.folder / "elsewhere" / "SaverApp.INI").exists())
-        self.assertFalse((self.folder / "SaverApp.INI").exists())
-
     def test_report_that_cannot_be_written_leaves_the_old_one(self):
-        old = self.folder / "SaverApp.INI"
+        old = self.folder / "report" / "SaverApp.INI"
         old.mkdir()
-        companion = self.start_process(self.folder / "exit.exe", env=self.environment(), cwd="/")
+        companion = self.start_companion()
         self.assertEqual(companion.wait(), 1)
         self.assertIn("could not be written", companion.errors[-1])
         self.assertTrue(old.is_dir())
@@ -56,7 +57,7 @@ class DisplayTest(CompanionTest):
         self.addCleanup(self.display.close)
 
     def open_window(self, title, *arguments, program=BUILD / "orvane-test-window"):
-        folder = self.folder / f"documents {len(self.display.windows())}"
+        folder = self.folder / f"documents of {title[:6]}"
         folder.mkdir()
         window = self.start_process(
             program, "--title", title, *arguments,
@@ -79,13 +80,8 @@ class DisplayTest(CompanionTest):
         told = self.run_companion(**self.display.env)
 
         self.assertEqual(told, ["exit.exe: 2 of 3 applications closed"])
-        self.assertEqual(letter.wait(), 0)
-        self.assertEqual(slow.wait(), 0)
-        for window in (refuser, dock, own):
-            self.assertTrue(window.running())
-        self.assertEqual(refuser.lines.count("asked"), 1)
-        self.assertNotIn("asked", dock.lines)
-        self.assertNotIn("asked", own.lines)
+        self.assertEqual((letter.wait(), slow.wait()), (0, 0))
+        self.assertEqual([window.lines for window in (refuser, dock, own)], [["asked"], [], []])
         self.assertCountEqual(self.display.windows().values(), ["Draft*", "Panel", "Weekly setting"])
         self.assertEqual(self.report(), [
             "[Main]", "ShowMsg=1", "AppNumber=2", "App0=Application0", "App1=Application1",
@@ -95,10 +91,17 @@ class DisplayTest(CompanionTest):
             f"File0={slow_folder}/图纸.dxf.final",
             "[Application2]", "Title=Draft*", "FileNumber=0"])
 
+        # With the last window of a display nothing is left to wait for.
+        for window in (refuser, dock, own):
+            window.close()
+        wait_until(lambda: not self.display.windows(), "an empty display")
+        self.open_window("Last")
+        self.assertEqual(self.run_companion(**self.display.env),
+                         ["exit.exe: 1 of 1 applications closed"])
+
     def test_a_display_that_dies_ends_the_wait(self):
         refuser, _ = self.open_window("Draft*", "--refuse")
-        companion = self.start_process(self.folder / "exit.exe",
-                                       env=self.environment(**self.display.env), cwd="/")
+        companion = self.start_companion(**self.display.env)
         wait_until(lambda: "asked" in refuser.lines, "the window is asked")
         self.display.server.terminate()
         self.assertEqual(companion.wait(patience=20), 0)

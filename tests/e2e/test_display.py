@@ -1,63 +1,95 @@
-"""The real program on a real display server: its window, and the end of the desktop."""
+"""The real program on a real display server: its windows, and the end of the desktop."""
 
-import os
-import re
-import subprocess
 import unittest
 
-from harness import OrvaneTest, PtyUps, status, wait_until
+from harness import UpsTest, status, wait_until
+from stage import XDisplay
+
+REPORT = (b"; kept\r\n[Main]\r\nShowMsg=%s\r\nAppNumber=1\r\nApp0=Editor\r\n"
+          b"[Editor]\r\nTitle=Letter\r\nFileNumber=0\r\n")
 
 
-class DisplayTest(OrvaneTest):
+class DisplayTest(UpsTest):
 
-    def setUp(self):
-        super().setUp()
-        self.ups = PtyUps(self.ups_link)
-        self.addCleanup(self.ups.close)
-        read_end, write_end = os.pipe()
-        self.display = self.start_process(
-            "/bin/sh", "-c", f"exec Xvfb -displayfd {write_end} -screen 0 1024x768x24 -nolisten tcp",
-            pass_fds=[write_end])
-        os.close(write_end)
-        with os.fdopen(read_end) as told:
-            self.number = ":" + told.readline().strip()
+    def start_display(self, managed=True):
+        display = XDisplay(self.new_folder(), managed)
+        self.addCleanup(display.close)
+        return display
 
-    def start(self):
-        return self.start_orvane(QT_QPA_PLATFORM="xcb", DISPLAY=self.number)
-
-    def windows(self):
-        tree = subprocess.run(["xwininfo", "-root", "-tree", "-display", self.number],
-                              capture_output=True, text=True, check=False).stdout
-        return re.findall(r'"([^"]*)": \("orvane"', tree)
+    @staticmethod
+    def wait_for_window(display, title):
+        """Also where no window manager knows of it."""
+        wait_until(lambda: f'"{title}"' in display.ask("xwininfo", "-root", "-tree"), title)
 
     def test_end_of_the_desktop_takes_the_closing_path(self):
-        self.ups.answer = {"Q1": status()}
-        orvane = self.start()
-        # Replies count although no window manager makes the window active.
-        self.ups.wait_for("MD")
-        self.assertIn("Orvane", self.windows())
-        self.display.terminate()
-        orvane.wait()
-        self.assertEqual(self.log_messages(), ["Program start", "Program end"])
+        log = []
+        for window in ("Orvane", "Warning"):
+            with self.subTest(window):
+                if window == "Warning":  # a box tells that no port opens
+                    self.ups_link.unlink()
+                display = self.start_display(managed=False)
+                orvane = self.start_orvane(**display.env)
+                if window == "Orvane":
+                    # Replies count although no window manager makes the window active.
+                    self.wait_for_link()
+                self.wait_for_window(display, window)
+                display.server.terminate()
+                orvane.wait()
+                log += ["Program start", "Program end"]
+                self.assertEqual(self.log_messages(), log)
 
-    def test_desktop_that_ends_while_a_box_stands_open(self):
-        self.ups_link.unlink()
-        orvane = self.start()
-        wait_until(lambda: "Warning" in self.windows(), "the box tells that no port opens")
-        self.display.terminate()
-        orvane.wait()
-        self.assertEqual(self.log_messages(), ["Program start", "Program end"])
-
-    def test_desktop_that_ends_before_the_box_of_a_second_instance(self):
+    def test_second_instance_is_turned_away_and_the_first_notices_nothing(self):
         first = self.start_orvane()
-        self.ups.wait_for("Q1")
-        second = self.start()
-        wait_until(lambda: "Orvane：Info" in self.windows(), "the second instance is turned away")
-        self.display.terminate()
-        second.wait()
-        self.assertEqual(self.log_messages(), ["Program start"])
+        self.wait_for_link()
+        for end_of_the_desktop in (False, True):
+            display = self.start_display(managed=False)
+            second = self.start_orvane(**display.env)
+            self.wait_for_window(display, "Orvane：Info")
+            self.assertFalse(second.holds(self.ups_link))
+            if end_of_the_desktop:
+                display.server.terminate()
+                second.wait()
+            else:
+                self.assertEqual(second.terminate(), 0)
+            self.assertEqual(self.log_messages(), ["Program start"])
+        self.ups.next_poll(2)
         self.assertEqual(first.terminate(), 0)
         self.assertEqual(self.log_messages(), ["Program start", "Program end"])
+
+    def test_windows_read_old_files_and_delete_none_but_the_log(self):
+        old = ('"\n2001-02-16 9:05:33 市电失效"\r\n'.encode("gb18030") + bytes(100) +
+               b'\xff\x00\r\n"\n2001-02-16 half')
+        (self.folder / "system.LOG").write_bytes(old)
+        (self.folder / "DateRec.rec").write_bytes(b"\xff" * 1000 + b"\r\n" + b'"\n2001')
+        (self.folder / "SaverApp.INI").write_bytes(REPORT % b"1")
+        display = self.start_display()
+        orvane = self.start_orvane(**display.env)
+        self.wait_for_link()  # by then the splash has gone
+        main = display.wait_for_window("Orvane")
+
+        def open_window(key, title):
+            return display.strike(main, ["Escape", "alt+n", key], title)
+
+        def files():
+            return {path.name: path.read_bytes() for path in self.folder.iterdir()
+                    if path.is_file() and path != self.ups_link}
+
+        open_window("d", "Even Day")
+        display.key(open_window("s", "Close Information"), "alt+c")
+        wait_until(lambda: files()["SaverApp.INI"] == REPORT % b"0", "the report is dealt with")
+        before = files()
+        self.assertTrue(before["system.LOG"].startswith(old))
+
+        log = open_window("l", "Log File")
+        for key in ("Return", "alt+y"):  # No is the answer of Enter
+            self.assertEqual(files(), before)
+            display.key(display.strike(log, ["alt+c"], "Orvane", but=main), key)
+            display.wait_for_end_of("Orvane", but=main)
+        before.pop("system.LOG")
+        self.assertEqual(files(), before)
+        self.ups.answer["Q1"] = status("0100")
+        self.wait_for_log("Batt. Low")
+        self.assertEqual(orvane.terminate(), 0)
 
 
 if __name__ == "__main__":

@@ -38,59 +38,51 @@ Fate KilledAt(int stops, const std::function<void()>& act) {
   return Fate::kKilled;
 }
 
-// Kills the writer at each of its stops in turn and lets `check` look at what it left.
-void AtEveryMoment(const std::function<void(const TempFolder&)>& prepare,
-                   const std::function<void(const TempFolder&)>& act,
-                   const std::function<void(const TempFolder&)>& check) {
-  int stops = 0;
-  for (Fate fate = Fate::kKilled; fate == Fate::kKilled; ++stops) {
-    const TempFolder folder;
-    prepare(folder);
-    fate = KilledAt(stops, [&] { act(folder); });
-    if (fate == Fate::kNotTraced) GTEST_SKIP() << "no process may be traced here";
-    SCOPED_TRACE(stops);
-    check(folder);
-    if (testing::Test::HasFailure()) return;
-  }
-  // Opening, writing, syncing, closing: each stops twice.
-  EXPECT_GT(stops, 8);
-}
+struct Write {
+  const char* name;
+  std::string before;  // empty: no file
+  bool (*act)(LinuxDisk& disk, const std::string& path);
+  std::string (*after)(const std::string& before);
+};
 
-constexpr std::string_view kOld = "2,30,0,5,0,2,30,1,3,110,\"119\",1\r\n";
-constexpr std::string_view kNew = "1,10,0,2,0,2,30,0,0,0,\"\",0\r\n";
-constexpr std::string_view kRecord = "\"\n2001-02-16 09 1\"\r\n";
+const std::string kSettings = "1,10,0,2,0,2,30,0,0,0,\"\",0\r\n";
+const std::string kRecord = "\"\n2001-02-16 09 1\"\r\n";
+
+bool Replace(LinuxDisk& disk, const std::string& path) {
+  return disk.Replace(path, kSettings);
+}
+bool Append(LinuxDisk& disk, const std::string& path) {
+  return disk.Append(path, kRecord);
+}
+std::string Settings(const std::string&) {
+  return kSettings;
+}
+std::string OneMore(const std::string& before) {
+  return before + kRecord;
+}
 
 TEST(KilledWriter, LeavesTheOldFileOrTheNewOne) {
-  const auto act = [](const TempFolder& folder) {
-    LinuxDisk().Replace(folder.Path("Orvane.ini"), kNew);
-  };
-  const auto check = [](const TempFolder& folder) {
-    const std::string found = folder.Read("Orvane.ini");
-    EXPECT_TRUE(found == kOld || found == kNew) << found;
-    // The next save works, whatever lies about.
-    EXPECT_TRUE(LinuxDisk().Replace(folder.Path("Orvane.ini"), kOld));
-    EXPECT_EQ(folder.Read("Orvane.ini"), kOld);
-    EXPECT_EQ(folder.Size(), 1U);
-  };
-  AtEveryMoment([](const TempFolder& folder) { folder.Write("Orvane.ini", kOld); }, act, check);
-}
-
-TEST(KilledWriter, LeavesWholeRecordsOnly) {
-  for (const std::string before : {"", kRecord.data()}) {
-    SCOPED_TRACE(before.size());
-    const auto prepare = [&](const TempFolder& folder) {
-      if (!before.empty()) folder.Write("DateRec.rec", before);
-    };
-    const auto act = [](const TempFolder& folder) {
-      LinuxDisk().Append(folder.Path("DateRec.rec"), kRecord);
-    };
-    const auto check = [&](const TempFolder& folder) {
-      const std::string found = folder.Read("DateRec.rec");
-      EXPECT_TRUE(found == before || found == before + std::string(kRecord)) << found;
-      EXPECT_TRUE(LinuxDisk().Append(folder.Path("DateRec.rec"), kRecord));
-      EXPECT_EQ(folder.Read("DateRec.rec"), found + std::string(kRecord));
-    };
-    AtEveryMoment(prepare, act, check);
+  for (const Write& write : {Write{"settings", "2,30,0,5\r\n", Replace, Settings},
+                             {"first record", "", Append, OneMore},
+                             {"second record", kRecord, Append, OneMore}}) {
+    int stops = 0;
+    for (Fate fate = Fate::kKilled; fate == Fate::kKilled; ++stops) {
+      SCOPED_TRACE(write.name + std::to_string(stops));
+      const TempFolder folder;
+      LinuxDisk disk;
+      const std::string path = folder.Path("file");
+      if (!write.before.empty()) folder.Write("file", write.before);
+      fate = KilledAt(stops, [&] { write.act(disk, path); });
+      if (fate == Fate::kNotTraced) GTEST_SKIP() << "no process may be traced here";
+      const std::string found = folder.Read("file");
+      ASSERT_TRUE(found == write.before || found == write.after(write.before)) << found;
+      // The next one works, whatever lies about.
+      ASSERT_TRUE(write.act(disk, path));
+      ASSERT_EQ(folder.Read("file"), write.after(found));
+      ASSERT_EQ(folder.Size(), 1U);
+    }
+    // Opening, writing, syncing, closing: each stops twice.
+    EXPECT_GT(stops, 8);
   }
 }
 

@@ -33,20 +33,6 @@ bool OnFullDisk(rlim_t bytes, const std::function<bool()>& act) {
   return WEXITSTATUS(status) == 1;
 }
 
-TEST(LinuxDisk, AppendsUnsettledAsItAppends) {
-  const TempFolder folder;
-  LinuxDisk disk;
-  const std::string log = folder.Path("DateRec.rec");
-  EXPECT_FALSE(disk.Settle(log));
-  EXPECT_TRUE(disk.AppendUnsettled(log, kRecord));
-  EXPECT_TRUE(disk.Append(log, kRecord));
-  EXPECT_TRUE(disk.AppendUnsettled(folder.Path("DATEREC.REC"), kRecord));
-  EXPECT_TRUE(disk.Settle(log));
-  EXPECT_FALSE(OnFullDisk(70, [&] { return disk.AppendUnsettled(log, kRecord); }));
-  EXPECT_EQ(disk.Read(log)->size(), 60U);
-  EXPECT_FALSE(disk.AppendUnsettled(folder.Path("missing/System.log"), kRecord));
-}
-
 TEST(LinuxDisk, FindsNamesInAnyCase) {
   const TempFolder folder;
   LinuxDisk disk;
@@ -55,7 +41,9 @@ TEST(LinuxDisk, FindsNamesInAnyCase) {
   EXPECT_TRUE(disk.Open(folder.Path("SYSTEM.log")));
   EXPECT_TRUE(disk.Exists(folder.Path("system.log")));
   EXPECT_TRUE(disk.Append(folder.Path("system.log"), " two"));
-  EXPECT_EQ(folder.Read("System.log"), "one two");
+  EXPECT_TRUE(disk.AppendUnsettled(folder.Path("SYSTEM.log"), " three"));
+  EXPECT_TRUE(disk.Settle(folder.Path("system.LOG")));
+  EXPECT_EQ(folder.Read("System.log"), "one two three");
   EXPECT_TRUE(disk.Replace(folder.Path("SYSTEM.LOG"), "new"));
   EXPECT_EQ(folder.Read("System.log"), "new");
   EXPECT_EQ(folder.Size(), 1u);
@@ -79,6 +67,8 @@ TEST(LinuxDisk, WhatIsNoFileIsAbsent) {
     EXPECT_FALSE(disk.Read(folder.Path(name)));
     EXPECT_FALSE(disk.Open(folder.Path(name)));
     EXPECT_FALSE(disk.Append(folder.Path(name), kRecord));
+    EXPECT_FALSE(disk.AppendUnsettled(folder.Path(name), kRecord));
+    EXPECT_FALSE(disk.Settle(folder.Path(name)));
     EXPECT_FALSE(disk.Replace(folder.Path(name), kRecord));
   }
   EXPECT_EQ(folder.Size(), 2u);
@@ -106,18 +96,22 @@ TEST(LinuxDisk, ReplacedFileKeepsModeAndLink) {
 }
 
 TEST(LinuxDisk, FullDiskLeavesEverythingAsItWas) {
-  const TempFolder folder;
-  LinuxDisk disk;
-  const std::string log = folder.Write("System.log", std::string(60, 'x'));
-  // Room for none, for a part, and for just one more record.
-  EXPECT_FALSE(OnFullDisk(60, [&] { return disk.Append(log, kRecord); }));
-  EXPECT_FALSE(OnFullDisk(79, [&] { return disk.Append(log, kRecord); }));
-  EXPECT_EQ(folder.Read("System.log"), std::string(60, 'x'));
-  EXPECT_TRUE(OnFullDisk(80, [&] { return disk.Append(log, kRecord); }));
-  EXPECT_FALSE(OnFullDisk(10, [&] { return disk.Append(folder.Path("DateRec.rec"), kRecord); }));
-  EXPECT_FALSE(OnFullDisk(10, [&] { return disk.Replace(log, kRecord); }));
-  EXPECT_EQ(folder.Read("System.log").size(), 80u);
-  EXPECT_EQ(folder.Size(), 1u);
+  for (const auto append : {&LinuxDisk::Append, &LinuxDisk::AppendUnsettled}) {
+    const TempFolder folder;
+    LinuxDisk disk;
+    const std::string before(60, 'x');
+    const std::string log = folder.Write("System.log", before);
+    // Room for none, for a part, and for just one more record.
+    for (const rlim_t room : {60, 79}) {
+      EXPECT_FALSE(OnFullDisk(room, [&] { return (disk.*append)(log, kRecord); }));
+    }
+    EXPECT_EQ(folder.Read("System.log"), before);
+    EXPECT_TRUE(OnFullDisk(80, [&] { return (disk.*append)(log, kRecord); }));
+    EXPECT_FALSE(OnFullDisk(10, [&] { return (disk.*append)(folder.Path("new"), kRecord); }));
+    EXPECT_FALSE(OnFullDisk(10, [&] { return disk.Replace(log, kRecord); }));
+    EXPECT_EQ(folder.Read("System.log").size(), 80U);
+    EXPECT_EQ(folder.Size(), 1U);
+  }
 }
 
 TEST(LinuxDisk, ViewOutlivesGrowthDeletionAndTruncation) {

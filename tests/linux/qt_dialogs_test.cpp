@@ -6,6 +6,7 @@
 #include <QPushButton>
 #include <QTimer>
 #include <functional>
+#include <utility>
 
 namespace orvane::test {
 namespace {
@@ -33,27 +34,24 @@ class QtDialogsTest : public testing::Test {
 };
 
 TEST_F(QtDialogsTest, QuestionIsYesForYesAlone) {
-  struct Case {
-    const char* name;
-    std::function<void(QMessageBox&)> act;
-    bool answer;
+  const std::pair<std::function<void(QMessageBox&)>, bool> cases[] = {
+      {[](QMessageBox& box) { box.button(QMessageBox::Yes)->click(); }, true},
+      {[](QMessageBox& box) { box.button(QMessageBox::No)->click(); }, false},
+      {[](QMessageBox& box) { box.defaultButton()->click(); }, false},  // by Enter
+      {[](QMessageBox& box) { box.close(); }, false},
+      {[this](QMessageBox&) { dialogs_.Dismiss(); }, false},
   };
-  for (const Case& c : {
-           Case{"Yes", [](QMessageBox& box) { box.button(QMessageBox::Yes)->click(); }, true},
-           Case{"No", [](QMessageBox& box) { box.button(QMessageBox::No)->click(); }, false},
-           Case{"Enter", [](QMessageBox& box) { box.defaultButton()->click(); }, false},
-           Case{"closed", [](QMessageBox& box) { box.close(); }, false},
-           Case{"dismissed", [this](QMessageBox&) { dialogs_.Dismiss(); }, false},
-       }) {
-    SCOPED_TRACE(c.name);
-    WhenItStands([&](QMessageBox& box) {
+  int number = 0;
+  for (const auto& [act, answer] : cases) {
+    SCOPED_TRACE(number++);
+    WhenItStands([&, act = act](QMessageBox& box) {
       EXPECT_EQ(box.text(), "Are you <sure>?");
       EXPECT_EQ(box.textFormat(), Qt::PlainText);
       EXPECT_EQ(box.icon(), QMessageBox::Question);
       EXPECT_EQ(box.windowTitle(), "Orvane");
-      c.act(box);
+      act(box);
     });
-    EXPECT_EQ(dialogs_.Ask("Are you <sure>?", "Orvane"), c.answer);
+    EXPECT_EQ(dialogs_.Ask("Are you <sure>?", "Orvane"), answer);
   }
 }
 

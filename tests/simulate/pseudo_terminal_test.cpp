@@ -25,14 +25,12 @@ struct Program {
   Program(const Program&) = delete;
   Program& operator=(const Program&) = delete;
 
-  // Up to `size` bytes, as soon as they are there; what came within the deadline.
-  std::string Read(std::size_t size) const {
+  // What comes up to and with the `last` bytes, or until nothing comes any more.
+  std::string ReadTo(std::string_view last) const {
     std::string text;
-    while (text.size() < size && Readable(descriptor)) {
-      char bytes[256];
-      const ssize_t count = read(descriptor, bytes, std::min(size - text.size(), sizeof bytes));
-      if (count <= 0) break;
-      text.append(bytes, static_cast<std::size_t>(count));
+    char byte = 0;
+    while (!text.ends_with(last) && Readable(descriptor) && read(descriptor, &byte, 1) == 1) {
+      text += byte;
     }
     return text;
   }
@@ -61,7 +59,7 @@ TEST_F(PseudoTerminalTest, BytesPassUnchangedWhoeverComesAndGoes) {
     ASSERT_TRUE(Readable(terminal_.Descriptor()));
     EXPECT_EQ(terminal_.Read(), every_byte);
     terminal_.Write(every_byte);
-    EXPECT_EQ(program.Read(256), every_byte);
+    EXPECT_EQ(program.ReadTo(every_byte), every_byte);
   }
 }
 
@@ -69,12 +67,8 @@ TEST_F(PseudoTerminalTest, WhatNobodyReadsGivesWayToTheNew) {
   const Program program(link_);
   for (int i = 0; i < 5000; ++i) terminal_.Write(std::string(100, 'x'));
   terminal_.Write("new");
-  std::string text;
-  while (!text.ends_with("new")) {
-    const std::string more = program.Read(1);
-    ASSERT_FALSE(more.empty()) << text.size();
-    text += more;
-  }
+  const std::string text = program.ReadTo("new");
+  EXPECT_TRUE(text.ends_with("new"));
   EXPECT_LT(text.size(), 100'000U);
 }
 
@@ -87,7 +81,7 @@ TEST_F(PseudoTerminalTest, BytesForNobodyAreLost) {
   terminal_.Write("after they went");
   const Program program(link_);
   terminal_.Write("for me");
-  EXPECT_EQ(program.Read(6), "for me");
+  EXPECT_EQ(program.ReadTo("me"), "for me");
 }
 
 TEST_F(PseudoTerminalTest, ALinkTakenOverByAnotherStays) {
