@@ -33,15 +33,16 @@ def wait_until(condition, what, patience=PATIENCE):
 
 
 class Process:
-    """A program of the project, its output collected line by line as it comes."""
+    """A program of the project, its output collected line by line as it comes. Root may have it run
+    by another `user`, told by number."""
 
-    def __init__(self, arguments, env=None, cwd=None, pass_fds=()):
+    def __init__(self, arguments, user=None, **kwargs):
         self.lines = []
         self.errors = []
         self.process = subprocess.Popen(
-            [str(argument) for argument in arguments], env=env, cwd=cwd, pass_fds=pass_fds, text=True,
-            encoding="utf-8", errors="replace", bufsize=1,
-            stdin=subprocess.PIPE, stdout=subprocess.PIPE, stderr=subprocess.PIPE)
+            [str(argument) for argument in arguments], stdin=subprocess.PIPE,
+            stdout=subprocess.PIPE, stderr=subprocess.PIPE, encoding="utf-8", errors="replace",
+            bufsize=1, user=user, group=user, extra_groups=None if user is None else [], **kwargs)
         self._readers = [
             threading.Thread(target=self._collect, args=pair, daemon=True)
             for pair in ((self.process.stdout, self.lines), (self.process.stderr, self.errors))]
@@ -99,7 +100,7 @@ class Wire:
         return self.commands().count(command)
 
     def wait_for(self, command, count=1, patience=PATIENCE):
-        wait_until(lambda: self.count(command) >= count, f"{command} x {count} on the wire", patience)
+        wait_until(lambda: self.count(command) >= count, f"{command} x {count}", patience)
 
     def next_poll(self, count=1):
         self.wait_for("Q1", self.count("Q1") + count)
@@ -110,14 +111,14 @@ class Simulator(Process, Wire):
 
     LINE = re.compile(r"([0-9.]+) (.) (.*)")
 
-    def __init__(self, link, *arguments, program="orvane-ups-sim"):
+    def __init__(self, link, *arguments, program="orvane-ups-sim", **kwargs):
         self.link = Path(link)
-        super().__init__([BUILD / program, "--link", self.link, *arguments])
+        super().__init__([BUILD / program, "--link", self.link, *arguments], **kwargs)
         wait_until(self.link.exists, f"{program} offers its line")
 
     def moments(self, mark):
         """Seconds and text of the lines with this mark."""
-        found = (self.LINE.fullmatch(line) for line in list(self.lines))
+        found = [self.LINE.fullmatch(line) for line in list(self.lines)]
         return [(float(match[1]), match[3]) for match in found if match and match[2] == mark]
 
     def timed_commands(self):
@@ -180,39 +181,28 @@ class OrvaneTest(unittest.TestCase):
         self.addCleanup(simulator.close)
         return simulator
 
-    def start_orvane(self, folder=None, **environment):
-        folder = folder or self.folder
-        return self.start_process(folder / "orvane", env=self.environment(**environment), cwd="/")
+    def start_orvane(self, **environment):
+        return self.start_process(self.folder / "orvane", env=self.environment(**environment),
+                                  cwd="/")
 
-    def log(self, folder=None):
-        path = (folder or self.folder) / "System.log"
-        return path.read_bytes() if path.exists() else b""
+    def journal(self, name, hour, rest, folder):
+        """What the `rest` behind each date and hour of a journal holds. The whole file is checked
+        by its form."""
+        path = (folder or self.folder) / name
+        data = path.read_bytes() if path.exists() else b""
+        form = rb'"\n\d{4}-\d\d-\d\d (?:' + hour + rb")" + rest + rb'"\r\n'
+        self.assertRegex(data, rb"\A(?:" + form + rb")*\Z")
+        return re.findall(form, data)
 
     def log_messages(self, folder=None):
-        """The messages of the log in order, without their dates; every line is checked whole."""
-        text = self.log(folder)
-        messages = []
-        form = re.compile(rb'"\n\d{4}-\d\d-\d\d (?:[1-9]|1\d|2[0-3]|0):[0-5]\d:[0-5]\d ([^"\n]*)"\r\n')
-        position = 0
-        while position < len(text):
-            match = form.match(text, position)
-            self.assertIsNotNone(match, f"a log line out of form at {position}: {text!r}")
-            messages.append(match[1].decode("utf-8"))
-            position = match.end()
-        return messages
+        """The messages of the log in order, without their dates."""
+        found = self.journal("System.log", rb'1?\d|2[0-3]', rb':[0-5]\d:[0-5]\d ([^"\n]*)', folder)
+        return [message.decode("utf-8") for message in found]
 
     def records(self, folder=None):
-        """The codes of the daily record in order; every record is checked whole."""
-        path = (folder or self.folder) / "DateRec.rec"
-        data = path.read_bytes() if path.exists() else b""
-        self.assertEqual(len(data) % 20, 0)
-        codes = []
-        for start in range(0, len(data), 20):
-            record = data[start:start + 20]
-            match = re.fullmatch(rb'"\n\d{4}-\d\d-\d\d (?:[01]\d|2[0-3]) (\d)"\r\n', record)
-            self.assertIsNotNone(match, f"a record out of form: {record!r}")
-            codes.append(int(match[1]))
-        return codes
+        """The codes of the daily record in order."""
+        found = self.journal("DateRec.rec", rb"[01]\d|2[0-3]", rb" (\d)", folder)
+        return [int(code) for code in found]
 
     def wait_for_log(self, *messages, folder=None):
         """Waits until the log holds just these messages, in this order."""

@@ -147,8 +147,8 @@ class XDisplay:
         self.ask("xdotool", "key", "--delay", "150", *keys)
 
     def strike(self, window, keys, title, but=None):
-        """The window that strokes open. A stroke that comes before its menu is there is lost, so all
-        of them are repeated until the window stands."""
+        """The window that strokes open. A stroke that comes before its menu is there is lost, so
+        all of them are repeated until the window stands."""
         def opened():
             self.key(window, *keys)
             try:

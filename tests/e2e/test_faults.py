@@ -10,7 +10,6 @@ import unittest
 from harness import UpsTest, status, wait_until
 
 NOBODY = 65534
-AS_NOBODY = ["setpriv", f"--reuid={NOBODY}", f"--regid={NOBODY}", "--clear-groups"]
 
 
 class PortTest(UpsTest):
@@ -52,8 +51,8 @@ class FileTest(UpsTest):
 
     def start_as_nobody(self):
         os.chmod(os.path.realpath(self.ups_link), 0o666)
-        orvane = self.start_process(*AS_NOBODY, self.folder / "orvane",
-                                    env=self.environment(HOME=str(self.folder)), cwd="/")
+        orvane = self.start_process(self.folder / "orvane", user=NOBODY, cwd="/",
+                                    env=self.environment(HOME=str(self.folder)))
         self.wait_for_link()
         return orvane
 
@@ -94,8 +93,8 @@ class FileTest(UpsTest):
 
     @unittest.skipUnless(os.geteuid() == 0, "root itself is never refused")
     def test_read_only_directories(self):
-        """At the start the files are with the user; later what can be written is, and what cannot be
-        made is made when it can."""
+        """At the start the files are with the user; later what can be written is, and what cannot
+        be made is made when it can."""
         home = self.folder / "data" / "orvane"
         home.mkdir(parents=True)
         (self.folder / "platform.ini").rename(home / "platform.ini")

@@ -12,8 +12,7 @@ namespace {
 class Window : public QWidget {
  public:
   explicit Window(const QCommandLineParser& orders)
-      : aside_(orders.value("aside")),
-        seconds_(orders.value("seconds").toInt()),
+      : seconds_(orders.value("seconds").toInt()),
         refuses_(orders.isSet("refuse")),
         held_(orders.value("hold")) {
     setWindowTitle(orders.value("title"));
@@ -25,31 +24,19 @@ class Window : public QWidget {
   void closeEvent(QCloseEvent* event) override {
     std::puts("asked");
     std::fflush(stdout);
-    if (refuses_) {
-      event->ignore();
-    } else if (seconds_ > 0) {
-      event->ignore();
+    if (refuses_ || seconds_ > 0) event->ignore();
+    if (!refuses_ && seconds_ > 0) {
       QTimer::singleShot(seconds_ * 1000, this, [this] {
         seconds_ = 0;
         close();
       });
-    } else {
-      Save();
+    } else if (!refuses_ && held_.isOpen()) {
+      held_.write("saved");
+      held_.close();
     }
   }
 
  private:
-  void Save() {
-    if (held_.isOpen()) held_.write("saved");
-    held_.close();
-    QFile aside(aside_);
-    if (aside_.isEmpty() || !aside.open(QIODevice::WriteOnly)) return;
-    aside.write("saved");
-    aside.close();
-    aside.rename(aside_ + ".final");
-  }
-
-  const QString aside_;
   int seconds_;
   const bool refuses_;
   QFile held_;
@@ -62,7 +49,6 @@ int main(int argc, char** argv) {
   QCommandLineParser orders;
   orders.addOptions({{"title", "", "text"},
                      {"hold", "file held open from the start, and written at the end", "path"},
-                     {"aside", "file written aside at the end, and then renamed", "path"},
                      {"seconds", "how long saving takes", "number", "0"},
                      {"refuse", ""}});
   orders.process(application);
