@@ -11,6 +11,7 @@ namespace orvane::test {
 namespace {
 
 const std::string kPath = "/prog/Orvane.ini";
+const std::string kPlain = "1,0,0,0,0,0,0,0,1,0,\"\",0\r\n";
 
 class FrmSetupTest : public testing::Test, public World {
  protected:
@@ -20,14 +21,13 @@ class FrmSetupTest : public testing::Test, public World {
       if (form == Form::frmMain) main.Form_QueryUnload();
     };
     forms.OnShow = [this](Form form) {
-      if (form != Form::frmMain) return;
-      ASSERT_TRUE(main.Form_Load());
+      if (form == Form::frmMain) main.Form_Load();
     };
   }
 
   // The program runs with this settings file, and the dialog stands open.
   void Start(const std::string& line) {
-    disk.files[kPath] = line + "\r\n";
+    disk.files[kPath] = line;
     forms.Show(Form::frmMain);
     main.Form_Activate();
     Open();
@@ -53,85 +53,51 @@ class FrmSetupTest : public testing::Test, public World {
   FrmSetup setup{state, panel, main, seams};
 };
 
-TEST_F(FrmSetupTest, EveryControlReachesItsSlot) {
-  Start("1,0,0,0,0,0,0,0,1,0,\"\",0");
-  ChooseUpsPort(1);
-  setup.OptCom = {0, 1, 0, 0, 0, 0, 1, 0, 0, 0};
-  setup.txt = {"999", "99", "120", "7", "3", "045"};
-  setup.cob = 10;
-  setup.Check1 = {0, 1, 0, 1};
-  setup.txtPhone = "0-10,*119 \"W\"\r\n";
-  EXPECT_EQ(Saved(), "1,999,99,120,7,3,45,10,4,101,\"0-10,*119 W\",0\r\n");
-  EXPECT_EQ(state.ShutdownCommand, "S10");
-  EXPECT_EQ(state.ShutdownCountdown, 999 * 60 + 99);
-  EXPECT_EQ(state.PhoneCode, "0-10,*119 W");
-}
-
-TEST_F(FrmSetupTest, DialConditionsBothWays) {
+TEST_F(FrmSetupTest, ModemPortsStandInFallingOrderAndDialConditionsInDigits) {
   for (const int slot : {0, 1, 10, 11, 100, 101, 110, 111}) {
+    const int port = slot % 4 + 1;
     SCOPED_TRACE(slot);
+    const std::string line =
+        "1,0,0,0,0,0,0,0," + std::to_string(port) + ',' + std::to_string(slot) + ",\"\",0\r\n";
+    Start(line);
     const std::string digits = std::to_string(1000 + slot).substr(1);
-    Start("1,0,0,0,0,0,0,0,1," + std::to_string(slot) + ",\"\",0");
     for (std::size_t k = 1; k <= 3; ++k) EXPECT_EQ(setup.Check1[k], digits[k - 1] == '1');
-    EXPECT_EQ(Saved(), "1,0,0,0,0,0,0,0,1," + std::to_string(slot) + ",\"\",0\r\n");
-    Start("1,0,0,0,0,0,0,0,1,0,\"\",0");
-    for (std::size_t k = 1; k <= 3; ++k) setup.Check1[k] = digits[k - 1] == '1';
-    Saved();
-    EXPECT_EQ(state.Settings[9], slot);
-  }
-}
-
-TEST_F(FrmSetupTest, ModemPortsStandInFallingOrder) {
-  for (int port = 1; port <= 4; ++port) {
-    Start("1,0,0,0,0,0,0,0," + std::to_string(port) + ",0,\"\",0");
     for (int i = 6; i <= 9; ++i) {
       EXPECT_EQ(setup.OptCom[static_cast<std::size_t>(i)], i == 10 - port);
     }
-    EXPECT_EQ(Saved(), "1,0,0,0,0,0,0,0," + std::to_string(port) + ",0,\"\",0\r\n");
+    EXPECT_EQ(Saved(), line);
   }
 }
 
 TEST_F(FrmSetupTest, ValuesWithoutAControlShowNothingAndStay) {
-  struct Case {
-    const char* line;
-    const char* saved;
+  const char* const cases[][2] = {
+      {"-1,0,0,0,0,0,0,-1,5,0,\"\",-1\r\n", "-1,0,0,0,0,0,0,-1,5,0,\"\",-1\r\n"},
+      {"1,0,0,0,0,0,0,11,-1,250,\"\",0\r\n", "1,0,0,0,0,0,0,11,-1,0,\"\",0\r\n"},
+      {"1,0,0,0,0,0,0,0,10,-11,\"\",0\r\n", "1,0,0,0,0,0,0,0,10,0,\"\",0\r\n"},
+      // Without a file there is no modem port, and the rest is 0.
+      {"", "0,0,0,0,0,0,0,0,0,0,\"\",0\r\n"},
   };
-  const Case cases[] = {
-      {"7,-5,0,0,0,12345,0,99,0,0,\"\",2", "7,-5,0,0,0,12345,0,99,0,0,\"\",2\r\n"},
-      {"-1,0,0,0,0,0,0,-1,5,0,\"\",-1", "-1,0,0,0,0,0,0,-1,5,0,\"\",-1\r\n"},
-      {"1,0,0,0,0,0,0,11,-1,250,\"\",0", "1,0,0,0,0,0,0,11,-1,0,\"\",0\r\n"},
-      {"1,0,0,0,0,0,0,0,10,-11,\"\",0", "1,0,0,0,0,0,0,0,10,0,\"\",0\r\n"},
-  };
-  for (const Case& row : cases) {
-    SCOPED_TRACE(row.line);
-    Start(row.line);
+  for (const auto& [line, saved] : cases) {
+    SCOPED_TRACE(line);
+    state.Settings = {};
+    Start(line);
     EXPECT_EQ(std::count(setup.OptCom.begin() + 5, setup.OptCom.end(), true), 0);
     EXPECT_EQ(setup.Check1, (std::array<bool, 4>{}));
-    EXPECT_EQ(Saved(), row.saved);
-    EXPECT_FALSE(forms.open.contains(Form::frmSetup));
+    EXPECT_EQ(Saved(), saved);
   }
-  // Without a file there is no modem port, and the rest is 0.
-  disk.files.erase(kPath);
-  state.Settings = {};
-  Open();
-  EXPECT_EQ(Saved(), "0,0,0,0,0,0,0,0,0,0,\"\",0\r\n");
 }
 
 TEST_F(FrmSetupTest, NumbersByTheirRules) {
-  Start("1,0,0,0,0,0,0,0,1,0,\"\",0");
+  Start(kPlain);
   for (int key = 0; key < 256; ++key) {
     EXPECT_EQ(FrmSetup::txt_KeyPress(key), (key >= 48 && key <= 57) || key == 8) << key;
   }
-  setup.txt = {"", "x", "5", "-", "1 2", ""};
-  setup.txt_LostFocus(0);
-  setup.txt_LostFocus(2);
-  EXPECT_EQ(setup.txt[0], "0");
-  EXPECT_EQ(setup.txt[2], "5");
-  EXPECT_EQ(Saved(), "1,0,0,5,0,0,0,0,1,0,\"\",0\r\n");
+  setup.txt = {"", "x", "045", "-", "1 2", ""};
+  EXPECT_EQ(Saved(), "1,0,0,45,0,0,0,0,1,0,\"\",0\r\n");
 }
 
 TEST_F(FrmSetupTest, SamePortLeavesTheMainFormRunning) {
-  Start("2,0,0,0,0,0,0,0,1,0,\"\",0");
+  Start("2,0,0,0,0,0,0,0,1,0,\"\",0\r\n");
   MSComm1.Receive(StatusFrame{}.Text());
   panel.picAPC.Visible(false);
   MSComm1.sent.clear();
@@ -143,7 +109,6 @@ TEST_F(FrmSetupTest, SamePortLeavesTheMainFormRunning) {
   EXPECT_FALSE(panel.picAPC.Visible());
   // Menus and labels at once; the states when they are next set.
   EXPECT_EQ(panel.mnuSetup.Text(), "系统设置(&C)");
-  EXPECT_EQ(panel.Label3.Caption(), "市电:");
   EXPECT_EQ(panel.Label14.Caption(), "UPS安装在：COM2");
   EXPECT_EQ(panel.lblAc.Caption(), "Normal");
   EXPECT_EQ(MSComm1.Wire(), "MD\r");
@@ -151,10 +116,9 @@ TEST_F(FrmSetupTest, SamePortLeavesTheMainFormRunning) {
 
 TEST_F(FrmSetupTest, AutoOverAutoTellsThePortOfTheSearch) {
   for (const int found : {3, 0}) {
-    SCOPED_TRACE(found);
     MSComm1.PortOpen(false);
     MSComm1.present = {found};
-    Start("0,0,0,0,0,0,0,0,1,0,\"\",0");
+    Start("0,0,0,0,0,0,0,0,1,0,\"\",0\r\n");
     setup.cmdSave_Click();
     EXPECT_EQ(events, Events{"Unload frmSetup"});
     EXPECT_EQ(panel.Label14.Caption(), found ? "UPS Install on:Com3" : "UPS Install on:Com4");
@@ -162,57 +126,49 @@ TEST_F(FrmSetupTest, AutoOverAutoTellsThePortOfTheSearch) {
 }
 
 TEST_F(FrmSetupTest, ChangedPortReloadsTheMainForm) {
-  Start("1,0,0,0,0,0,0,0,1,0,\"\",0");
-  panel.picAPC.Visible(false);
+  Start(kPlain);
   MSComm2.PortOpen(true);
   MSComm1.present = {2, 3};
   ChooseUpsPort(0);
   setup.txt[0] = "10";
   setup.cmdSave_Click();
   EXPECT_EQ(events, (Events{"Unload frmSetup", "Unload frmMain", "Show frmMain"}));
-  EXPECT_EQ(Log(),
-            "\"\n2001-02-16 9:05:33 Program end\"\r\n\"\n2001-02-16 9:05:33 Program start\"\r\n");
   EXPECT_FALSE(MSComm2.PortOpen());
-  EXPECT_EQ(MSComm1.CommPort(), 2);
-  EXPECT_TRUE(MSComm1.PortOpen());
-  EXPECT_TRUE(panel.picAPC.Visible());
   EXPECT_EQ(panel.Label14.Caption(), "UPS Install on:Com2");
   EXPECT_EQ(state.ShutdownCountdown, 600);
 }
 
 TEST_F(FrmSetupTest, CancelChangesNothing) {
-  Start("1,0,0,0,0,0,0,0,1,0,\"\",0");
+  Start(kPlain);
   ChooseUpsPort(3);
   setup.txt[0] = "10";
   setup.txtPhone = "119";
   setup.cobLanguege = 1;
   setup.cmdExit_Click();
   EXPECT_EQ(events, Events{"Unload frmSetup"});
-  EXPECT_EQ(disk.files[kPath], "1,0,0,0,0,0,0,0,1,0,\"\",0\r\n");
+  EXPECT_EQ(disk.files[kPath], kPlain);
   EXPECT_EQ(state.PhoneCode, "");
   EXPECT_EQ(state.Settings[1], 0);
 }
 
 TEST_F(FrmSetupTest, FailedSaveIsToldAndHoldsForThisRun) {
-  Start("1,0,0,0,0,0,0,0,1,0,\"\",0");
+  Start(kPlain);
   disk.refuse_writes = true;
   ChooseUpsPort(2);
   setup.txtPhone = "119";
-  setup.cmdSave_Click();
+  EXPECT_EQ(Saved(), kPlain);
   EXPECT_EQ(events, (Events{"Unload frmSetup", "Unload frmMain", "Show frmMain",
                             "Exclamation [Warning] The settings could not be saved to disk. They "
                             "hold until the program ends."}));
   EXPECT_EQ(panel.Label14.Caption(), "UPS Install on:Com2");
   EXPECT_EQ(state.PhoneCode, "119");
-  EXPECT_EQ(disk.files[kPath], "1,0,0,0,0,0,0,0,1,0,\"\",0\r\n");
 
   // The next save that works puts the file first again.
   disk.refuse_writes = false;
   Open();
   ChooseUpsPort(3);
   setup.cobLanguege = 1;
-  setup.cmdSave_Click();
-  EXPECT_EQ(disk.files[kPath], "3,0,0,0,0,0,0,0,1,0,\"119\",1\r\n");
+  EXPECT_EQ(Saved(), "3,0,0,0,0,0,0,0,1,0,\"119\",1\r\n");
   disk.files[kPath] = "4,0,0,0,0,0,0,0,1,0,\"\",1\r\n";
   main.Reload();
   EXPECT_EQ(panel.Label14.Caption(), "UPS安装在：COM4");

@@ -1,4 +1,4 @@
-// The splash and the about box.
+// The splash, the about box and the alert.
 #include <gtest/gtest.h>
 
 #include <QKeyEvent>
@@ -7,6 +7,7 @@
 
 #include "support/world.h"
 #include "ui/about_window.h"
+#include "ui/alert_window.h"
 #include "ui/pointer.h"
 #include "ui/splash_window.h"
 #include "ui/windows.h"
@@ -17,10 +18,12 @@ namespace {
 constexpr QPointF kBareFrame{5, 200};
 
 struct BoxesTest : testing::Test, World {
-  BoxesTest() { forms.open = {Form::frmSplash, Form::frmAbout}; }
+  BoxesTest() { forms.open = {Form::frmSplash, Form::frmAbout, Form::frmAlert}; }
+
+  FrmAlert alert{state, panel, seams};
 };
 
-// It stands before the load goes on, and a key ends it and nothing else.
+// It stands before the load goes on, and a key ends it.
 TEST_F(BoxesTest, SplashIsPaintedAtOnceAndLeavesAtAKey) {
   Windows windows;
   windows.Make(Form::frmSplash, [&] { return new SplashWindow(windows); });
@@ -46,45 +49,55 @@ TEST_F(BoxesTest, SplashLeavesAtAClickOnItsBareFrameAlone) {
   EXPECT_EQ(events, Events{"Unload frmSplash"});
 }
 
-TEST_F(BoxesTest, AboutSpeaksTheLanguageOfItsLoadAndTheSplashEnglish) {
-  const AboutWindow english(state, forms, dialogs);
-  const std::string notice = TextOf(english, "Label4");
-  EXPECT_EQ(TextOf(SplashWindow(forms), "lblDisclaimer"), notice);
-  state.ResBase = 1000;
-  const AboutWindow chinese(state, forms, dialogs);
-  EXPECT_EQ(TextOf(SplashWindow(forms), "lblDisclaimer"), notice);
-  EXPECT_EQ(english.windowTitle(), "About Orvane");
-  EXPECT_EQ(chinese.windowTitle(), "关于Orvane");
-  for (const char* translated : {"Label3", "Label4"}) {
-    EXPECT_NE(TextOf(english, translated), TextOf(chinese, translated));
-  }
-  Part<QPushButton>(chinese, "Command1").click();
-  EXPECT_EQ(events, Events{"Unload frmAbout"});
-}
-
 TEST_F(BoxesTest, ContactBoxNeedsTheRightButtonAndExactlyThreeKeysOnTheSurface) {
-  constexpr auto kThree = Qt::ShiftModifier | Qt::ControlModifier | Qt::AltModifier;
-  const Press others[] = {{Qt::LeftButton, kThree},
-                          {Qt::MiddleButton, kThree},
-                          {Qt::RightButton, Qt::ShiftModifier | Qt::ControlModifier},
-                          {Qt::RightButton, Qt::ShiftModifier | Qt::AltModifier},
-                          {Qt::RightButton, Qt::ControlModifier | Qt::AltModifier},
-                          {Qt::RightButton, Qt::NoModifier},
-                          {Qt::RightButton, kThree | Qt::MetaModifier}};
+  constexpr Qt::KeyboardModifier kKeys[] = {Qt::ShiftModifier, Qt::ControlModifier,
+                                            Qt::AltModifier};
+  constexpr auto kThree = kKeys[0] | kKeys[1] | kKeys[2];
   AboutWindow window(state, forms, dialogs);
-  for (const Press& press : others) Click(window, {5, 5}, press);
+  Click(window, {5, 5}, {Qt::LeftButton, kThree});
+  Click(window, {5, 5}, {Qt::RightButton, kThree | Qt::MetaModifier});
+  for (const auto key : kKeys) Click(window, {5, 5}, {Qt::RightButton, kThree & ~key});
   for (QWidget* control : window.findChildren<QWidget*>()) {
     Click(*control, Middle(*control), {Qt::RightButton, kThree});
   }
   EXPECT_EQ(events, Events{});
   // The author's line is in the language of the moment.
-  for (const std::int16_t base : {std::int16_t{0}, std::int16_t{1000}}) {
-    state.ResBase = base;
+  for (const int base : {0, kChineseBase}) {
+    state.ResBase = static_cast<std::int16_t>(base);
     Click(window, {5, 5}, {Qt::RightButton, kThree});
     const std::string text = std::string(state.Message(41)) + "\r\rContact: ";
     EXPECT_NE(events.back().find(text), std::string::npos) << events.back();
   }
-  EXPECT_EQ(events.size(), 2U);
+  Part<QPushButton>(window, "Command1").click();
+  EXPECT_EQ(events.size(), 3U);
+  EXPECT_EQ(events.back(), "Unload frmAbout");
+}
+
+TEST_F(BoxesTest, AlertFollowsTheCountUntilItIsClosed) {
+  state.ShutdownCountdown = 119;
+  AlertWindow window(state, alert);
+  EXPECT_TRUE(window.windowFlags() & Qt::WindowStaysOnTopHint);
+  window.show();
+  EXPECT_EQ(TextOf(window, "lblSecond"), "119");
+  state.ShutdownCountdown = 118;
+  time.Advance(std::chrono::seconds(1));
+  EXPECT_EQ(TextOf(window, "lblSecond"), "118");
+  Part<QPushButton>(window, "Command1").click();
+  EXPECT_EQ(events, Events{"Unload frmAlert"});
+  window.close();
+  EXPECT_FALSE(alert_timer.Enabled());
+}
+
+// The window of an alert that has been closed is deleted late, after the next one has come.
+TEST_F(BoxesTest, LateDeletionOfAnAlertLeavesTheNextAlone) {
+  auto first = std::make_unique<AlertWindow>(state, alert);
+  first->show();
+  first->close();
+  AlertWindow second(state, alert);
+  first.reset();
+  state.ShutdownCountdown = 7;
+  time.Advance(std::chrono::seconds(1));
+  EXPECT_EQ(TextOf(second, "lblSecond"), "7");
 }
 
 }  // namespace

@@ -56,19 +56,11 @@ TEST(LongList, GoesWhereTheKeysAndTheMouseSay) {
   ShownList shown(1000);
   const int page = shown.list.verticalScrollBar()->pageStep();
   ASSERT_GT(page, 3);
+  // The first key chooses the first line.
   const std::pair<Qt::Key, int> cases[] = {
-      {Qt::Key_Home, 0},
-      {Qt::Key_Up, 0},
-      {Qt::Key_Down, 1},
-      {Qt::Key_PageDown, 1 + page},
-      {Qt::Key_PageUp, 1},
-      {Qt::Key_PageUp, 0},
-      {Qt::Key_End, 999},
-      {Qt::Key_Down, 999},
-      {Qt::Key_Up, 998},
-      {Qt::Key_PageDown, 999},
-      {Qt::Key_PageUp, 999 - page},
-  };
+      {Qt::Key_Down, 0},   {Qt::Key_Up, 0},    {Qt::Key_Down, 1},   {Qt::Key_PageDown, 1 + page},
+      {Qt::Key_PageUp, 1}, {Qt::Key_End, 999}, {Qt::Key_Down, 999}, {Qt::Key_PageUp, 999 - page},
+      {Qt::Key_Home, 0}};
   for (const auto& [key, row] : cases) {
     shown.Press(key);
     EXPECT_EQ(shown.Current(), row) << key;
@@ -106,23 +98,23 @@ TEST(LongList, ALineIsCopiedAndReadOutAsShown) {
 
 TEST(LogText, ReadsUtf8OrElseTheOlderCodePage) {
   const std::pair<std::string, QString> cases[] = {
-      {"", ""},
-      {"\"\n2001-02-16 9:05:33 市电失效\"", "\"\n2001-02-16 9:05:33 市电失效\""},
-      {"\"\n\xCA\xD0\xB5\xE7\xCA\xA7\xD0\xA7\"", "\"\n市电失效\""},
+      {"9:05:33 市电失效\"", "9:05:33 市电失效\""},
+      {"\xCA\xD0\xB5\xE7\xCA\xA7\xD0\xA7\"", "市电失效\""},
       {"\x81\x30\x84\x36", "¥"},  // four bytes for one character
       {"a\xFFz", "a\uFFFDz"},     // neither
   };
   for (const auto& [line, text] : cases) EXPECT_EQ(LogText(line), text) << line;
-  std::string utf8, gb;
-  for (int i = 0; i < 100'000; ++i) utf8 += "电";
-  for (int i = 0; i < 100'000; ++i) gb += "\xB5\xE7";
   // Of a long line the beginning. With one byte before them, no cut at an even place falls between
   // two characters.
-  for (const std::string& line : {utf8, 'x' + utf8, "xy" + utf8, gb, 'x' + gb}) {
-    const QString text = LogText(line);
-    EXPECT_GT(text.size(), LineModel::kMostShown);
-    EXPECT_LT(text.size(), 5000);
-    EXPECT_EQ(text.count(QChar::ReplacementCharacter), 0) << line.substr(0, 4);
+  for (const std::string character : {"电", "\xB5\xE7"}) {
+    for (const std::string lead : {"", "x", "xy"}) {
+      std::string line = lead;
+      while (line.size() < 100'000) line += character;
+      const QString text = LogText(line);
+      EXPECT_GT(text.size(), LineModel::kMostShown);
+      EXPECT_LT(text.size(), 5000);
+      EXPECT_EQ(text.count(QChar::ReplacementCharacter), 0) << line.substr(0, 4);
+    }
   }
 }
 
