@@ -3,6 +3,7 @@
 #pragma once
 
 #include <QApplication>
+#include <QImage>
 #include <QMouseEvent>
 #include <QWidget>
 #include <string>
@@ -49,6 +50,15 @@ inline void DoubleClick(QWidget& widget, QPointF at, const Press& press = {}) {
   Click(widget, at, press);
   SendMouse(widget, QEvent::MouseButtonDblClick, at, press);
   SendMouse(widget, QEvent::MouseButtonRelease, at, press);
+}
+
+// The pixels of one colour.
+inline int CountOf(const QColor& colour, const QImage& picture) {
+  int count = 0;
+  for (int x = 0; x < picture.width(); ++x) {
+    for (int y = 0; y < picture.height(); ++y) count += picture.pixelColor(x, y) == colour;
+  }
+  return count;
 }
 
 inline QPointF Middle(const QWidget& widget) {
