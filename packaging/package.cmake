@@ -50,9 +50,9 @@ endforeach()
 install_compressed(packaging/changelog changelog share/doc/orvane)
 add_custom_target(orvane_pieces ALL DEPENDS ${made})
 
-install(FILES packaging/copyright README.md DESTINATION share/doc/orvane)
+install(FILES packaging/copyright README.md README.zh.md DESTINATION share/doc/orvane)
 install(DIRECTORY docs DESTINATION share/doc/orvane
-        FILES_MATCHING PATTERN "*.md" PATTERN "*.png")
+        FILES_MATCHING PATTERN "*.md" PATTERN "*.png" PATTERN "*.svg")
 # An example and no more: who may take the computer down is for its owner to say.
 install(FILES packaging/50-orvane.rules DESTINATION share/doc/orvane/examples)
 

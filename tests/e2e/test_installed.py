@@ -4,7 +4,7 @@ import os
 import subprocess
 import unittest
 
-from harness import BUILD, OrvaneTest, Simulator, wait_until
+from harness import BUILD, OrvaneTest, wait_until
 
 NOBODY = 65534
 
@@ -62,8 +62,8 @@ class InstalledTest(OrvaneTest):
         place.chmod(0o555)
         self.addCleanup(place.chmod, 0o755)
 
-        ups = Simulator(data / "ups", program=self.prefix / "bin/orvane-ups-sim", **user)
-        self.addCleanup(ups.close)
+        ups = self.start_simulator(link=data / "ups", program=self.prefix / "bin/orvane-ups-sim",
+                                   **user)
         environment = self.environment(PATH=f"{self.prefix}/bin", HOME=str(data.parent),
                                        XDG_DATA_HOME=str(data.parent))
         orvane = self.start_process(self.desktop_entry()["Exec"], env=environment, cwd="/", **user)
