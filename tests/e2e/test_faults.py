@@ -1,7 +1,6 @@
 """Faults of the computer that the program runs on: files that cannot be written, a port that takes
 nothing, an end at any moment."""
 
-import fcntl
 import os
 import signal
 import termios
@@ -22,7 +21,7 @@ class PortTest(UpsTest):
         attributes = termios.tcgetattr(slave)
         attributes[0:4] = [0, 0, attributes[2], 0]
         termios.tcsetattr(slave, termios.TCSANOW, attributes)
-        fcntl.fcntl(slave, fcntl.F_SETFL, os.O_NONBLOCK)
+        os.set_blocking(slave, False)
         self.fill(slave)
         self.ups_link.symlink_to(os.ttyname(slave))
         orvane = self.start_orvane()
@@ -32,17 +31,25 @@ class PortTest(UpsTest):
         wait_until(lambda: orvane.holds(self.ups_link), "the port is open")
         while heard.count(b"Q1\r") < 3:
             heard += os.read(master, 4096).replace(b"x", b"")
-        self.fill(slave)
+        left = self.fill(slave)
         self.assertEqual(orvane.terminate(), 0)
         self.assertEqual(self.log_messages(), ["Program start", "Program end"])
+        # What had not left was dropped: a device that hangs would hold up the close.
+        os.set_blocking(master, False)
+        self.assertLess(self.until_it_blocks(lambda: len(os.read(master, 4096))), left)
+
+    def fill(self, descriptor):
+        """How many bytes the line took."""
+        return self.until_it_blocks(lambda: os.write(descriptor, b"x" * 256))
 
     @staticmethod
-    def fill(descriptor):
+    def until_it_blocks(step):
+        bytes_moved = 0
         try:
             while True:
-                os.write(descriptor, b"x" * 256)
+                bytes_moved += step()
         except BlockingIOError:
-            pass
+            return bytes_moved
 
 
 class FileTest(UpsTest):
