@@ -79,11 +79,10 @@ void UpsModel::Mains(bool on) {
   if (on == mains_) return;
   mains_ = on;
   if (on) {
-    if (!output_on_ && mains_was_away_) SwitchOn();
+    if (!output_on_) SwitchOn();
     return;
   }
   failed_at_volts_ = mains_volts_;
-  if (!output_on_) mains_was_away_ = true;
   EndTest("ended by the mains failure");
   Change();
 }
@@ -188,7 +187,6 @@ void UpsModel::SwitchOff(std::string_view why) {
   EndTest("ended by the shutdown");
   shutdown_due_.reset();
   output_on_ = false;
-  mains_was_away_ = !mains_;
   pieces_.clear();
   Note("output off: " + std::string(why));
 }

@@ -107,7 +107,6 @@ class UpsModel : public Device {
   bool low_ = false;
 
   bool output_on_ = true;
-  bool mains_was_away_ = false;  // since the output went off
   bool beeper_ = true;
   Test test_ = Test::kNone;
   Moment test_end_{0};  // of the short test
