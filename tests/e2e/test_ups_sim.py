@@ -5,6 +5,7 @@ import re
 import select
 import signal
 import subprocess
+import threading
 import unittest
 
 from harness import BUILD, PATIENCE, OrvaneTest, wait_until
@@ -89,16 +90,23 @@ class UpsSimTest(OrvaneTest):
         self.expect_service()
 
     def test_nobody_gives_orders_and_nobody_reads(self):
-        with subprocess.Popen([BUILD / "orvane-ups-sim", "--link", self.ups_link, "--replies"],
-                              stdin=subprocess.DEVNULL, stdout=subprocess.PIPE) as process:
-            self.addCleanup(process.kill)
-            wait_until(self.ups_link.exists, "the line")
-            with Line(self.ups_link) as line:
-                for _ in range(300):
-                    line.say(b"an unknown command\r" * 40)
-            self.expect_service()
-            process.terminate()
-            self.assertEqual(process.wait(PATIENCE), 0)
+        simulator = subprocess.Popen(
+            [BUILD / "orvane-ups-sim", "--link", self.ups_link, "--replies"],
+            stdin=subprocess.DEVNULL, stdout=subprocess.PIPE)
+        self.addCleanup(simulator.stdout.close)
+        self.addCleanup(simulator.wait)
+        self.addCleanup(simulator.kill)
+        # One that stands still would let this side wait for ever.
+        watchdog = threading.Timer(PATIENCE, simulator.kill)
+        watchdog.start()
+        self.addCleanup(watchdog.cancel)
+        wait_until(self.ups_link.exists, "the line")
+        with Line(self.ups_link) as line:
+            for _ in range(300):
+                line.say(b"an unknown command\r" * 40)
+        self.expect_service()
+        simulator.terminate()
+        self.assertEqual(simulator.wait(PATIENCE), 0)
 
     def test_every_proper_end_removes_the_link(self):
         script = self.script("# a trial\n\n0.3 quit\n0.1 mains off\n0.2 nonsense\n")
