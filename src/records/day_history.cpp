@@ -86,20 +86,20 @@ Date Follow(const StepRule& rule, const Date& date) {
 
 }  // namespace
 
-std::string NextDay(std::string_view text) {
-  const Date date = Parse(text);
+std::string NextDay(std::string_view date) {
+  const Date day = Parse(date);
   for (const StepRule& rule : kNext) {
-    if (Fits(rule, date, MonthKind(date.month))) return Text(Follow(rule, date));
+    if (Fits(rule, day, MonthKind(day.month))) return Text(Follow(rule, day));
   }
-  return Text({date.year, date.month, date.day + 1});
+  return Text({day.year, day.month, day.day + 1});
 }
 
-std::string PreviousDay(std::string_view text) {
-  const Date date = Parse(text);
+std::string PreviousDay(std::string_view date) {
+  const Date day = Parse(date);
   for (const StepRule& rule : kPrevious) {
-    if (Fits(rule, date, MonthKind(date.month - 1))) return Text(Follow(rule, date));
+    if (Fits(rule, day, MonthKind(day.month - 1))) return Text(Follow(rule, day));
   }
-  return Text({date.year, date.month, date.day - 1});
+  return Text({day.year, day.month, day.day - 1});
 }
 
 DayHistory::DayHistory(const Disk& disk, const Clock& clock, std::string path)

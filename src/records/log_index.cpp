@@ -11,7 +11,7 @@ namespace {
 constexpr std::string_view kLineEnd = "\r\n";
 
 // Small enough to be searched between two frames, large enough for a short list of counts.
-constexpr std::size_t kBlock = 4 * 1024;
+constexpr std::size_t kBlock = std::size_t{4} * 1024;
 
 // Line ends whose first byte is one of the first `length` bytes, of one block at most; one byte
 // more must be readable.

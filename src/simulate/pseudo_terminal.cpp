@@ -115,7 +115,7 @@ std::string PseudoTerminal::MakeLink() const {
   const std::string aside = link_ + ".new";
   (void)unlink(aside.c_str());
   if (symlink(name_.c_str(), aside.c_str()) != 0 || rename(aside.c_str(), link_.c_str()) != 0) {
-    const std::string reason = Reason(link_.c_str());
+    std::string reason = Reason(link_.c_str());
     (void)unlink(aside.c_str());
     return reason;
   }

@@ -160,7 +160,7 @@ class Simulator {
 
   std::string Plug() {
     if (terminal_.IsOpen()) return {};
-    const std::string reason = terminal_.Open();
+    std::string reason = terminal_.Open();
     if (reason.empty()) {
       Print('*', "line on " + terminal_.Name() +
                      (options_.link.empty() ? "" : ", linked as " + options_.link));

@@ -115,10 +115,12 @@ void LongList::scrollTo(const QModelIndex& index, ScrollHint hint) {
 // The rows need no layout: each stands where its number says. What is left is the work of every
 // item view, and not that of QListView, which would look at every row.
 void LongList::doItemsLayout() {
+  // NOLINTNEXTLINE(bugprone-parent-virtual-call): not QListView's, as said above.
   QAbstractItemView::doItemsLayout();
 }
 
 void LongList::updateGeometries() {
+  // NOLINTNEXTLINE(bugprone-parent-virtual-call): not QListView's, as said above.
   QAbstractItemView::updateGeometries();
   verticalScrollBar()->setPageStep(RowsInView());
   verticalScrollBar()->setSingleStep(1);
@@ -177,6 +179,7 @@ bool LongList::viewportEvent(QEvent* event) {
 // No line becomes the current one by itself: the first arrow key is to choose the first line, and
 // not the one behind it.
 void LongList::focusInEvent(QFocusEvent* event) {
+  // NOLINTNEXTLINE(bugprone-parent-virtual-call): not QListView's, as said above.
   QAbstractScrollArea::focusInEvent(event);
   viewport()->update();
 }
@@ -220,6 +223,7 @@ QRegion LongList::visualRegionForSelection(const QItemSelection& selection) cons
 
 // As in QListView, which would look for the places of its own layout.
 void LongList::currentChanged(const QModelIndex& current, const QModelIndex& previous) {
+  // NOLINTNEXTLINE(bugprone-parent-virtual-call): not QListView's, as said above.
   QAbstractItemView::currentChanged(current, previous);
   if (!QAccessible::isActive() || !current.isValid() || !hasFocus()) return;
   QAccessibleEvent event(this, QAccessible::Focus);
@@ -228,6 +232,7 @@ void LongList::currentChanged(const QModelIndex& current, const QModelIndex& pre
 }
 
 void LongList::selectionChanged(const QItemSelection& selected, const QItemSelection& deselected) {
+  // NOLINTNEXTLINE(bugprone-parent-virtual-call): not QListView's, as said above.
   QAbstractItemView::selectionChanged(selected, deselected);
   if (!QAccessible::isActive() || selected.isEmpty()) return;
   QAccessibleEvent event(this, QAccessible::Selection);

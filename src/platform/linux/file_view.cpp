@@ -28,9 +28,10 @@ extern "C" void PutZerosUnder(int, siginfo_t* info, void*) {
     const std::uintptr_t end = range.end;
     if (address < begin || address >= end) continue;
     constexpr std::uintptr_t kPage = 4096;
-    const std::uintptr_t page = address / kPage * kPage;
-    if (mmap(reinterpret_cast<void*>(page), end - page, PROT_READ,
-             MAP_PRIVATE | MAP_ANONYMOUS | MAP_FIXED, -1, 0) != MAP_FAILED) {
+    const std::uintptr_t into_page = address % kPage;
+    void* const page = static_cast<char*>(info->si_addr) - into_page;
+    if (mmap(page, end - address + into_page, PROT_READ, MAP_PRIVATE | MAP_ANONYMOUS | MAP_FIXED,
+             -1, 0) != MAP_FAILED) {
       return;
     }
   }

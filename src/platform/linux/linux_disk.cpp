@@ -20,7 +20,7 @@ namespace {
 constexpr std::size_t kWorthMapping = std::size_t{1024} * 1024;
 
 // A file beyond this is none of those that are read whole.
-constexpr off_t kMostRead = 64 * 1024 * 1024;
+constexpr off_t kMostRead = off_t{64} * 1024 * 1024;
 
 constexpr int kMostLinks = 40;
 
