@@ -23,7 +23,7 @@ static_assert(kRecordBytes == 20 && kRecord.substr(kDateAt, kDate.size()) == kDa
 using Word = std::uint64_t;
 
 Word WordAt(const char* bytes) {
-  Word word;
+  Word word = 0;
   std::memcpy(&word, bytes, sizeof word);
   return word;
 }
