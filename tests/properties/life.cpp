@@ -1,6 +1,7 @@
 #include "properties/life.h"
 
 #include <algorithm>
+#include <cstdio>
 #include <utility>
 
 #include "app/messages.h"
@@ -13,13 +14,24 @@ constexpr int kPollsInVain = 4;
 
 using What = Appointment::What;
 
+template <class... Values>
+std::string Print(const char* form, Values... values) {
+  char text[64];
+  std::snprintf(text, sizeof text, form, values...);
+  return text;
+}
+
 std::string Line(const Wishes& wishes, int port) {
-  std::string line = std::to_string(port);
-  for (const int slot : {wishes.delay / 60, wishes.delay % 60, wishes.low / 60, wishes.low % 60, 2,
-                         30, wishes.shutdown_minutes, wishes.modem_port, wishes.dial_conditions}) {
-    line += ',' + std::to_string(slot);
-  }
-  return line + ",\"" + wishes.number + "\"," + std::to_string(wishes.language) + "\r\n";
+  return Print("%d,%d,%d,%d,%d,2,30,%d,%d,%d%d%d,", port, wishes.delay / 60, wishes.delay % 60,
+               wishes.low / 60, wishes.low % 60, wishes.shutdown_minutes, wishes.modem_port,
+               wishes.dials[kMains], wishes.dials[kBatteryIsLow], wishes.dials[kUps]) +
+         Print("\"%s\",%d\r\n", wishes.number.c_str(), wishes.language);
+}
+
+std::string LogLine(const LocalTime& now, std::string_view message) {
+  return Print("\"\n%04d-%02d-%02d %d:%02d:%02d ", now.year, now.month, now.day, now.hour,
+               now.minute, now.second) +
+         std::string(message) + "\"\r\n";
 }
 
 // As the tables hold them: the week's by their day, the others one to an entry.
@@ -35,8 +47,9 @@ void Fill(const std::vector<Appointment>& schedule, State& state) {
       slot = entry + (test ? 14 : 7);
     }
     state.ScheduleEnable[slot] = '1';
-    (due.what == What::kSwitchOff ? state.ScheduleOff[slot] : state.ScheduleOn[slot]) =
-        std::to_string(at.hour) + (at.minute < 10 ? ":0" : ":") + std::to_string(at.minute);
+    std::string& text =
+        due.what == What::kSwitchOff ? state.ScheduleOff[slot] : state.ScheduleOn[slot];
+    text = Print("%d:%02d", at.hour, at.minute);
   }
 }
 
@@ -96,14 +109,7 @@ void Life::Listen() {
 
 // The form begins anew, with nothing known.
 void Life::OnLoad() {
-  text_.clear();
-  unanswered_ = 0;
-  shown_ = {};
-  count_ = {};
-  for (Episode& episode : episodes_) episode = {};
-  dial_delay_.Stop();
-  calling_ = false;
-  call_.Cut();
+  form_ = {};
   ExpectLog(11);
   Check(main_.Form_Load(), "the form loads");
   main_.Form_Activate();
@@ -111,37 +117,33 @@ void Life::OnLoad() {
 
 void Life::OnUpsText(std::string_view bytes) {
   if (down_) return;
-  text_ += bytes;
-  if (text_.size() >= 30 && std::count(text_.begin(), text_.end(), ',') == 8) {
-    unanswered_ = 0;
-    text_.clear();
-  }
-  if (text_.size() > 46 && text_.front() == '(') {
-    OnReply(std::string_view(text_).substr(38));
-    text_.clear();
-  }
+  std::string& text = form_.text;
+  text += bytes;
+  const bool information = text.size() >= 30 && std::count(text.begin(), text.end(), ',') == 8;
+  const bool status = text.size() > 46 && text.front() == '(';
+  if (!information && !status) return;
+  form_.unanswered = 0;
+  if (status) OnReply({text[38] == '1', text[39] == '1', text[41] == '1'});
+  text.clear();
 }
 
-void Life::OnReply(std::string_view bits) {
-  unanswered_ = 0;
-  const Bits now{bits[0] == '1', bits[1] == '1', bits[3] == '1'};
-  shown_.Reply(now, wishes_.language);
-  count_.Reply(time.Steady(), now);
+// An episode of a fault is told once: when a reply shows it and one before showed it clear.
+void Life::OnReply(const Faults& faults) {
+  form_.shown = {faults, wishes_.language};
+  form_.count.Reply(time.Steady(), faults);
   LookForTheEndOfACall();
-  OnFault(1, now.mains);
-  OnFault(2, now.battery);
-  OnFault(3, now.ups);
-}
-
-void Life::OnFault(int fault, bool set) {
-  if (set && wishes_.Dials(fault)) {
-    dial_reason_ = fault;
-    dial_delay_.Start(time.Steady());
+  for (std::size_t fault = 0; fault < kFaults; ++fault) {
+    if (faults[fault] && wishes_.dials[fault]) {
+      form_.dial_reason = fault;
+      form_.dial_delay.Start(time.Steady());
+    }
+    const bool begins = faults[fault] && form_.seen_clear[fault];
+    form_.seen_clear[fault] = !faults[fault];
+    if (!begins) continue;
+    ++tally_.episodes;
+    ExpectLog(fault == kMains ? 25 : 29);
+    ExpectRecord(fault == kMains ? 1 : 2);
   }
-  if (!episodes_[fault - 1].Begins(set)) return;
-  ++tally_.episodes;
-  ExpectLog(fault == 1 ? 25 : 29);
-  ExpectRecord(fault == 1 ? 1 : 2);
 }
 
 void Life::OnWrite(const std::string& text) {
@@ -156,7 +158,7 @@ void Life::OnWrite(const std::string& text) {
 void Life::OnModemWrite(const std::string& text) {
   Check(!down_, "no call goes on after the sequence, but " + text);
   const bool begins = beginning_call_ && !called_;
-  const std::string wrong = call_.Sent(text, begins, time.Steady());
+  const std::string wrong = form_.call.Sent(text, begins, time.Steady());
   Check(wrong.empty(), wrong);
   if (!begins) return;
   called_ = true;
@@ -166,35 +168,36 @@ void Life::OnModemWrite(const std::string& text) {
 
 void Life::OnPoll(const std::function<void()>& tick) {
   CheckNothingMissed();
-  text_.clear();
-  ++unanswered_;
+  form_.text.clear();
+  ++form_.unanswered;
   polling_ = true;
   tick();
   polling_ = false;
-  if (unanswered_ < kPollsInVain) return;
-  unanswered_ = 0;
-  if (count_.ticks.Running()) ++tally_.losses;
-  count_.ticks.Stop();
-  shown_.LinkLost();
+  if (form_.unanswered < kPollsInVain) return;
+  form_.unanswered = 0;
+  if (form_.count.ticks.Running()) ++tally_.losses;
+  form_.count.ticks.Stop();
+  form_.shown.faults.reset();
 }
 
 void Life::CheckNothingMissed() {
   LookForTheEndOfACall();
-  Check(!count_.ticks.Missed(time.Steady()), "a second of the count was left out");
-  Check(!dial_delay_.Missed(time.Steady()), "a call was left out");
+  Check(!form_.count.ticks.Missed(time.Steady()), "a second of the count was left out");
+  Check(!form_.dial_delay.Missed(time.Steady()), "a call was left out");
 }
 
 // A fault can arm the next call only when the one that goes on is over.
 void Life::LookForTheEndOfACall() {
-  if (!calling_ || dial_pass.Enabled()) return;
-  calling_ = false;
-  dial_delay_.Stop();
+  if (!form_.calling || dial_pass.Enabled()) return;
+  form_.calling = false;
+  form_.dial_delay.Stop();
 }
 
 void Life::OnSecond(const std::function<void()>& tick) {
-  Check(count_.ticks.Take(time.Steady()), "a second of the count out of time");
-  const bool over = count_.Tick(shown_, wishes_);
-  if (over && shown_.Last().battery) ++tally_.shortened;
+  Check(form_.count.ticks.Take(time.Steady()), "a second of the count out of time");
+  const bool over = form_.count.Tick(form_.shown, wishes_);
+  const auto& faults = form_.shown.faults;
+  if (over && faults && (*faults)[kBatteryIsLow]) ++tally_.shortened;
   Expect(tick, over ? Road::kCount : Road::kNone);
 }
 
@@ -216,23 +219,24 @@ void Life::OnSchedule(const std::function<void()>& tick) {
 // call and a port to do it on.
 void Life::OnDial(const std::function<void()>& tick) {
   LookForTheEndOfACall();
-  Check(dial_delay_.Take(time.Steady()), "a call out of time");
+  Check(form_.dial_delay.Take(time.Steady()), "a call out of time");
   const bool possible = !wishes_.number.empty() && MSComm2.present.contains(wishes_.modem_port);
-  const bool due = !calling_ && possible && !shown_.Normal(dial_reason_, wishes_.language);
+  const bool due =
+      !form_.calling && possible && !form_.shown.Normal(form_.dial_reason, wishes_.language);
   beginning_call_ = true;
   called_ = false;
   tick();
   beginning_call_ = false;
   Check(called_ == due, due ? "a call is due" : "a call that nobody needs");
   if (called_) ++tally_.calls;
-  calling_ = calling_ || called_;
-  if (!calling_) dial_delay_.Stop();
+  form_.calling = form_.calling || called_;
+  if (!form_.calling) form_.dial_delay.Stop();
 }
 
 // Runs a step of the program that has to go down by this road, or by none.
 void Life::Expect(const std::function<void()>& act, Road road) {
   const int before = sequences_;
-  if (road != Road::kNone) asked_.insert(wishes_.ShutdownCommand() + '\r');
+  if (road != Road::kNone) asked_.insert(wishes_.ShutdownCommand());
   road_ = road;
   act();
   Check((sequences_ > before) == (road != Road::kNone),
@@ -249,7 +253,7 @@ void Life::OnSequence() {
   switch (road_) {
     case Road::kCount:
       // A line that is still in the language before a change is not known to be normal.
-      Check(!shown_.Normal(1, wishes_.language) || wishes_.delay == 0,
+      Check(!form_.shown.Normal(kMains, wishes_.language) || wishes_.delay == 0,
             "a shutdown while mains is normal");
       ++tally_.by_count;
       return ExpectLog(38);
@@ -273,7 +277,11 @@ void Life::ExpectLog(int message) {
 }
 
 void Life::ExpectRecord(int code) {
-  if (!disk.refuse_writes) records_ += Record(time.Now(), code);
+  const LocalTime now = time.Now();
+  if (!disk.refuse_writes) {
+    records_ +=
+        Print("\"\n%04d-%02d-%02d %02d %d\"\r\n", now.year, now.month, now.day, now.hour, code);
+  }
 }
 
 void Life::Pass(Moment step) {
@@ -284,8 +292,8 @@ void Life::Pass(Moment step) {
 
 void Life::Sleep(Moment step) {
   time.Jump(step);
-  count_.ticks.Jump(time.Steady());
-  dial_delay_.Jump(time.Steady());
+  form_.count.ticks.Jump(time.Steady());
+  form_.dial_delay.Jump(time.Steady());
   tally_.time += step;
 }
 
@@ -298,15 +306,15 @@ void Life::Save(const Wishes& wishes, bool change_port) {
     ++tally_.reloads;
   }
   wishes_ = wishes;
-  count_.Saved(wishes);
+  form_.count.left = wishes.delay;
   for (std::size_t i = 0; i < setup.OptCom.size(); ++i) {
     setup.OptCom[i] = static_cast<int>(i) == (i <= 4 ? port_ : 10 - wishes.modem_port);
   }
   const int numbers[] = {wishes.delay / 60, wishes.delay % 60, wishes.low / 60, wishes.low % 60};
   for (std::size_t i = 0; i < std::size(numbers); ++i) setup.txt[i] = std::to_string(numbers[i]);
   setup.cob = wishes.shutdown_minutes;
-  for (int fault = 1; fault <= 3; ++fault) {
-    setup.Check1[static_cast<std::size_t>(fault)] = wishes.Dials(fault);
+  for (std::size_t fault = 0; fault < kFaults; ++fault) {
+    setup.Check1[fault + 1] = wishes.dials[fault];
   }
   setup.txtPhone = wishes.number;
   setup.cobLanguege = wishes.language;
@@ -330,7 +338,7 @@ void Life::AskForShutdown(Moment hesitation, bool yes) {
     Pass(hesitation);
     if (down_ || !yes) return;
     road_ = Road::kMenu;
-    asked_.insert(wishes_.ShutdownCommand() + '\r');
+    asked_.insert(wishes_.ShutdownCommand());
   };
   main_.mnuShutDown_Click();
   dialogs.OnBox = nullptr;

@@ -56,8 +56,7 @@ class Life : public World {
   void Listen();
   void OnLoad();
   void OnUpsText(std::string_view bytes);
-  void OnReply(std::string_view bits);
-  void OnFault(int fault, bool set);
+  void OnReply(const Faults& faults);
   void OnWrite(const std::string& text);
   void OnModemWrite(const std::string& text);
   void OnPoll(const std::function<void()>& tick);
@@ -77,19 +76,21 @@ class Life : public World {
   FrmMain main_{state, panel, seams};
   std::string broken_;
 
-  // The facts, and what the rules make of them.
-  std::string text_;  // arrived since the last poll
-  int unanswered_ = 0;
-  Shown shown_;
-  CountRule count_;
-  Episode episodes_[3];
-  Ticks dial_delay_{std::chrono::seconds(5)};
-  int dial_reason_ = 0;
-  CallRule call_;
+  // The facts since the form was loaded, and what the rules make of them.
+  struct FormLife {
+    std::string text;  // arrived since the last poll
+    int unanswered = 0;
+    Shown shown;
+    CountRule count;
+    Faults seen_clear{};
+    Ticks dial_delay{std::chrono::seconds(5)};
+    std::size_t dial_reason = 0;
+    bool calling = false;  // a call goes on
+    CallRule call;
+  } form_;
 
   bool polling_ = false;              // inside a tick of the poll
   bool beginning_call_ = false;       // inside the tick that may begin a call
-  bool calling_ = false;              // a call goes on
   bool called_ = false;               // a call has begun in it
   std::multiset<std::string> asked_;  // commands that have to go out now
   Road road_ = Road::kNone;           // the road down that stands open now

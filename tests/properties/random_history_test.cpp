@@ -63,7 +63,7 @@ class History {
     if (wishes.delay == 0 && !OneIn(8)) wishes.delay = 60;
     wishes.low = Any<int>({0, 1, 20, 120, 900});
     wishes.shutdown_minutes = static_cast<int>(Below(11));
-    wishes.dial_conditions = Any<int>({0, 1, 10, 11, 100, 101, 110, 111});
+    for (bool& dials : wishes.dials) dials = OneIn(2);
     wishes.modem_port = 1 + static_cast<int>(Below(4));
     wishes.language = static_cast<int>(Below(2));
     if (!OneIn(4)) wishes.number = Any<std::string>({"119", "0,5550100", "1"});
@@ -213,7 +213,7 @@ class History {
     const Wishes wishes = AnyWishes();
     const bool change_port = OneIn(4);
     Tell("settings saved: delay " + std::to_string(wishes.delay) + ", low " +
-         std::to_string(wishes.low) + ", calls " + std::to_string(wishes.dial_conditions) +
+         std::to_string(wishes.low) + ", calls for mains " + std::to_string(wishes.dials[kMains]) +
          (change_port ? ", another port" : ""));
     life.Save(wishes, change_port);
   }

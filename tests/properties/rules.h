@@ -2,6 +2,7 @@
 // outside, of the facts that the program met. Nothing here looks at how the program keeps them.
 #pragma once
 
+#include <array>
 #include <chrono>
 #include <optional>
 #include <string>
@@ -12,41 +13,35 @@ namespace orvane::test {
 
 using Moment = std::chrono::milliseconds;
 
-// What one status reply says.
-struct Bits {
-  bool mains = false;  // failed
-  bool battery = false;
-  bool ups = false;
-};
+// Which faults a status reply says are set: mains, battery, UPS.
+enum Fault : std::size_t { kMains, kBatteryIsLow, kUps, kFaults };
+using Faults = std::array<bool, kFaults>;
 
 // The user's settings as far as a rule names them.
 struct Wishes {
   int delay = 600;  // seconds from a mains failure to the shutdown
   int low = 120;    // seconds from a low battery to the shutdown
   int shutdown_minutes = 0;
-  int dial_conditions = 0;  // decimal digits: mains, battery, UPS
+  Faults dials{};  // the faults that ask for a call
   int modem_port = 2;
   int language = 0;
   std::string number;
 
-  std::string ShutdownCommand() const;
-  bool Dials(int fault) const;
+  std::string ShutdownCommand() const {
+    if (shutdown_minutes == 0) return "S.5\r";
+    return (shutdown_minutes < 10 ? "S0" : "S") + std::to_string(shutdown_minutes) + '\r';
+  }
 };
 
 // What the panel says of the faults: as the last status reply had it, in the language of that time.
 // A caption counts as normal only where it is the present language's word for it.
-class Shown {
- public:
-  void Reply(const Bits& bits, int language);
-  void LinkLost() { known_ = false; }
-  const Bits& Last() const { return bits_; }
-  // Fault 1 mains, 2 battery, 3 UPS.
-  bool Normal(int fault, int language) const;
+struct Shown {
+  std::optional<Faults> faults;  // none: the link is lost
+  int language = 0;
 
- private:
-  Bits bits_;
-  int language_ = 0;
-  bool known_ = false;
+  bool Normal(std::size_t fault, int now) const {
+    return faults && language == now && !(*faults)[fault];
+  }
 };
 
 // When a timer has to tick: a whole period after it was started, and every period from there on. A
@@ -54,12 +49,20 @@ class Shown {
 class Ticks {
  public:
   explicit Ticks(Moment period) : period_(period) {}
-  void Start(Moment now);
+  void Start(Moment now) {
+    if (!next_) next_ = now + period_;
+  }
   void Stop() { next_.reset(); }
-  void Jump(Moment to);
+  void Jump(Moment to) {
+    if (next_ && *next_ < to) next_ = to;
+  }
   bool Running() const { return next_.has_value(); }
   // A tick comes now: false when none has to.
-  bool Take(Moment now);
+  bool Take(Moment now) {
+    if (next_ != now) return false;
+    *next_ += period_;
+    return true;
+  }
   bool Missed(Moment now) const { return next_ && *next_ < now; }
 
  private:
@@ -69,37 +72,50 @@ class Ticks {
 
 // The count to shutdown. A second of it passes with each tick while mains is not normal; the ticks
 // go on from a fault to the next reply without one, and stand still while the link is down.
-class CountRule {
- public:
+struct CountRule {
   Ticks ticks{std::chrono::seconds(1)};
+  bool begun = false;  // a count stands, running or suspended
+  int left = 0;
 
-  void Reply(Moment now, const Bits& bits);
-  void Saved(const Wishes& wishes) { left_ = wishes.delay; }
+  void Reply(Moment now, const Faults& faults) {
+    if (!faults[kMains]) {
+      ticks.Stop();
+      begun = false;
+    }
+    if (faults != Faults{}) ticks.Start(now);
+  }
+
   // One second: true when the shutdown has to begin with it.
-  bool Tick(const Shown& shown, const Wishes& wishes);
-
- private:
-  bool begun_ = false;  // a count stands, running or suspended
-  int left_ = 0;
-};
-
-// An episode of a fault is told once: when a reply shows it and one before showed it clear.
-class Episode {
- public:
-  // True when this reply begins an episode.
-  bool Begins(bool set);
-
- private:
-  bool seen_clear_ = false;
+  bool Tick(const Shown& shown, const Wishes& wishes) {
+    if (!begun) left = wishes.delay;
+    begun = true;
+    if (!shown.Normal(kMains, wishes.language)) {
+      const bool shorten = !shown.Normal(kBatteryIsLow, wishes.language) && left > wishes.low;
+      left = shorten ? wishes.low : left - 1;
+    }
+    return left <= 0;
+  }
 };
 
 // The modem's line: one call at a time.
 class CallRule {
  public:
   // A text goes out; `begins`: a run begins with it. What is wrong with that, empty if nothing.
-  std::string Sent(const std::string& text, bool begins, Moment now);
-  // Whatever went on is cut short: the form was unloaded.
-  void Cut() { attempts_ = 0; }
+  std::string Sent(const std::string& text, bool begins, Moment now) {
+    constexpr Moment kPatience{50000};
+    constexpr int kMostAttempts = 4;
+    if (text == "ATH\r") {
+      if (hung_up_) return "a line is hung up that no call holds";
+      hung_up_ = true;
+      return {};
+    }
+    if (!text.starts_with("ATDT") || !text.ends_with(";\r")) return "no command of the dialler";
+    if (begins) attempts_ = 0;
+    if (!hung_up_ && (!begins || now - last_dial_ < kPatience)) return "two calls at once";
+    hung_up_ = false;
+    last_dial_ = now;
+    return ++attempts_ > kMostAttempts ? "a fifth attempt" : "";
+  }
 
  private:
   int attempts_ = 0;  // of the run that was begun last
@@ -114,11 +130,13 @@ struct Appointment {
   int weekday;
   LocalTime at;
 
-  bool Due(const LocalTime& now) const;
+  bool Due(const LocalTime& now) const {
+    using namespace std::chrono;
+    const year_month_day today = year{now.year} / now.month / now.day;
+    const bool day = weekday == 0 ? today == year{at.year} / at.month / at.day
+                                  : std::chrono::weekday{today}.iso_encoding() == unsigned(weekday);
+    return day && at.hour == now.hour && at.minute == now.minute;
+  }
 };
-
-// A line of the log and a record of the day, stamped.
-std::string LogLine(const LocalTime& now, std::string_view message);
-std::string Record(const LocalTime& now, int code);
 
 }  // namespace orvane::test
