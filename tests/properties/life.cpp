@@ -196,8 +196,6 @@ void Life::LookForTheEndOfACall() {
 void Life::OnSecond(const std::function<void()>& tick) {
   Check(form_.count.ticks.Take(time.Steady()), "a second of the count out of time");
   const bool over = form_.count.Tick(form_.shown, wishes_);
-  const auto& faults = form_.shown.faults;
-  if (over && faults && (*faults)[kBatteryIsLow]) ++tally_.shortened;
   Expect(tick, over ? Road::kCount : Road::kNone);
 }
 
@@ -255,14 +253,12 @@ void Life::OnSequence() {
       // A line that is still in the language before a change is not known to be normal.
       Check(!form_.shown.Normal(kMains, wishes_.language) || wishes_.delay == 0,
             "a shutdown while mains is normal");
-      ++tally_.by_count;
+      ++tally_.counts;
       return ExpectLog(38);
     case Road::kSchedule:
-      ++tally_.by_schedule;
       ExpectLog(40);
       return ExpectRecord(0);
     case Road::kMenu:
-      ++tally_.by_menu;
       return ExpectLog(22);
     case Road::kNone:
       Check(false, "a sequence out of nowhere");

@@ -17,8 +17,7 @@ namespace orvane::test {
 // What happened in all lives, to tell whether the histories went everywhere.
 struct Tally {
   Moment time{0};
-  int lives = 0, by_count = 0, by_schedule = 0, by_menu = 0;
-  int episodes = 0, losses = 0, calls = 0, reloads = 0, shortened = 0;
+  int lives = 0, counts = 0, episodes = 0, losses = 0, calls = 0, reloads = 0;
 };
 
 // Ports, disk and clock on the wall may be played with at any time.

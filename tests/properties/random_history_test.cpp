@@ -243,13 +243,10 @@ TEST_P(RandomHistory, KeepsEveryPromise) {
   History history(seed);
   const std::string broken = history.Run(days(FromEnvironment("ORVANE_DAYS", kDays)));
   EXPECT_EQ(broken, "") << "with ORVANE_SEED=" << seed << ", history " << GetParam();
-  const Tally& told = history.Told();
   // Histories in which nothing happens would promise nothing.
-  EXPECT_GT(told.by_count, 0);
-  EXPECT_GT(told.episodes, told.lives);
-  EXPECT_GT(told.losses, 0);
-  EXPECT_GT(told.calls, 0);
-  EXPECT_GT(told.reloads, 0);
+  const auto& [time, lives, counts, episodes, losses, calls, reloads] = history.Told();
+  for (const int happened : {counts, losses, calls, reloads}) EXPECT_GT(happened, 0);
+  EXPECT_GT(episodes, lives);
 }
 
 INSTANTIATE_TEST_SUITE_P(Seeds, RandomHistory, testing::Range(0U, kHistories));

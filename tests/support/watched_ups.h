@@ -56,7 +56,9 @@ struct WatchedComputer : RunningProgram {
   void NextReply(const char* bits) {
     status.bits = bits;
     const auto polls = state.Main.PollsSent;
-    while (state.Main.PollsSent == polls) time.Advance(std::chrono::milliseconds(500));
+    for (int i = 0; i < 5 && state.Main.PollsSent == polls; ++i) {
+      time.Advance(std::chrono::milliseconds(500));
+    }
   }
 
   // Ticks of Timer2, which has to be running.
