@@ -1,6 +1,7 @@
 // Any bytes as `DateRec.rec`: the quick reader tells the same as one that looks at each character,
 // and a day of the file can be shown and left in both directions.
 #include <map>
+#include <regex>
 #include <string>
 #include <vector>
 
@@ -13,10 +14,6 @@ namespace {
 
 using Events = std::vector<std::pair<int, int>>;  // hour and code
 
-bool IsDigit(char c) {
-  return c >= '0' && c <= '9';
-}
-
 // A character of the file: a whole UTF-8 sequence counts as one, a stray byte too.
 std::size_t Length(std::string_view text) {
   const auto lead = static_cast<unsigned char>(text[0]);
@@ -27,17 +24,10 @@ std::size_t Length(std::string_view text) {
   return length;
 }
 
-// Hour and code are numbers with blanks round them; -1 for anything else.
-int Value(std::string text) {
-  while (text.starts_with(' ')) text.erase(0, 1);
-  while (text.ends_with(' ')) text.pop_back();
-  for (const char c : text) {
-    if (!IsDigit(c)) return -1;
-  }
-  return text.empty() ? -1 : std::stoi(text);
-}
-
 std::map<std::string, Events> ReadSlowly(std::string_view bytes) {
+  // Date, hour and code, each in its place.
+  static const std::regex form(
+      "[^]{2}([0-9]{4}-[0-9]{2}-[0-9]{2})[^]([0-9]{2}| [0-9]|[0-9] )[^]([0-9])");
   std::map<std::string, Events> days;
   while (!bytes.empty()) {
     const std::size_t end = bytes.find("\r\n");
@@ -49,15 +39,9 @@ std::map<std::string, Events> ReadSlowly(std::string_view bytes) {
       characters += length == 1 ? line[0] : '?';
       line.remove_prefix(length);
     }
-    if (characters.size() < 17) continue;
-    const std::string date = characters.substr(2, 10);
-    bool sound = true;
-    for (std::size_t i = 0; i < date.size(); ++i) {
-      sound = sound && (i == 4 || i == 7 ? date[i] == '-' : IsDigit(date[i]));
-    }
-    const int hour = Value(characters.substr(13, 2));
-    const int code = Value(characters.substr(16, 1));
-    if (sound && hour >= 0 && code >= 0) days[date].emplace_back(hour, code);
+    std::smatch found;
+    if (!std::regex_match(characters, found, form)) continue;
+    days[found[1]].emplace_back(std::stoi(found[2]), std::stoi(found[3]));
   }
   return days;
 }

@@ -1,6 +1,6 @@
 // Any text as a date or a time of the schedule, and any bytes as the schedule file: what reads has
 // the normal form and reads again as itself, and the engine takes whatever the tables hold.
-#include <cctype>
+#include <regex>
 
 #include "fuzz/fuzz_input.h"
 #include "protect/shutdown.h"
@@ -14,27 +14,19 @@ namespace {
 using namespace orvane;
 using orvane::test::Require;
 
-// "0" stands for a digit.
-bool HasForm(std::string_view text, std::string_view form) {
-  if (text.size() != form.size()) return false;
-  for (std::size_t i = 0; i < form.size(); ++i) {
-    const bool digit = std::isdigit(static_cast<unsigned char>(text[i])) != 0;
-    if (form[i] == '0' ? !digit : text[i] != form[i]) return false;
-  }
-  return true;
+bool HasForm(const std::string& text, const char* form) {
+  return std::regex_match(text, std::regex(form));
 }
 
 void Texts(std::string_view text) {
   if (const auto date = ReadDate(text)) {
-    Require(HasForm(*date, "0000-00-00"), "a date has the normal form");
+    Require(HasForm(*date, "[0-9]{4}-[01][0-9]-[0-3][0-9]"), "a date has the normal form");
     Require(ReadDate(*date) == date, "a date in normal form is itself");
     Require(ReadDate("  " + std::string(text) + " ") == date, "blanks round it do not count");
     Require(!ReadTime(text), "a date is no time");
   }
   if (const auto time = ReadTime(text)) {
-    Require(HasForm(*time, "0:00") || HasForm(*time, "00:00"), "a time has the normal form");
-    Require(time->size() == 4 || time->front() != '0', "an hour has no nought in front");
-    Require(std::stoi(*time) < 24, "a day has 24 hours");
+    Require(HasForm(*time, "([0-9]|1[0-9]|2[0-3]):[0-5][0-9]"), "a time has the normal form");
     Require(ReadTime(*time) == time, "a time in normal form is itself");
   }
 }

@@ -42,8 +42,7 @@ void Fill(const std::vector<Appointment>& schedule, State& state) {
     auto slot = static_cast<std::size_t>(due.weekday);
     if (due.weekday == 0) {
       const bool test = due.what == What::kSelfTest;
-      state.ScheduleDate[++entry + (test ? 7 : 0)] =
-          std::to_string(at.year) + '-' + std::to_string(at.month) + '-' + std::to_string(at.day);
+      state.ScheduleDate[++entry + (test ? 7 : 0)] = Print("%d-%d-%d", at.year, at.month, at.day);
       slot = entry + (test ? 14 : 7);
     }
     state.ScheduleEnable[slot] = '1';
@@ -273,11 +272,10 @@ void Life::ExpectLog(int message) {
 }
 
 void Life::ExpectRecord(int code) {
+  if (disk.refuse_writes) return;
   const LocalTime now = time.Now();
-  if (!disk.refuse_writes) {
-    records_ +=
-        Print("\"\n%04d-%02d-%02d %02d %d\"\r\n", now.year, now.month, now.day, now.hour, code);
-  }
+  records_ +=
+      Print("\"\n%04d-%02d-%02d %02d %d\"\r\n", now.year, now.month, now.day, now.hour, code);
 }
 
 void Life::Pass(Moment step) {

@@ -63,10 +63,13 @@ TEST_F(ShutdownTest, CountdownRunsEveryStepInOrder) {
             "\"\n2001-02-16 9:05:47 System shutdown\"\r\n");
   EXPECT_EQ(DateRec(), "\"\n2001-02-16 09 1\"\r\n");
 
-  // Nothing runs any more, whatever a reply that was under way and a window manager bring.
+  // Nothing runs any more, whatever a reply that was under way, a window manager and a user bring.
   const std::size_t sent = MSComm1.sent.size();
   MSComm1.Receive(status.Text());
   form.Form_Activate();
+  dialogs.OnBox = nullptr;
+  form.mnuShutDown_Click();
+  expected.push_back(expected.front());
   Seconds(3600);
   EXPECT_EQ(events, expected);
   EXPECT_EQ(MSComm1.sent.size(), sent);

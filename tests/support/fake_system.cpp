@@ -21,14 +21,6 @@ void FakeDialogs::Box(const char* kind, std::string_view text, std::string_view 
   --open_;
 }
 
-void FakeDialogs::Exclamation(std::string_view text, std::string_view title) {
-  Box("Exclamation", text, title);
-}
-
-void FakeDialogs::Plain(std::string_view text, std::string_view title) {
-  Box("Plain", text, title);
-}
-
 bool FakeDialogs::Ask(std::string_view text, std::string_view title) {
   Box("Ask", text, title);
   return answer && !dismissed_;
@@ -57,31 +49,10 @@ void FakeForms::Unload(Form form) {
 }
 
 const char* FormName(Form form) {
-  switch (form) {
-    case Form::frmMain:
-      return "frmMain";
-    case Form::frmSplash:
-      return "frmSplash";
-    case Form::frmAbout:
-      return "frmAbout";
-    case Form::frmAlert:
-      return "frmAlert";
-    case Form::frmSetup:
-      return "frmSetup";
-    case Form::frmWeek:
-      return "frmWeek";
-    case Form::frmSpecial:
-      return "frmSpecial";
-    case Form::frmSelfTest:
-      return "frmSelfTest";
-    case Form::frmLog:
-      return "frmLog";
-    case Form::frmDateRc:
-      return "frmDateRc";
-    case Form::frmShutRec:
-      return "frmShutRec";
-  }
-  return "?";
+  constexpr const char* kNames[] = {"frmMain",  "frmSplash", "frmAbout",   "frmAlert",
+                                    "frmSetup", "frmWeek",   "frmSpecial", "frmSelfTest",
+                                    "frmLog",   "frmDateRc", "frmShutRec"};
+  return kNames[static_cast<std::size_t>(form)];
 }
 
 }  // namespace orvane::test

@@ -48,8 +48,10 @@ class FakeDialogs : public Dialogs {
   // Runs while a box stands open.
   std::function<void()> OnBox;
 
-  void Exclamation(std::string_view text, std::string_view title) override;
-  void Plain(std::string_view text, std::string_view title) override;
+  void Exclamation(std::string_view text, std::string_view title) override {
+    Box("Exclamation", text, title);
+  }
+  void Plain(std::string_view text, std::string_view title) override { Box("Plain", text, title); }
   bool Ask(std::string_view text, std::string_view title) override;
   void Dismiss() override;
 
