@@ -7,7 +7,6 @@
 #include <cstdio>
 #include <deque>
 #include <string>
-#include <vector>
 
 #include "app/settings.h"
 #include "support/watched_ups.h"
@@ -27,8 +26,6 @@ using Replies = std::deque<Reply>;
 
 // What the first replies of an attempt are, attempt by attempt; silence behind the last.
 using Calls = std::deque<Replies>;
-
-using Notes = std::vector<std::string>;
 
 const Reply kOk{990ms, "\r\nOK\r\n"};
 const Reply kBusyOk{990ms, "BUSY\r\nOK\r\n"};
@@ -73,7 +70,7 @@ class DiallerTest : public testing::Test, public World {
     char at[32];
     std::snprintf(at, sizeof at, "%.2f ",
                   static_cast<double>((time.Steady() - begin).count()) / 1e3);
-    notes.push_back(at + what);
+    notes += at + what + '|';
   }
 
   void Sent(const std::string& text) {
@@ -99,88 +96,68 @@ class DiallerTest : public testing::Test, public World {
   milliseconds begin{0};
   Calls calls;
   Replies pending;
-  Notes notes;  // seconds since the tick: what Label13 said, what was sent (>)
+  std::string notes;  // seconds since the tick: what Label13 said, what was sent (>)
 };
 
 // The whole of a call's messages, wire and times, for each way through it.
 TEST_F(DiallerTest, Runs) {
-  struct Case {
+  const struct {
     const char* name;
     Calls calls;
-    Notes notes;
+    const char* notes;
     bool open;  // the modem's port at the end
     std::size_t beeps;
     std::int16_t language = 0;
-  };
-  const Case cases[] = {
+  } cases[] = {
       {"success in pieces behind the echo",
        {{{100ms, "ATDT119"}, {100ms, ";\r\r\nO"}, {790ms, "K"}, {10ms, "\r\n"}}},
-       {"0.00 > ATDT119;\r", "0.12 ATDT119", "0.22 ATDT119;\r\r\nO", "1.00 ATDT119;\r\r\nOK",
-        "1.00 Succeed", "22.00 Hang up", "22.00 > ATH\r", "25.00 dialling times:1",
-        "25.00 Succeed"},
+       "0.00 > ATDT119;\r|0.12 ATDT119|0.22 ATDT119;\r\r\nO|1.00 ATDT119;\r\r\nOK|1.00 Succeed|"
+       "22.00 Hang up|22.00 > ATH\r|25.00 dialling times:1|25.00 Succeed|",
        false,
        1},
       {"OK goes before NO CARRIER",
        {{{990ms, "NO CARRIER OK"}}},
-       {"0.00 > ATDT119;\r", "1.00 NO CARRIER OK", "1.00 Succeed", "22.00 Hang up", "22.00 > ATH\r",
-        "25.00 dialling times:1", "25.00 Succeed"},
+       "0.00 > ATDT119;\r|1.00 NO CARRIER OK|1.00 Succeed|"
+       "22.00 Hang up|22.00 > ATH\r|25.00 dialling times:1|25.00 Succeed|",
        false,
        1},
       {"busy, then success, in Chinese",
        {{kBusyOk}, {kOk}},
-       {"0.00 > ATDT119;\r", "1.00 BUSY\r\nOK\r\n", "1.00 线路忙,稍候再拨", "1.00 > ATH\r",
-        "4.00 拨号次数:1", "4.00 > ATDT119;\r", "5.00 \r\nOK\r\n", "5.00 拨号成功,稍侯挂机",
-        "26.00 挂机", "26.00 > ATH\r", "29.00 拨号次数:2", "29.00 拨号成功"},
+       "0.00 > ATDT119;\r|1.00 BUSY\r\nOK\r\n|1.00 线路忙,稍候再拨|1.00 > ATH\r|4.00 拨号次数:1|"
+       "4.00 > ATDT119;\r|5.00 \r\nOK\r\n|5.00 拨号成功,稍侯挂机|"
+       "26.00 挂机|26.00 > ATH\r|29.00 拨号次数:2|29.00 拨号成功|",
        false,
        2,
        kChineseBase},
       {"four in vain",
        {{kNoCarrier}, {kNoDialtone}, {kNoCarrier}, {kBusyOk}, {kOk}},
-       {"0.00 > ATDT119;\r",
-        "1.00 NO CARRIER",
-        "1.00 This's void phonecode",
-        "1.00 > ATH\r",
-        "4.00 dialling times:1",
-        "4.00 > ATDT119;\r",
-        "5.00 NO DIALTONE",
-        "5.00 No dialing tone,please connect phone line",
-        "5.00 > ATH\r",
-        "8.00 dialling times:2",
-        "8.00 > ATDT119;\r",
-        "9.00 NO CARRIER",
-        "9.00 This's void phonecode",
-        "9.00 > ATH\r",
-        "12.00 dialling times:3",
-        "12.00 > ATDT119;\r",
-        "13.00 BUSY\r\nOK\r\n",
-        "13.00 Busy",
-        "13.00 > ATH\r",
-        "16.00 dialling times:4",
-        "16.00 Give up dialing"},
+       "0.00 > ATDT119;\r|1.00 NO CARRIER|1.00 This's void phonecode|1.00 > ATH\r|"
+       "4.00 dialling times:1|4.00 > ATDT119;\r|5.00 NO DIALTONE|"
+       "5.00 No dialing tone,please connect phone line|5.00 > ATH\r|"
+       "8.00 dialling times:2|8.00 > ATDT119;\r|9.00 NO CARRIER|9.00 This's void phonecode|"
+       "9.00 > ATH\r|12.00 dialling times:3|12.00 > ATDT119;\r|13.00 BUSY\r\nOK\r\n|"
+       "13.00 Busy|13.00 > ATH\r|16.00 dialling times:4|16.00 Give up dialing|",
        false,
        1},
       {"words that do not count",
        {{{990ms, "BUSY ok no carrier"}}},
-       {"0.00 > ATDT119;\r", "1.00 BUSY ok no carrier",
-        "50.02 Can not dail,please check Modem line"},
+       "0.00 > ATDT119;\r|1.00 BUSY ok no carrier|50.02 Can not dail,please check Modem line|",
        true,
        0},
       {"the last pass counts",
        {{{50010ms, "NO CARRIER"}}, {}},
-       {"0.00 > ATDT119;\r", "50.02 NO CARRIER", "50.02 This's void phonecode", "50.02 > ATH\r",
-        "53.00 dialling times:1", "53.00 > ATDT119;\r",
-        "103.02 Can not dail,please check Modem line"},
+       "0.00 > ATDT119;\r|50.02 NO CARRIER|50.02 This's void phonecode|50.02 > ATH\r|"
+       "53.00 dialling times:1|53.00 > ATDT119;\r|103.02 Can not dail,please check Modem line|",
        true,
        0},
       {"an attempt forgets the one before",
        {{{990ms, "NO CARRIER BUSY"}, {1000ms, "OK NO DIALTONE"}}, {{990ms, "K"}}},
-       {"0.00 > ATDT119;\r", "1.00 NO CARRIER BUSY", "1.00 This's void phonecode", "1.00 > ATH\r",
-        "4.00 dialling times:1", "4.00 > ATDT119;\r", "5.00 K",
-        "54.02 Can not dail,please check Modem line"},
+       "0.00 > ATDT119;\r|1.00 NO CARRIER BUSY|1.00 This's void phonecode|1.00 > ATH\r|"
+       "4.00 dialling times:1|4.00 > ATDT119;\r|5.00 K|54.02 Can not dail,please check Modem line|",
        true,
        0},
   };
-  for (const Case& run : cases) {
+  for (const auto& run : cases) {
     SCOPED_TRACE(run.name);
     calls = run.calls;
     state.ResBase = run.language;
@@ -227,7 +204,7 @@ TEST_F(DiallerTest, PortThatDoesNotOpenIsToldAndNotTriedAgain) {
     Start();
     EXPECT_FALSE(MSComm2.PortOpen());
     time.Advance(60s);
-    EXPECT_EQ(notes, Notes{"0.00 Modem can't use appointed COM port."});
+    EXPECT_EQ(notes, "0.00 Modem can't use appointed COM port.|");
   }
 }
 
@@ -253,10 +230,10 @@ TEST_F(DiallerTest, RingingFollowsTheClock) {
     LocalTime now;      // what the clock is set to then; it shows 9:05:39 when the ringing begins
     const char* hang_up;
   } cases[] = {
-      {"set ahead", 5s, {2001, 2, 16, 9, 6, 0}, "6.02 Hang up"},
-      {"set ahead by a minute", 5s, {2001, 2, 16, 9, 6, 44}, "22.00 Hang up"},
-      {"set back by a second", 5s, {2001, 2, 16, 9, 5, 43}, "22.00 Hang up"},
-      {"set back by an hour", 20s, {2001, 2, 16, 8, 5, 59}, "22.00 Hang up"},
+      {"set ahead", 5s, {2001, 2, 16, 9, 6, 0}, "|6.02 Hang up|"},
+      {"set ahead by a minute", 5s, {2001, 2, 16, 9, 6, 44}, "|22.00 Hang up|"},
+      {"set back by a second", 5s, {2001, 2, 16, 9, 5, 43}, "|22.00 Hang up|"},
+      {"set back by an hour", 20s, {2001, 2, 16, 8, 5, 59}, "|22.00 Hang up|"},
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(c.name);
@@ -269,7 +246,7 @@ TEST_F(DiallerTest, RingingFollowsTheClock) {
     time.Advance(c.when);
     time.SetWall(c.now);
     Finish();
-    EXPECT_EQ(notes.at(3), c.hang_up);
+    EXPECT_NE(notes.find(c.hang_up), std::string::npos) << notes;
   }
 }
 
