@@ -110,6 +110,8 @@ TEST(DayHistory, CountsTheGoodRecordsOfADay) {
     const History history(c.file);
     EXPECT_EQ(history.form.lblDate(), today);
     EXPECT_EQ(history.Shown(), c.marks);
+    // Cell 0 has a count on every day.
+    EXPECT_EQ(history.form.lblCount(0), c.marks.contains(0) ? c.marks.at(0) : 0);
   }
 }
 
