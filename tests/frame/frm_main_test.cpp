@@ -102,15 +102,5 @@ TEST_F(FrmMainTest, ReloadStartsTheFormAfresh) {
   EXPECT_FALSE(state.Main.EventArmed[kBatteryLow]);
 }
 
-TEST_F(FrmMainTest, MenuCommandsGoOutBlind) {
-  ASSERT_TRUE(form.Form_Load());
-  form.mnuTest10S_Click();
-  EXPECT_EQ(MSComm1.Wire(), "T\r") << "before the first reply";
-  MSComm1.Unplug();
-  form.mnuCancelTest_Click();
-  EXPECT_EQ(MSComm1.Wire(), "T\r");
-  EXPECT_TRUE(events.empty()) << "nobody is told";
-}
-
 }  // namespace
 }  // namespace orvane::test

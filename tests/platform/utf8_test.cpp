@@ -16,7 +16,7 @@ TEST(WholeCharactersTest, CutsBetweenCharacters) {
       {"\xF0\x9F\x94\x8B.", 3, ""},
       {"\xF0\x9F\x94\x8B.", 4, "\xF0\x9F\x94\x8B"},
       // No characters at all.
-      {"\x80\x80\x80\x80\x80\x80", 5, "\x80\x80\x80\x80\x80"},
+      {"+\x80\x80\x80\x80\x80", 5, "+\x80\x80\x80\x80"},
   };
   for (const auto& [text, limit, cut] : cases) EXPECT_EQ(WholeCharacters(text, limit), cut);
 }

@@ -90,6 +90,8 @@ TEST_F(BoxesTest, AlertFollowsTheCountUntilItIsClosed) {
 
 // The window of an alert that has been closed is deleted late, after the next one has come.
 TEST_F(BoxesTest, LateDeletionOfAnAlertLeavesTheNextAlone) {
+  static_cast<void>(AlertWindow(state, alert));
+  state.ShutdownCountdown = 8;
   auto first = std::make_unique<AlertWindow>(state, alert);
   first->show();
   first->close();

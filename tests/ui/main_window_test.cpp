@@ -106,24 +106,5 @@ TEST_F(MainWindowTest, StatesTakeTheColoursOfThePanel) {
   }
 }
 
-TEST_F(MainWindowTest, TwoWarningsShareTheLine) {
-  const QWidget& first = Part(window, "lblAlert(1)");
-  const QWidget& second = Part(window, "lblAlert(2)");
-  status.load = "120";
-  Start();
-  Polls(2);
-  EXPECT_TRUE(first.isHidden());
-  EXPECT_EQ(second.height(), 22);
-  status.bits = "1000";
-  Polls(2);
-  EXPECT_FALSE(first.isHidden());
-  EXPECT_FALSE(first.geometry().intersects(second.geometry()));
-  EXPECT_EQ(first.height() + second.height(), 22);
-  status.load = "020";
-  Poll();
-  EXPECT_TRUE(second.isHidden());
-  EXPECT_EQ(first.height(), 22);
-}
-
 }  // namespace
 }  // namespace orvane::test
