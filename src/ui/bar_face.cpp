@@ -4,14 +4,13 @@
 #include <QPainter>
 #include <QPointer>
 #include <cmath>
-#include <span>
 
 #include "link/mirror.h"
+#include "ui/element_name.h"
 #include "ui/gauge_look.h"
 #include "ui/look.h"
 #include "ui/text_label.h"
 #include "ui/twips.h"
-#include "ui/words.h"
 
 namespace orvane {
 namespace {
@@ -35,80 +34,21 @@ struct Row {
   Label Panel::*figure;
   const char* figure_name;
   Bar Panel::*bar;
-  const char* unit;
   int trough_top;
   int marks_top;
-  int first_mark;  // index of its lblMark
-  std::array<int, 7> marks;
-  std::size_t mark_count;
+  int first_mark_element;  // of lblMark
+  Marks marks;
 };
 
+// From the top down.
 constexpr Row kRows[kGauges] = {
-    {kInput,
-     &Panel::lblApcAc,
-     "lblApcAc",
-     &Panel::shpInput,
-     "V",
-     285,
-     105,
-     0,
-     {0, 55, 110, 165, 220, 275, 330},
-     7},
-    {kOutput,
-     &Panel::lblApcOutput,
-     "lblApcOutput",
-     &Panel::shpOutput,
-     "V",
-     870,
-     690,
-     7,
-     {0, 55, 110, 165, 220, 275, 330},
-     7},
-    {kLoad,
-     &Panel::lblApcLoad,
-     "lblApcLoad",
-     &Panel::shpLoad,
-     "%",
-     1455,
-     1275,
-     14,
-     {0, 25, 50, 75, 100, 125, 150},
-     7},
-    {kBattery,
-     &Panel::lblApcBatt,
-     "lblApcBatt",
-     &Panel::shpBatt,
-     "%",
-     2025,
-     1845,
-     21,
-     {0, 20, 40, 60, 80, 100},
-     6},
-    {kTemperature,
-     &Panel::lblApcTemp,
-     "lblApcTemp",
-     &Panel::shpTemp,
-     "℃",
-     2610,
-     2430,
-     27,
-     {0, 15, 30, 45, 60, 75},
-     6},
-    {kFrequency,
-     &Panel::lblApcFreq,
-     "lblApcFreq",
-     &Panel::shpFreq,
-     "Hz",
-     3195,
-     3000,
-     33,
-     {40, 45, 50, 55, 60, 65},
-     6},
+    {kInput, &Panel::lblApcAc, "lblApcAc", &Panel::shpInput, 285, 105, 0, {0, 55, 7}},
+    {kOutput, &Panel::lblApcOutput, "lblApcOutput", &Panel::shpOutput, 870, 690, 7, {0, 55, 7}},
+    {kLoad, &Panel::lblApcLoad, "lblApcLoad", &Panel::shpLoad, 1455, 1275, 14, {0, 25, 7}},
+    {kBattery, &Panel::lblApcBatt, "lblApcBatt", &Panel::shpBatt, 2025, 1845, 21, {0, 20, 6}},
+    {kTemperature, &Panel::lblApcTemp, "lblApcTemp", &Panel::shpTemp, 2610, 2430, 27, {0, 15, 6}},
+    {kFrequency, &Panel::lblApcFreq, "lblApcFreq", &Panel::shpFreq, 3195, 3000, 33, {40, 5, 6}},
 };
-
-std::span<const int> Marks(const Row& row) {
-  return {row.marks.data(), row.mark_count};
-}
 
 constexpr TextLabel::Style kCaptionStyle{.size = 13, .least = 10};
 constexpr TextLabel::Style kMarkStyle{
@@ -120,13 +60,9 @@ constexpr TextLabel::Style kFigureStyle{.size = 18,
                                         .ground = look::kBoard};
 constexpr TextLabel::Style kUnitStyle{.size = 12, .least = 10, .ink = look::kQuietInk};
 
-QString Element(const char* name, std::size_t index) {
-  return QString("%1(%2)").arg(name).arg(index);
-}
-
 }  // namespace
 
-Trough::Trough(const Bar& bar, std::size_t index, std::span<const int> marks, QWidget* parent)
+Trough::Trough(const Bar& bar, std::size_t index, const Marks& marks, QWidget* parent)
     : QWidget(parent), bar_(bar), index_(index), marks_(marks) {
   setAttribute(Qt::WA_OpaquePaintEvent);
   setAttribute(Qt::WA_NoMousePropagation);
@@ -155,8 +91,9 @@ void Trough::paintEvent(QPaintEvent*) {
     painter.fillRect(QRectF(left, 0, right - left, height()), look::kDangerTint);
   }
   // The first and the last mark stand at the trough's own edges.
-  for (const int mark : marks_.subspan(1, marks_.size() - 2)) {
-    painter.fillRect(QRectF(Pixels(BarWidth(index_, mark)) - 0.5, 0, 1, height()), look::kHairline);
+  for (int k = 1; k < marks_.count - 1; ++k) {
+    const double centre = Pixels(BarWidth(index_, marks_.Value(k)));
+    painter.fillRect(QRectF(centre - 0.5, 0, 1, height()), look::kHairline);
   }
   shown_ = BarRect();
   painter.fillRect(shown_, look::Exact(look::kBarGreen));
@@ -180,14 +117,14 @@ void BarFace::AddRow(std::size_t i) {
   const auto beside = [&](const Place& place) {
     return Place{place.left, row.trough_top + place.top, place.width, place.height};
   };
-  captions_[i] = new TextLabel(Element("lblApcCap", i), beside(kCaption), kCaptionStyle, this);
+  captions_[i] = new TextLabel(ElementName("lblApcCap", i), beside(kCaption), kCaptionStyle, this);
   panel_.lblApcCap[i].Observer = [self = QPointer(this), i] {
     if (self) self->ShowCaption(i);
   };
 
   Bar& bar = panel_.*row.bar;
-  auto* trough = new Trough(bar, row.index, Marks(row), this);
-  trough->setObjectName(Element("Picture3", i));
+  auto* trough = new Trough(bar, row.index, row.marks, this);
+  trough->setObjectName(ElementName("Picture3", i));
   trough->setGeometry(Pixels(Place{kTroughLeft, row.trough_top, kTroughWidth, kTroughHeight}));
   bar.Observer = [trough = QPointer(trough)] {
     if (trough) trough->Moved();
@@ -195,26 +132,27 @@ void BarFace::AddRow(std::size_t i) {
 
   figures_[i] = new TextLabel(row.figure_name, beside(kFigure), kFigureStyle, this);
   figures_[i]->Follow(panel_.*row.figure);
-  auto* unit = new TextLabel(Element("Label18", i), beside(kUnit), kUnitStyle, this);
-  unit->Show(QString::fromUtf8(row.unit));
+  auto* unit = new TextLabel(ElementName("Label18", i), beside(kUnit), kUnitStyle, this);
+  unit->Show(Unit(row.index));
 }
 
 // Each mark stands centred over the end that the bar has at its value.
 void BarFace::AddMarks(std::size_t i) {
   const Row& row = kRows[i];
-  for (std::size_t k = 0; k < row.mark_count; ++k) {
-    const double centre = kTroughLeft + BarWidth(row.index, row.marks[k]);
+  for (int k = 0; k < row.marks.count; ++k) {
+    const int value = row.marks.Value(k);
+    const double centre = kTroughLeft + BarWidth(row.index, value);
     const int left = static_cast<int>(std::lround(centre)) - kMarkWidth / 2;
-    auto* mark = new TextLabel(Element("lblMark", static_cast<std::size_t>(row.first_mark) + k),
+    auto* mark = new TextLabel(ElementName("lblMark", row.first_mark_element + k),
                                {left, row.marks_top, kMarkWidth, kMarkHeight}, kMarkStyle, this);
-    mark->Show(QString::number(row.marks[k]));
+    mark->Show(QString::number(value));
   }
 }
 
 void BarFace::ShowCaption(std::size_t i) {
   captions_[i]->Show(panel_.lblApcCap[i]);
-  figures_[i]->Spoken(SpokenName(state_, kRows[i].index) + ", ",
-                      ' ' + QString::fromUtf8(kRows[i].unit));
+  const std::size_t index = kRows[i].index;
+  figures_[i]->Spoken(SpokenName(state_, index) + ", ", ' ' + Unit(index));
 }
 
 void BarFace::paintEvent(QPaintEvent*) {

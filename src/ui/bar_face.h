@@ -4,7 +4,6 @@
 #include <QWidget>
 #include <array>
 #include <functional>
-#include <span>
 
 #include "app/panel.h"
 #include "app/state.h"
@@ -13,13 +12,22 @@ namespace orvane {
 
 class TextLabel;
 
+// The values that get a mark: `count` of them, from `first` on.
+struct Marks {
+  int first;
+  int step;
+  int count;
+
+  constexpr int Value(int mark) const { return first + mark * step; }
+};
+
 // A box with a bar in it, which is cut off at the right edge.
 class Trough : public QWidget {
   Q_OBJECT
 
  public:
-  // `index` as `Label2`; `marks` are the values that get a line.
-  Trough(const Bar& bar, std::size_t index, std::span<const int> marks, QWidget* parent);
+  // `index` as `Label2`. Each mark gets a line.
+  Trough(const Bar& bar, std::size_t index, const Marks& marks, QWidget* parent);
 
   // The bar as it stands on the screen, in logical pixels of the trough.
   QRectF BarRect() const;
@@ -33,7 +41,7 @@ class Trough : public QWidget {
  private:
   const Bar& bar_;
   std::size_t index_;
-  std::span<const int> marks_;
+  Marks marks_;
   QRectF shown_;  // the bar as it was painted last
 };
 

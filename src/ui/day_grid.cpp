@@ -5,8 +5,8 @@
 #include <QStringList>
 #include <algorithm>
 
+#include "ui/element_name.h"
 #include "ui/look.h"
-#include "ui/twips.h"
 #include "ui/words.h"
 
 namespace orvane {
@@ -131,12 +131,12 @@ void DayGrid::Show(const DayHistory& history) {
 void DayGrid::MakeCell(int cell) {
   const CellPlace place = PlaceOf(cell);
   auto& [shpDate, lblCount] = cells_[static_cast<std::size_t>(cell)];
-  shpDate = new ColourBox(QString("shpDate(%1)").arg(cell),
+  shpDate = new ColourBox(ElementName("shpDate", cell),
                           {place.mark_left, place.mark_top, kMarkWidth, kMarkHeight},
                           ColourOf(place.row), this);
   lblCount = new Count({place.count_left, place.count_top, kCountWidth, kCountHeight},
                        FrameOf(cell % kHours).Right(), this);
-  lblCount->setObjectName(QString("lblCount(%1)").arg(cell));
+  lblCount->setObjectName(ElementName("lblCount", cell));
 }
 
 QString DayGrid::Words(int cell, int count) const {

@@ -3,12 +3,13 @@
 #include <QMouseEvent>
 #include <QPaintEvent>
 #include <QPainter>
-#include <QPainterPath>
 #include <QPointer>
 #include <algorithm>
 #include <cmath>
 #include <numbers>
+#include <optional>
 
+#include "ui/element_name.h"
 #include "ui/gauge_look.h"
 #include "ui/look.h"
 #include "ui/text_label.h"
@@ -20,19 +21,19 @@ namespace {
 // All places below are in twips of the form.
 constexpr Place kImage2{15, 825, 7725, 3600};
 
-constexpr int kNoElement = -1;
 constexpr std::size_t kMarks = 6;
+constexpr std::optional<std::size_t> kNone;
 
 struct DialRow {
   Place plate;
-  double pivot_x, pivot_y;
-  int caption;           // element of Label9
-  int unit;              // element of Label9 that tells the unit
-  const char* own_unit;  // or a unit of its own, with its label's name
-  const char* own_unit_name;
-  const char* spoken_unit;
-  double lowest, highest;  // values of the first and the last mark
-  const char* mark_names[kMarks];
+  QPointF pivot;
+  std::size_t caption;              // element of Label9
+  std::optional<std::size_t> unit;  // element of Label9 that tells the unit,
+  const char* own_unit;             // or a unit of its own and its label's name,
+  const char* own_unit_name;        // or none: the caption has it
+  double lowest, highest;           // values of the first and the last mark
+  int marks[kMarks - 2];            // elements of Label12 that name the marks, all but two:
+  int last_marks;                   // the last ones have this element of Label11 and Label10
 };
 
 constexpr int kUpperTop = 885;
@@ -47,72 +48,12 @@ constexpr Place Plate(int column, int top) {
 
 // In the order of Label2.
 constexpr DialRow kDials[kGauges] = {
-    {Plate(0, kUpperTop),
-     615,
-     2325,
-     0,
-     1,
-     nullptr,
-     nullptr,
-     " V",
-     200,
-     250,
-     {"Label12(3)", "Label12(2)", "Label12(1)", "Label12(0)", "Label11(0)", "Label10(0)"}},
-    {Plate(1, kUpperTop),
-     3315,
-     2325,
-     2,
-     3,
-     nullptr,
-     nullptr,
-     " V",
-     200,
-     250,
-     {"Label12(7)", "Label12(6)", "Label12(5)", "Label12(4)", "Label11(1)", "Label10(1)"}},
-    {Plate(2, kUpperTop),
-     5910,
-     2340,
-     4,
-     kNoElement,
-     nullptr,
-     nullptr,
-     " %",
-     0,
-     125,
-     {"Label12(20)", "Label12(21)", "Label12(22)", "Label12(23)", "Label11(5)", "Label10(5)"}},
-    {Plate(2, kLowerTop),
-     5895,
-     3990,
-     7,
-     kNoElement,
-     nullptr,
-     nullptr,
-     " %",
-     0,
-     100,
-     {"Label12(15)", "Label12(14)", "Label12(13)", "Label12(12)", "Label11(3)", "Label10(3)"}},
-    {Plate(0, kLowerTop),
-     630,
-     4005,
-     5,
-     kNoElement,
-     "(HZ)",
-     "Label16",
-     " Hz",
-     30,
-     80,
-     {"Label12(8)", "Label12(9)", "Label12(10)", "Label12(11)", "Label11(2)", "Label10(2)"}},
-    {Plate(1, kLowerTop),
-     3330,
-     4005,
-     6,
-     kNoElement,
-     "(℃)",
-     "Label17",
-     " ℃",
-     0,
-     75,
-     {"Label12(19)", "Label12(18)", "Label12(17)", "Label12(16)", "Label11(4)", "Label10(4)"}},
+    {Plate(0, kUpperTop), {615, 2325}, 0, 1, nullptr, nullptr, 200, 250, {3, 2, 1, 0}, 0},
+    {Plate(1, kUpperTop), {3315, 2325}, 2, 3, nullptr, nullptr, 200, 250, {7, 6, 5, 4}, 1},
+    {Plate(2, kUpperTop), {5910, 2340}, 4, kNone, nullptr, nullptr, 0, 125, {20, 21, 22, 23}, 5},
+    {Plate(2, kLowerTop), {5895, 3990}, 7, kNone, nullptr, nullptr, 0, 100, {15, 14, 13, 12}, 3},
+    {Plate(0, kLowerTop), {630, 4005}, 5, kNone, "(HZ)", "Label16", 30, 80, {8, 9, 10, 11}, 2},
+    {Plate(1, kLowerTop), {3330, 4005}, 6, kNone, "(℃)", "Label17", 0, 75, {19, 18, 17, 16}, 4},
 };
 
 // Distances from the pivot. The longest needle is 810.
@@ -153,21 +94,45 @@ QPointF OnPicture(double x, double y) {
   return {Pixels(x - kImage2.left), Pixels(y - kImage2.top)};
 }
 
+QString MarkName(const DialRow& dial, std::size_t mark) {
+  if (mark < kMarks - 2) return ElementName("Label12", dial.marks[mark]);
+  return ElementName(mark < kMarks - 1 ? "Label11" : "Label10", dial.last_marks);
+}
+
+// The room for the caption and the unit.
+Place CaptionPlace(const DialRow& dial) {
+  return Place{dial.plate.Right() - kRightInset - kCaptionWidth, dial.plate.top + kCaptionTop,
+               kCaptionWidth, kCaptionHeight}
+      .Inside(kImage2);
+}
+
+Place ReadOutPlace(const DialRow& dial) {
+  return Place{dial.plate.Right() - kRightInset - kReadOutWidth, dial.plate.top + kReadOutTop,
+               kReadOutWidth, kReadOutHeight}
+      .Inside(kImage2);
+}
+
 // The point at `radius` twips from a dial's pivot, `degrees` above the rest position.
 QPointF AtAngle(const DialRow& dial, double radius, double degrees) {
   const double angle = degrees * std::numbers::pi / 180;
-  return OnPicture(dial.pivot_x + radius * std::cos(angle),
-                   dial.pivot_y - radius * std::sin(angle));
+  return OnPicture(dial.pivot.x() + radius * std::cos(angle),
+                   dial.pivot.y() - radius * std::sin(angle));
 }
 
 QRectF Circle(const DialRow& dial, double radius) {
-  const QPointF pivot = OnPicture(dial.pivot_x, dial.pivot_y);
+  const QPointF pivot = OnPicture(dial.pivot.x(), dial.pivot.y());
   const double r = Pixels(radius);
   return {pivot.x() - r, pivot.y() - r, 2 * r, 2 * r};
 }
 
 double Degrees(const DialRow& dial, double value) {
   return std::clamp((value - dial.lowest) / (dial.highest - dial.lowest), 0.0, 1.0) * 90;
+}
+
+// What a needle on this line may touch, its thickness included.
+QRect Covered(const QLineF& needle) {
+  const QRect box = QRectF(needle.p1(), needle.p2()).normalized().toAlignedRect();
+  return box.adjusted(-3, -3, 3, 3);
 }
 
 void DrawArc(QPainter& painter, const DialRow& dial, double from, double to, const QColor& colour) {
@@ -192,36 +157,30 @@ void DialFace::AddDial(std::size_t gauge) {
   Dial& dial = dials_[gauge];
   for (std::size_t k = 0; k < kMarks; ++k) {
     const QPointF centre = AtAngle(row, kMarkRadius, static_cast<double>(k) * kDegreesPerMark);
-    auto* mark =
-        new TextLabel(row.mark_names[k], {0, 0, kMarkWidth, kMarkHeight}, kMarkStyle, this);
+    auto* mark = new TextLabel(MarkName(row, k), {0, 0, kMarkWidth, kMarkHeight}, kMarkStyle, this);
     mark->move(qRound(centre.x() - mark->width() / 2.0), qRound(centre.y() - mark->height() / 2.0));
     const double step = (row.highest - row.lowest) / (kMarks - 1);
     mark->Show(QString::number(row.lowest + step * static_cast<double>(k)));
   }
 
-  const int right = row.plate.Right() - kRightInset;
-  const Place caption{right - kCaptionWidth, row.plate.top + kCaptionTop, kCaptionWidth,
-                      kCaptionHeight};
-  const auto follow = [&](int element) {
-    auto* label = new TextLabel(QString("Label9(%1)").arg(element), caption.Inside(kImage2),
-                                kCaptionStyle, this);
-    panel_.Label9[static_cast<std::size_t>(element)].Observer = [self = QPointer(this), gauge] {
+  const auto follow = [&](std::size_t element) {
+    auto* label =
+        new TextLabel(ElementName("Label9", element), CaptionPlace(row), kCaptionStyle, this);
+    panel_.Label9[element].Observer = [self = QPointer(this), gauge] {
       if (self) self->ShowCaption(gauge);
     };
     return label;
   };
   dial.caption = follow(row.caption);
-  if (row.unit != kNoElement) {
-    dial.unit = follow(row.unit);
+  if (row.unit) {
+    dial.unit = follow(*row.unit);
   } else if (row.own_unit) {
-    dial.unit = new TextLabel(row.own_unit_name, caption.Inside(kImage2), kCaptionStyle, this);
+    dial.unit = new TextLabel(row.own_unit_name, CaptionPlace(row), kCaptionStyle, this);
     dial.unit->Show(QString::fromUtf8(row.own_unit));
   }
 
-  const Place read_out{right - kReadOutWidth, row.plate.top + kReadOutTop, kReadOutWidth,
-                       kReadOutHeight};
-  dial.read_out = new TextLabel(QString("Label2(%1)").arg(gauge), read_out.Inside(kImage2),
-                                kReadOutStyle, this);
+  dial.read_out =
+      new TextLabel(ElementName("Label2", gauge), ReadOutPlace(row), kReadOutStyle, this);
   dial.read_out->Follow(panel_.Label2[gauge]);
   panel_.Line1[gauge].Observer = [self = QPointer(this), gauge] {
     if (self) self->NeedleMoved(gauge);
@@ -233,22 +192,18 @@ void DialFace::AddDial(std::size_t gauge) {
 void DialFace::ShowCaption(std::size_t gauge) {
   const DialRow& row = kDials[gauge];
   Dial& dial = dials_[gauge];
-  QRect place = Pixels(Place{row.plate.Right() - kRightInset - kCaptionWidth,
-                             row.plate.top + kCaptionTop, kCaptionWidth, kCaptionHeight}
-                           .Inside(kImage2));
+  QRect place = Pixels(CaptionPlace(row));
   if (dial.unit) {
     // All the room there is, so that the text is measured whole.
     dial.unit->setGeometry(place);
-    if (row.unit != kNoElement) {
-      dial.unit->Show(panel_.Label9[static_cast<std::size_t>(row.unit)]);
-    }
+    if (row.unit) dial.unit->Show(panel_.Label9[*row.unit]);
     const int width = static_cast<int>(std::ceil(dial.unit->Advance()));
     dial.unit->setGeometry(place.right() + 1 - width, place.top(), width, place.height());
     place.setWidth(place.width() - width - static_cast<int>(Pixels(45)));
   }
   dial.caption->setGeometry(place);
-  dial.caption->Show(panel_.Label9[static_cast<std::size_t>(row.caption)]);
-  dial.read_out->Spoken(SpokenName(state_, gauge) + ", ", row.spoken_unit);
+  dial.caption->Show(panel_.Label9[row.caption]);
+  dial.read_out->Spoken(SpokenName(state_, gauge) + ", ", ' ' + Unit(gauge));
 }
 
 QLineF DialFace::NeedleLine(std::size_t gauge) const {
@@ -258,9 +213,7 @@ QLineF DialFace::NeedleLine(std::size_t gauge) const {
 }
 
 void DialFace::NeedleMoved(std::size_t gauge) {
-  const QLineF line = NeedleLine(gauge);
-  const QRect covers = QRectF(line.p1(), line.p2()).normalized().toAlignedRect();
-  update(covers.adjusted(-3, -3, 3, 3).united(dials_[gauge].painted));
+  update(Covered(NeedleLine(gauge)).united(dials_[gauge].painted));
 }
 
 void DialFace::paintEvent(QPaintEvent* event) {
@@ -306,8 +259,7 @@ void DialFace::PaintNeedle(QPainter& painter, std::size_t gauge) {
   painter.setPen(Qt::NoPen);
   painter.setBrush(look::kInk);
   painter.drawEllipse(Circle(kDials[gauge], kHubRadius));
-  dials_[gauge].painted =
-      QRectF(line.p1(), line.p2()).normalized().toAlignedRect().adjusted(-3, -3, 3, 3);
+  dials_[gauge].painted = Covered(line);
 }
 
 void DialFace::mouseDoubleClickEvent(QMouseEvent* event) {

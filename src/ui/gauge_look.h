@@ -19,4 +19,7 @@ Zone DangerZone(std::size_t index);
 // The value's name for a screen reader, in the language of this moment. `index` as `Label2`.
 QString SpokenName(const State& state, std::size_t index);
 
+// As it stands behind the figures. `index` as `Label2`.
+QString Unit(std::size_t index);
+
 }  // namespace orvane

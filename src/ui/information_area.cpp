@@ -3,6 +3,7 @@
 #include <QPainter>
 #include <QPointer>
 
+#include "ui/element_name.h"
 #include "ui/look.h"
 #include "ui/text_label.h"
 #include "ui/twips.h"
@@ -44,14 +45,14 @@ InformationArea::InformationArea(Panel& panel, QWidget* parent) : QWidget(parent
       const std::size_t i = kPlaces[row][column];
       const int left = kColumnLeft[column];
       captions_[i] =
-          new TextLabel(QString("Label1(%1)").arg(i),
-                        {left, kRowTop[row], kCaptionWidth, kRowHeight}, kCaptionStyle, this);
+          new TextLabel(ElementName("Label1", i), {left, kRowTop[row], kCaptionWidth, kRowHeight},
+                        kCaptionStyle, this);
       panel_.Label1[i].Observer = [self = QPointer(this), i] {
         if (self) self->ShowCaption(i);
       };
       const int value_left = left + kCaptionWidth + kGap;
       values_[i] = new TextLabel(
-          QString("Label7(%1)").arg(i),
+          ElementName("Label7", i),
           {value_left, kRowTop[row], left + kColumnWidth[column] - value_left, kRowHeight},
           kValueStyle, this);
       values_[i]->Follow(panel_.Label7[i]);

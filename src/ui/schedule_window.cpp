@@ -7,6 +7,7 @@
 #include <QPainter>
 #include <QPushButton>
 
+#include "ui/element_name.h"
 #include "ui/look.h"
 #include "ui/windows.h"
 
@@ -57,10 +58,6 @@ class TableFrame : public QFrame {
   }
 };
 
-QString NameOf(const char* array, std::size_t index) {
-  return QString("%1(%2)").arg(array).arg(index);
-}
-
 }  // namespace
 
 ScheduleWindow::ScheduleWindow(const ScheduleLook& look, State& state, const Seams& seams)
@@ -104,7 +101,7 @@ void ScheduleWindow::AddHeads(QGridLayout& grid) {
   int index = 0;
   const auto add = [&](const Words& head) {
     auto* label = new QLabel(Pick(state_, head));
-    label->setObjectName(NameOf("Label1", static_cast<std::size_t>(index++)));
+    label->setObjectName(ElementName("Label1", index++));
     label->setAlignment(Qt::AlignCenter);
     QFont bold(label->font());
     bold.setBold(true);
@@ -122,7 +119,7 @@ void ScheduleWindow::AddHeads(QGridLayout& grid) {
 void ScheduleWindow::AddRow(QGridLayout& grid, std::size_t row) {
   const QString caption = Pick(state_, look_.rows[row]);
   auto* check = new QCheckBox(caption);
-  check->setObjectName(NameOf("Check1", row));
+  check->setObjectName(ElementName("Check1", row));
   check->setChecked(editor_.Check1[row]);
   connect(check, &QCheckBox::toggled, this, [this, row](bool on) { editor_.Check1[row] = on; });
   const int line = static_cast<int>(row) + 1;
@@ -136,7 +133,7 @@ void ScheduleWindow::AddRow(QGridLayout& grid, std::size_t row) {
 
 QLineEdit* ScheduleWindow::AddBox(std::size_t index, const QString& name) {
   auto* box = new QLineEdit;
-  box->setObjectName(NameOf("txtTime", index));
+  box->setObjectName(ElementName("txtTime", index));
   box->setAccessibleName(name);
   box->setPlaceholderText(Pick(state_, index < ScheduleEditor::kDate ? kTimeForm : kDateForm));
   box->setFixedWidth(box->fontMetrics().horizontalAdvance('0') * kBoxCharacters + 2 * kCellMargin);

@@ -9,6 +9,7 @@
 #include <QRadioButton>
 #include <QToolButton>
 
+#include "ui/element_name.h"
 #include "ui/number_box.h"
 #include "ui/windows.h"
 #include "ui/words.h"
@@ -70,10 +71,6 @@ QLabel* NamedLabel(const char* name, const QString& text) {
   return label;
 }
 
-QString NameOf(const char* array, std::size_t index) {
-  return QString("%1(%2)").arg(array).arg(index);
-}
-
 QComboBox* List(const char* name, const QString& caption, const QStringList& items, int& choice) {
   auto* list = new QComboBox;
   list->setObjectName(name);
@@ -123,7 +120,7 @@ QWidget* SetupWindow::AddPorts(const char* name, const QString& caption,
   row->setSpacing(kMargin);
   for (const Port& port : ports) {
     auto* option = new QRadioButton(port.caption);
-    option->setObjectName(NameOf("OptCom", port.index));
+    option->setObjectName(ElementName("OptCom", port.index));
     option->setChecked(setup_.OptCom[port.index]);
     bool& chosen = setup_.OptCom[port.index];
     connect(option, &QRadioButton::toggled, this, [&chosen](bool on) { chosen = on; });
@@ -165,7 +162,7 @@ QLayout* SetupWindow::AddNumbers() {
 
 QLineEdit* SetupWindow::AddNumber(std::size_t index, const QString& name) {
   auto* box = new NumberBox;
-  box->setObjectName(NameOf("txt", index));
+  box->setObjectName(ElementName("txt", index));
   box->setAccessibleName(name);
   box->setAlignment(Qt::AlignRight);
   std::string& text = setup_.txt[index];
@@ -192,7 +189,7 @@ QWidget* SetupWindow::AddDialling() {
   for (std::size_t i = 0; i < kConditions.size(); ++i) {
     bool& condition = setup_.Check1[i + 1];
     auto* check = new QCheckBox(Pick(state_, kConditions[i]));
-    check->setObjectName(NameOf("Check1", i + 1));
+    check->setObjectName(ElementName("Check1", i + 1));
     check->setChecked(condition);
     connect(check, &QCheckBox::toggled, this, [&condition](bool on) { condition = on; });
     conditions->addWidget(check);

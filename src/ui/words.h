@@ -22,9 +22,4 @@ inline QString Message(const State& state, int number) {
   return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
 }
 
-// Lengths on forms are in twips, 15 to a logical pixel.
-constexpr int Px(int twips) {
-  return twips / 15;
-}
-
 }  // namespace orvane
