@@ -94,7 +94,6 @@ AlertWindow::AlertWindow(const State& state, FrmAlert& frm_alert)
   seconds->setMinimumWidth(seconds->fontMetrics().horizontalAdvance(kWidestCount));
   QLabel* unit = NewLabel(kSeconds, kPixels, kInk, false);
   unit->setObjectName("Label3");
-  unit->setVisible(false);
   auto* ok = new QPushButton(Pick(state, kOk));
   ok->setObjectName("Command1");
   ok->setDefault(true);

@@ -118,7 +118,7 @@ void DayGrid::Show(const DayHistory& history) {
     if (!visible) continue;
     const int count = history.lblCount(cell);
     lblCount->Show(count);
-    sentences += Words(cell, count);
+    sentences += Sentence(cell, count);
     shpDate->setToolTip(sentences.last());
     shpDate->setAccessibleName(sentences.last());
     lblCount->setToolTip(sentences.last());
@@ -139,7 +139,7 @@ void DayGrid::MakeCell(int cell) {
   lblCount->setObjectName(ElementName("lblCount", cell));
 }
 
-QString DayGrid::Words(int cell, int count) const {
+QString DayGrid::Sentence(int cell, int count) const {
   const QString hour = TwoDigits(cell % kHours);
   return QString("%1:00–%1:59  %2: %3")
       .arg(hour, kinds_[static_cast<std::size_t>(cell / kHours)])

@@ -50,7 +50,7 @@ class DayGrid : public QWidget {
   };
 
   void MakeCell(int cell);
-  QString Words(int cell, int count) const;
+  QString Sentence(int cell, int count) const;
 
   std::array<QString, 3> kinds_;  // of the rows
   std::array<Cell, kGridCells> cells_;

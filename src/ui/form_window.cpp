@@ -2,12 +2,21 @@
 
 #include <QAbstractButton>
 #include <QKeyEvent>
+#include <QVBoxLayout>
 
 namespace orvane {
 
 FormWindow::FormWindow()
     : QWidget(nullptr, Qt::Dialog | Qt::WindowTitleHint | Qt::WindowSystemMenuHint |
                            Qt::WindowCloseButtonHint) {}
+
+QVBoxLayout* FormWindow::AddColumn() {
+  auto* column = new QVBoxLayout(this);
+  column->setContentsMargins(kMargin, kMargin, kMargin, kMargin);
+  column->setSpacing(kMargin);
+  column->setSizeConstraint(QLayout::SetFixedSize);
+  return column;
+}
 
 void FormWindow::Buttons(QAbstractButton* accept, QAbstractButton* leave) {
   accept_ = accept;

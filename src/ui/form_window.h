@@ -4,6 +4,7 @@
 #include <QWidget>
 
 class QAbstractButton;
+class QVBoxLayout;
 
 namespace orvane {
 
@@ -11,7 +12,13 @@ namespace orvane {
 // Escape clicks the leaving one.
 class FormWindow : public QWidget {
  protected:
+  static constexpr int kMargin = 12;
+
   FormWindow();
+
+  // The column that the window's parts are to stand in; it makes the window as large as they need.
+  // To be called once.
+  QVBoxLayout* AddColumn();
 
   // Both belong to the window; to be told once.
   void Buttons(QAbstractButton* accept, QAbstractButton* leave);

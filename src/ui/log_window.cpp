@@ -1,6 +1,7 @@
 #include "ui/log_window.h"
 
 #include <QPushButton>
+#include <algorithm>
 #include <limits>
 
 #include "ui/form_parts.h"
@@ -48,13 +49,10 @@ LogWindow::LogWindow(const State& state, Disk& disk, Dialogs& dialogs, const std
 
   CenterForm(*this);
   const bool english = log_.Form_Load();
-  const auto pick = [english](const Words& words) {
-    return QString::fromUtf8(english ? words.english : words.chinese);
-  };
-  setWindowTitle(pick(kTitle));
-  List1->setAccessibleName(pick(kTitle));
-  clear->setText(pick(kClear));
-  cancel->setText(pick(kCancel));
+  setWindowTitle(Pick(english, kTitle));
+  List1->setAccessibleName(Pick(english, kTitle));
+  clear->setText(Pick(english, kClear));
+  cancel->setText(Pick(english, kCancel));
   Fill();
 }
 

@@ -17,7 +17,7 @@ namespace {
 
 constexpr int kRowPadding = 2;
 
-QString OneLine(const QString& text) {
+QString RowText(const QString& text) {
   QString line;
   for (const QChar c : text) {
     if (line.size() == LineModel::kMostShown) return line + u'…';
@@ -56,7 +56,7 @@ int LineModel::rowCount(const QModelIndex& parent) const {
 
 QVariant LineModel::data(const QModelIndex& index, int role) const {
   if (!index.isValid() || role != Qt::DisplayRole) return {};
-  return OneLine(text_(index.row()));
+  return RowText(text_(index.row()));
 }
 
 LongList::LongList(QWidget* parent) : QListView(parent) {

@@ -40,7 +40,7 @@ QPalette LightPalette() {
   palette.setColor(QPalette::ToolTipBase, kCard);
   palette.setColor(QPalette::ToolTipText, kInk);
   palette.setColor(QPalette::PlaceholderText, kQuietInk);
-  palette.setColor(QPalette::Highlight, QColor(38, 84, 186));
+  palette.setColor(QPalette::Highlight, kAccent);
   palette.setColor(QPalette::HighlightedText, Qt::white);
   return palette;
 }

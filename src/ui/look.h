@@ -23,6 +23,9 @@ inline constexpr QColor kTrough{250, 251, 252};
 inline constexpr QColor kInk{29, 36, 46};
 inline constexpr QColor kQuietInk{88, 99, 113};
 
+// What is chosen, and the program's own blue.
+inline constexpr QColor kAccent{38, 84, 186};
+
 // Zones of a scale, and the grounds behind a fault.
 inline constexpr QColor kDangerZone{236, 110, 98};
 inline constexpr QColor kDangerTint{253, 229, 226};

@@ -1,7 +1,6 @@
 #include "ui/main_window.h"
 
 #include <QAction>
-
 #include <QLayout>
 #include <QMenu>
 #include <QMenuBar>
@@ -11,6 +10,7 @@
 #include "ui/bar_face.h"
 #include "ui/bottom_lines.h"
 #include "ui/dial_face.h"
+#include "ui/form_parts.h"
 #include "ui/information_area.h"
 #include "ui/look.h"
 #include "ui/state_strip.h"
@@ -21,11 +21,12 @@ namespace {
 
 constexpr Place kClientArea{0, 0, 7770, 6510};
 
-// An entry without a caption is a separator; one without an action is hidden and disabled for good.
+// An entry without a caption is a separator. One that is hidden is disabled as well, for good.
 struct Entry {
   const char* name;
-  Caption Panel::*caption;
-  void (FrmMain::*click)();
+  Caption Panel::*caption = nullptr;
+  void (FrmMain::*click)() = nullptr;
+  bool hidden = false;
 };
 
 struct Menu {
@@ -39,34 +40,34 @@ const std::vector<Menu>& Menus() {
       {"mnuSystem",
        &Panel::mnuSystem,
        {{"mnuSetup", &Panel::mnuSetup, &FrmMain::mnuSetup_Click},
-        {"mnuLine11", nullptr, nullptr},
+        {"mnuLine11"},
         {"mnuOnOrOffBeep", &Panel::mnuOnOrOffBeep, &FrmMain::mnuOnOrOffBeep_Click},
-        {"mnuLine12", nullptr, nullptr},
+        {"mnuLine12"},
         {"mnuExit", &Panel::mnuExit, &FrmMain::mnuExit_Click}}},
       {"mnuTimer",
        &Panel::mnuTimer,
        {{"mnuWeek", &Panel::mnuWeek, &FrmMain::mnuWeek_Click},
         {"mnuSpecial", &Panel::mnuSpecial, &FrmMain::mnuSpecial_Click},
-        {"lineSpeceil", nullptr, nullptr},
+        {"lineSpeceil"},
         {"mnuTestTimer", &Panel::mnuTestTimer, &FrmMain::mnuTestTimer_Click}}},
       {"mnuDateAnalyse",
        &Panel::mnuDateAnalyse,
        {{"mnuLog", &Panel::mnuLog, &FrmMain::mnuLog_Click},
         {"mnuDateRecord", &Panel::mnuDateRecord, &FrmMain::mnuDateRecord_Click},
-        {"mnuLineA1", nullptr, nullptr},
+        {"mnuLineA1"},
         {"mnuShutRec", &Panel::mnuShutRec, &FrmMain::mnuShutRec_Click}}},
       {"mnuControl",
        &Panel::mnuControl,
        {{"mnuTest10S", &Panel::mnuTest10S, &FrmMain::mnuTest10S_Click},
         {"mnuTestToLow", &Panel::mnuTestToLow, &FrmMain::mnuTestToLow_Click},
         {"mnuCancelTest", &Panel::mnuCancelTest, &FrmMain::mnuCancelTest_Click},
-        {"mnuLine21", nullptr, nullptr},
+        {"mnuLine21"},
         {"mnuShutDown", &Panel::mnuShutDown, &FrmMain::mnuShutDown_Click}}},
       {"mnuHelp",
        &Panel::mnuHelp,
-       {{"mnuInternet", &Panel::mnuInternet, nullptr},
-        {"mnuEmail", &Panel::mnuEmail, nullptr},
-        {"LineAbout", nullptr, nullptr},
+       {{"mnuInternet", &Panel::mnuInternet, nullptr, true},
+        {"mnuEmail", &Panel::mnuEmail, nullptr, true},
+        {"LineAbout", nullptr, nullptr, true},
         {"mnuAbout", &Panel::mnuAbout, &FrmMain::mnuAbout_Click}}},
   };
   return menus;
@@ -98,11 +99,7 @@ void FollowFaces(Panel& panel, QWidget* board, QWidget* picture) {
 }  // namespace
 
 MainWindow::MainWindow(const State& state, Panel& panel, FrmMain& form)
-    : QMainWindow(nullptr, Qt::Window | Qt::CustomizeWindowHint | Qt::WindowTitleHint |
-                               Qt::WindowSystemMenuHint | Qt::WindowMinimizeButtonHint |
-                               Qt::WindowCloseButtonHint),
-      panel_(panel),
-      form_(form) {
+    : QMainWindow(nullptr, kFormFlags | Qt::WindowMinimizeButtonHint), panel_(panel), form_(form) {
   setObjectName("frmMain");
   setWindowTitle("Orvane");
   AddMenus();
@@ -126,12 +123,11 @@ void MainWindow::AddMenus() {
         connect(action, &QAction::triggered, this,
                 [&form = form_, click = entry.click] { (form.*click)(); });
       }
+      if (entry.hidden) {
+        action->setVisible(false);
+        action->setEnabled(false);
+      }
     }
-  }
-  for (const char* hidden : {"mnuInternet", "mnuEmail", "LineAbout"}) {
-    auto* action = findChild<QAction*>(hidden);
-    action->setVisible(false);
-    action->setEnabled(false);
   }
 }
 

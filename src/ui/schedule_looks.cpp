@@ -3,7 +3,7 @@
 namespace orvane {
 namespace {
 
-constexpr Words kNoHead{"", ""};
+constexpr std::optional<Words> kNoHead;
 constexpr Words kDate{"日  期", "Date"};
 constexpr Words kStartUp{"开启UPS", "StartUp"};
 constexpr Words kShutDown{"关闭UPS", "ShutDown"};
@@ -31,7 +31,7 @@ const ScheduleLook& WeekLook() {
         {"星期五", "Fri"},
         {"星期六", "Sat"},
         {"星期日", "Sun"}}},
-      {"星  期", "WEEK"},
+      Words{"星  期", "WEEK"},
       {{kStartUp, ScheduleEditor::kOn}, {kShutDown, ScheduleEditor::kOff}}};
   return look;
 }

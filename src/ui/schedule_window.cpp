@@ -15,7 +15,6 @@ namespace orvane {
 namespace {
 
 constexpr int kBoxCharacters = 12;
-constexpr int kMargin = 12;
 constexpr int kCellMargin = 10;
 
 constexpr Words kOk{"确  定", "OK"};
@@ -87,12 +86,9 @@ ScheduleWindow::ScheduleWindow(const ScheduleLook& look, State& state, const Sea
   buttons->addWidget(accept);
   buttons->addWidget(leave);
 
-  auto* rows = new QVBoxLayout(this);
-  rows->setContentsMargins(kMargin, kMargin, kMargin, kMargin);
-  rows->setSpacing(kMargin);
-  rows->addWidget(table);
-  rows->addLayout(buttons);
-  rows->setSizeConstraint(QLayout::SetFixedSize);
+  QVBoxLayout* column = AddColumn();
+  column->addWidget(table);
+  column->addLayout(buttons);
   CenterForm(*this);
 }
 
@@ -108,7 +104,7 @@ void ScheduleWindow::AddHeads(QGridLayout& grid) {
     label->setFont(bold);
     grid.addWidget(label, 0, column);
   };
-  if (*look_.row_head.english != '\0') add(look_.row_head);
+  if (look_.row_head) add(*look_.row_head);
   for (const ScheduleColumn& texts : look_.columns) {
     ++column;
     add(texts.head);

@@ -1,7 +1,8 @@
 // The windows of the three schedule editors: a table of seven rows of a check box and its texts.
 #pragma once
 
-#include <string>
+#include <array>
+#include <optional>
 #include <vector>
 
 #include "schedule/schedule_editor.h"
@@ -27,7 +28,7 @@ struct ScheduleLook {
   ScheduleSection section;
   Words title;
   std::array<Words, kScheduleEntries> rows;
-  Words row_head;  // empty: the check boxes have no head
+  std::optional<Words> row_head;  // over the check boxes
   std::vector<ScheduleColumn> columns;
 };
 

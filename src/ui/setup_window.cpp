@@ -17,7 +17,6 @@
 namespace orvane {
 namespace {
 
-constexpr int kMargin = 12;
 constexpr int kIconSize = 24;
 constexpr int kCaret = 3;
 
@@ -34,9 +33,14 @@ constexpr Words kExit{"退出", "Cancel"};
 constexpr std::array<Words, 3> kConditions = {
     {{"市电中断", "AC Fail"}, {"电池欠压", "Batt.Low"}, {"UPS异常", "UPS Fail"}}};
 
-// A box of a row of figures, with its unit behind it.
+// Columns of the boxes: minutes stand below minutes, and seconds below seconds.
+constexpr int kMinutes = 1;
+constexpr int kSeconds = 3;
+
+// A box of a row of figures, with its unit in the column behind it.
 struct NumberCell {
   std::size_t index;  // of `txt`
+  int column;
   const char* unit_name;
   Words unit;
 };
@@ -51,16 +55,16 @@ const std::vector<NumberRow>& NumberRows() {
   static const std::vector<NumberRow> rows = {
       {"Label1",
        {"在市电中断后电池可用:", "Expect Batt. Life"},
-       {{0, "Label2(0)", {"分", "Min."}}, {1, "Label4(1)", {"秒。", "Sec."}}}},
+       {{0, kMinutes, "Label2(0)", {"分", "Min."}}, {1, kSeconds, "Label4(1)", {"秒。", "Sec."}}}},
       {"Label3(0)",
        {"估计电池从欠压起可用:", "Batt. Lift When it Low"},
-       {{2, "Label2(1)", {"分", "Min"}}, {3, "Label4(2)", {"秒。", "Sec."}}}},
+       {{2, kMinutes, "Label2(1)", {"分", "Min"}}, {3, kSeconds, "Label4(2)", {"秒。", "Sec."}}}},
       {"Label3(1)",
        {"关机前几分钟开始显示警告：", "Warning Before Schedule Down"},
-       {{4, "Label2(2)", {"分。", "Min"}}}},
+       {{4, kMinutes, "Label2(2)", {"分。", "Min"}}}},
       {"Label3(2)",
        {"警告信息显示周期：", "Period Warning Time"},
-       {{5, "Label4(0)", {"秒。", "Sec."}}}},
+       {{5, kSeconds, "Label4(0)", {"秒。", "Sec."}}}},
   };
   return rows;
 }
@@ -96,18 +100,15 @@ SetupWindow::SetupWindow(State& state, Panel& panel, FrmMain& main, const Seams&
   setObjectName("frmSetup");
   setWindowTitle(Pick(state_, kTitle));
 
-  auto* rows = new QVBoxLayout(this);
-  rows->setContentsMargins(kMargin, kMargin, kMargin, kMargin);
-  rows->setSpacing(kMargin);
-  rows->addWidget(
+  QVBoxLayout* column = AddColumn();
+  column->addWidget(
       AddPorts("Frame1", Pick(state_, kUpsPorts),
                {{0, Pick(state_, kAuto)}, {1, "COM1"}, {2, "COM2"}, {3, "COM3"}, {4, "COM4"}}));
-  rows->addLayout(AddNumbers());
-  rows->addWidget(AddPorts("Frame2", Pick(state_, kModemPorts),
-                           {{9, "COM1"}, {8, "COM2"}, {7, "COM3"}, {6, "COM4"}}));
-  rows->addWidget(AddDialling());
-  rows->addLayout(AddButtons());
-  rows->setSizeConstraint(QLayout::SetFixedSize);
+  column->addLayout(AddNumbers());
+  column->addWidget(AddPorts("Frame2", Pick(state_, kModemPorts),
+                             {{9, "COM1"}, {8, "COM2"}, {7, "COM3"}, {6, "COM4"}}));
+  column->addWidget(AddDialling());
+  column->addLayout(AddButtons());
   CenterForm(*this);
 }
 
@@ -138,13 +139,10 @@ QLayout* SetupWindow::AddNumbers() {
   for (const NumberRow& row : NumberRows()) {
     const QString caption = Pick(state_, row.caption);
     grid->addWidget(NamedLabel(row.name, caption), line, 0);
-    int column = 1;
     for (const NumberCell& cell : row.cells) {
       const QString unit = Pick(state_, cell.unit);
-      // Seconds stand below seconds.
-      if (cell.index == 5) column = 3;
-      grid->addWidget(AddNumber(cell.index, caption + ' ' + unit), line, column++);
-      grid->addWidget(NamedLabel(cell.unit_name, unit), line, column++);
+      grid->addWidget(AddNumber(cell.index, caption + ' ' + unit), line, cell.column);
+      grid->addWidget(NamedLabel(cell.unit_name, unit), line, cell.column + 1);
     }
     ++line;
   }

@@ -3,6 +3,7 @@
 #include <QMouseEvent>
 #include <QPainter>
 
+#include "ui/imprint.h"
 #include "ui/look.h"
 #include "ui/picture.h"
 #include "ui/text_label.h"
@@ -33,7 +34,7 @@ constexpr Line kLines[] = {
      {.size = 15, .ink = look::kQuietInk}},
     {"lblVersion", "Ver 3.0", {kTextLeft, 1575, kTextWidth, 300}, {.size = 15}},
     {"Label1",
-     "Copyright (C) 2026 the Orvane developers",
+     kCopyright.english,
      {kTextLeft, 2025, kTextWidth, 240},
      {.size = 12, .ink = look::kQuietInk}},
     {"Label2",
@@ -44,11 +45,6 @@ constexpr Line kLines[] = {
 
 constexpr Place kRule{450, 2745, 6300, 15};
 constexpr Place kDisclaimer{450, 2865, 6300, 1035};
-constexpr char kDisclaimerText[] =
-    "Please note: this program can close your applications and switch off your computer and the "
-    "UPS "
-    "that feeds it. It is supplied as it is, without warranty of any kind, and nobody but you "
-    "answers for what it does on your machine. Try your settings out before you rely on them.";
 
 }  // namespace
 
@@ -66,14 +62,14 @@ SplashWindow::SplashWindow(Forms& forms)
   constexpr TextLabel::Style kDisclaimerStyle{
       .size = 12, .alignment = Qt::AlignLeft | Qt::AlignTop, .ink = look::kQuietInk, .wrap = true};
   auto* disclaimer = new TextLabel("lblDisclaimer", kDisclaimer, kDisclaimerStyle, this);
-  disclaimer->Show(QString(kDisclaimerText));
+  disclaimer->Show(QString(kNotice.english));
 }
 
 void SplashWindow::paintEvent(QPaintEvent*) {
   QPainter painter(this);
   painter.fillRect(rect(), look::kEdge);
   painter.fillRect(rect().adjusted(1, 1, -1, -1), look::kCard);
-  painter.fillRect(QRect(1, 1, width() - 2, 5), QColor(38, 84, 186));
+  painter.fillRect(QRect(1, 1, width() - 2, 5), look::kAccent);
   painter.fillRect(Pixels(kRule), look::kHairline);
 }
 

@@ -28,7 +28,7 @@ constexpr StateRow kRows[] = {
 };
 
 // Captions in one row, the states in a row beneath; a divider stands between two columns.
-constexpr int kColumn = kFrame2.width / 5;
+constexpr int kColumn = kFrame2.width / static_cast<int>(std::size(kRows));
 constexpr int kInset = 150;
 constexpr Place kCaption{kInset, 60, kColumn - kInset - 45, 210};
 constexpr Place kState{kInset, 270, kColumn - kInset - 45, 315};

@@ -13,8 +13,12 @@ struct Words {
   const char* english;
 };
 
+inline QString Pick(bool english, const Words& words) {
+  return QString::fromUtf8(english ? words.english : words.chinese);
+}
+
 inline QString Pick(const State& state, const Words& words) {
-  return QString::fromUtf8(state.ResBase == 0 ? words.english : words.chinese);
+  return Pick(state.ResBase == 0, words);
 }
 
 inline QString Message(const State& state, int number) {
