@@ -75,37 +75,9 @@ void OccupyStandardDescriptors() {
   if (descriptor >= 0) close(descriptor);
 }
 
-int Main(int argc, char** argv) {
-  OccupyStandardDescriptors();
-  signal(SIGPIPE, SIG_IGN);
-  // Nothing here is drawn by way of OpenGL, and its libraries take their time.
-  setenv("QT_XCB_GL_INTEGRATION", "none", 0);
-  // With shared memory every change on the panel has to wait for the display's word that the change
-  // before it has been seen; the few hundred pixels of a change are sent sooner than that.
-  setenv("QT_XCB_NO_MITSHM", "1", 0);
-  QApplication::setAttribute(Qt::AA_DontUseNativeMenuBar);
-  QApplication application(argc, argv);
-  QApplication::setApplicationName("Orvane");
-  QApplication::setDesktopFileName("orvane");
-  QApplication::setQuitOnLastWindowClosed(false);
-  look::Apply(application);
-
-  Outside outside;
-  if (!outside.settings.unknown_action.empty()) {
-    ReportLine("orvane: platform.ini names no known action (" + outside.settings.unknown_action +
-               "); a shutdown halts the computer");
-  }
+// Tells how the window of each form is made; each is made when it is asked for.
+void MakeForms(Outside& outside, State& state, Panel& panel, FrmMain& frm_main) {
   Windows& windows = outside.windows;
-  State state;
-  Panel panel;
-  FrmMain frm_main(state, panel, outside.seams);
-  MainWindow main_window(state, panel, frm_main);
-  windows.MakeMain(main_window,
-                   {[&] { return frm_main.Form_Load(); }, [&] { frm_main.Form_Activate(); },
-                    [&] {
-                      // A second instance that is ended in front of its box was never loaded.
-                      if (!outside.host.PrevInstance()) frm_main.Form_QueryUnload();
-                    }});
   windows.Make(Form::frmSplash, [&] { return new SplashWindow(windows); });
   windows.Make(Form::frmAbout, [&] { return new AboutWindow(state, windows, outside.dialogs); });
   windows.Make(Form::frmAlert, [&] { return new AlertWindow(state, frm_main.Alert()); });
@@ -127,6 +99,40 @@ int Main(int argc, char** argv) {
     windows.Make(look().form,
                  [&, look] { return new ScheduleWindow(look(), state, outside.seams); });
   }
+}
+
+int Main(int argc, char** argv) {
+  OccupyStandardDescriptors();
+  signal(SIGPIPE, SIG_IGN);
+  // Nothing here is drawn by way of OpenGL, and its libraries take their time.
+  setenv("QT_XCB_GL_INTEGRATION", "none", 0);
+  // With shared memory every change on the panel has to wait for the display's word that the change
+  // before it has been seen; the few hundred pixels of a change are sent sooner than that.
+  setenv("QT_XCB_NO_MITSHM", "1", 0);
+  QApplication::setAttribute(Qt::AA_DontUseNativeMenuBar);
+  QApplication application(argc, argv);
+  QApplication::setApplicationName("Orvane");
+  QApplication::setDesktopFileName("orvane");
+  QApplication::setQuitOnLastWindowClosed(false);
+  look::Apply(application);
+
+  Outside outside;
+  if (!outside.settings.unknown_action.empty()) {
+    ReportLine("orvane: platform.ini names no known action (" + outside.settings.unknown_action +
+               "); a shutdown halts the computer");
+  }
+  State state;
+  Panel panel;
+  FrmMain frm_main(state, panel, outside.seams);
+  MainWindow main_window(state, panel, frm_main);
+  Windows& windows = outside.windows;
+  windows.MakeMain(main_window,
+                   {[&] { return frm_main.Form_Load(); }, [&] { frm_main.Form_Activate(); },
+                    [&] {
+                      // A second instance that is ended in front of its box was never loaded.
+                      if (!outside.host.PrevInstance()) frm_main.Form_QueryUnload();
+                    }});
+  MakeForms(outside, state, panel, frm_main);
 
   const EndSignals end_signals([&] { windows.End(); });
   QObject::connect(&application, &QApplication::aboutToQuit, [&] { windows.UnloadMain(); });
