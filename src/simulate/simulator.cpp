@@ -9,7 +9,6 @@
 #include <array>
 #include <cstdio>
 #include <fstream>
-#include <iterator>
 #include <optional>
 #include <string>
 
@@ -152,8 +151,13 @@ class Simulator {
   bool LoadScript() {
     if (options_.script.empty()) return true;
     std::ifstream file(options_.script, std::ios::binary);
-    const std::string text{std::istreambuf_iterator<char>(file), {}};
-    const std::string reason = file ? script_.Read(text) : "cannot be read";
+    std::string text;
+    std::array<char, 4096> bytes;
+    while (file.read(bytes.data(), bytes.size()) || file.gcount() > 0) {
+      text.append(bytes.data(), static_cast<std::size_t>(file.gcount()));
+    }
+    // A folder opens, but comes to no end.
+    const std::string reason = file.eof() ? script_.Read(text) : "cannot be read";
     if (!reason.empty()) Complain(options_.script + ": " + reason);
     return reason.empty();
   }

@@ -142,6 +142,7 @@ class UpsSimTest(OrvaneTest):
                 (["--link"], 2, "Usage:"),
                 (["--link", precious], 1, "exists and is no link"),
                 (["--script", self.folder / "absent"], 1, "cannot be read"),
+                (["--script", self.folder], 1, "cannot be read"),
                 (["--script", self.script("\nquit\n")], 1, 'line 2: expected "SECONDS ORDER"')):
             with self.subTest(arguments):
                 process = self.start_process(BUILD / "orvane-ups-sim", *arguments)
