@@ -91,11 +91,10 @@ void FileWatch::Look() {
   ScanHeldFiles(false);
 }
 
-bool FileWatch::Look(const std::string& path, Stamp& stamp) {
+std::optional<FileWatch::Stamp> FileWatch::StampOf(const std::string& path) {
   struct stat status {};
-  if (lstat(path.c_str(), &status) != 0 || !S_ISREG(status.st_mode)) return false;
-  stamp = {status.st_size, Nanoseconds(status.st_mtim)};
-  return true;
+  if (lstat(path.c_str(), &status) != 0 || !S_ISREG(status.st_mode)) return std::nullopt;
+  return Stamp{status.st_size, Nanoseconds(status.st_mtim)};
 }
 
 // A file that is open for writing counts as written once it differs from what it was at the first
@@ -104,14 +103,14 @@ void FileWatch::ScanHeldFiles(bool first) {
   for (std::size_t i = 0; i < writers_.size(); ++i) {
     Writer& writer = writers_[i];
     ForEachHeldFile(*writer.application, [&](const std::string& path, bool writable) {
-      Stamp now;
-      if (!Look(path, now)) return;
+      const std::optional<Stamp> now = StampOf(path);
+      if (!now) return;
       AddFolder(fs::path(path).parent_path(), i);
       if (!writable) return;
-      const auto [held, is_new] = writer.held.try_emplace(path, now);
-      const bool changed = is_new ? now.modified >= started_ : !(held->second == now);
+      const auto [held, is_new] = writer.held.try_emplace(path, *now);
+      const bool changed = is_new ? now->modified >= started_ : held->second != *now;
       if (!first && changed) {
-        held->second = now;
+        held->second = *now;
         AddWritten(i, path);
       }
     });
@@ -216,8 +215,7 @@ std::set<std::size_t> FileWatch::Holders(const std::string& path) {
 std::vector<std::string> FileWatch::Written(std::size_t index) const {
   std::vector<std::string> files;
   for (const std::string& path : writers_[index].written) {
-    Stamp stamp;
-    if (Look(path, stamp)) files.push_back(path);
+    if (StampOf(path)) files.push_back(path);
   }
   return files;
 }

@@ -4,6 +4,7 @@
 
 #include <chrono>
 #include <map>
+#include <optional>
 #include <set>
 #include <string>
 #include <vector>
@@ -33,7 +34,7 @@ class FileWatch {
   std::vector<std::string> Written(std::size_t index) const;
 
  private:
-  // How a file looked when it was first seen open.
+  // How a file looked at a moment.
   struct Stamp {
     long long size = 0;
     long long modified = 0;  // nanoseconds of the wall clock
@@ -41,7 +42,7 @@ class FileWatch {
   };
   struct Writer {
     const Application* application;
-    std::map<std::string, Stamp> held;  // open for writing at some look
+    std::map<std::string, Stamp> held;  // open for writing at some look, as they were last
     std::vector<std::string> written;
     Time last_write;
   };
@@ -50,7 +51,8 @@ class FileWatch {
     std::set<std::size_t> writers;  // those that hold a file there
   };
 
-  static bool Look(const std::string& path, Stamp& stamp);
+  // Nothing where no plain file stands.
+  static std::optional<Stamp> StampOf(const std::string& path);
   void ScanHeldFiles(bool first);
   void AddFolder(const std::string& path, std::size_t index);
   void TakeEvents();

@@ -26,8 +26,7 @@ constexpr std::chrono::seconds kGuard{34};
 extern "C" void GiveUp(int) {
   constexpr std::string_view kLine = "exit.exe: the desktop or the disk hangs; no report\n";
   pollfd room{STDERR_FILENO, POLLOUT, 0};
-  if (poll(&room, 1, 0) == 1) [[maybe_unused]]
-    const ssize_t written = write(STDERR_FILENO, kLine.data(), kLine.size());
+  if (poll(&room, 1, 0) == 1) (void)!write(STDERR_FILENO, kLine.data(), kLine.size());
   _exit(1);
 }
 

@@ -36,8 +36,9 @@ bool ReadStat(pid_t process, Stat& stat) {
 
 ProcessTree::ProcessTree() {
   std::error_code error;
-  for (const fs::directory_entry& entry : fs::directory_iterator("/proc", error)) {
-    const std::string name = entry.path().filename();
+  for (fs::directory_iterator entry("/proc", error), end; !error && entry != end;
+       entry.increment(error)) {
+    const std::string name = entry->path().filename();
     pid_t process = 0;
     const auto [stop, bad] = std::from_chars(name.data(), name.data() + name.size(), process);
     Stat stat;

@@ -32,6 +32,35 @@ struct Share {
   bool lost = false;  // the desktop no longer answers
 };
 
+// The applications of all desktops, one desktop behind the other, but for those of this program.
+std::vector<Share> List(const std::vector<std::unique_ptr<Desktop>>& desktops,
+                        std::vector<Application>& applications) {
+  std::set<pid_t> spared = ProcessTree().Own(DirectoryOfExecutable(getpid()));
+  std::vector<Share> shares;
+  for (const auto& desktop : desktops) {
+    std::vector<Application> listed = desktop->List(spared);
+    // What one desktop asks, the next one does not.
+    for (const Application& application : listed) {
+      spared.insert(application.processes.begin(), application.processes.end());
+    }
+    shares.push_back({desktop.get(), applications.size(), std::vector<bool>(listed.size())});
+    std::move(listed.begin(), listed.end(), std::back_inserter(applications));
+  }
+  return shares;
+}
+
+// Takes in which applications have gone, and when that was seen.
+void Look(Share& share, std::vector<Application>& applications,
+          std::vector<Clock::time_point>& gone_at) {
+  share.lost = share.lost || !share.desktop->Look(share.gone);
+  if (share.lost) return;
+  for (std::size_t i = 0; i < share.gone.size(); ++i) {
+    Application& application = applications[share.first + i];
+    if (share.gone[i] && !application.closed) gone_at[share.first + i] = Clock::now();
+    application.closed = share.gone[i];
+  }
+}
+
 bool IsDone(const Application& application, Clock::time_point gone_at,
             Clock::time_point last_write) {
   if (!application.closed) return false;
@@ -55,36 +84,17 @@ std::vector<std::unique_ptr<Desktop>> OpenDesktops() {
 
 std::vector<Application> SaveAndClose(const std::vector<std::unique_ptr<Desktop>>& desktops,
                                       Clock::time_point deadline) {
-  std::set<pid_t> spared = ProcessTree().Own(DirectoryOfExecutable(getpid()));
   std::vector<Application> applications;
-  std::vector<Share> shares;
-  for (const auto& desktop : desktops) {
-    std::vector<Application> listed = desktop->List(spared);
-    // What one desktop asks, the next one does not.
-    for (const Application& application : listed) {
-      spared.insert(application.processes.begin(), application.processes.end());
-    }
-    shares.push_back({desktop.get(), applications.size(), std::vector<bool>(listed.size())});
-    std::move(listed.begin(), listed.end(), std::back_inserter(applications));
-  }
-
+  std::vector<Share> shares = List(desktops, applications);
   FileWatch watch(applications);
   for (const auto& desktop : desktops) desktop->AskToClose();
 
   std::vector<Clock::time_point> gone_at(applications.size());
   for (bool waiting = true; waiting && Clock::now() < deadline;) {
     std::this_thread::sleep_for(kLook);
-    waiting = false;
-    for (Share& share : shares) {
-      share.lost = share.lost || !share.desktop->Look(share.gone);
-      if (share.lost) continue;
-      for (std::size_t i = 0; i < share.gone.size(); ++i) {
-        Application& application = applications[share.first + i];
-        if (share.gone[i] && !application.closed) gone_at[share.first + i] = Clock::now();
-        application.closed = share.gone[i];
-      }
-    }
+    for (Share& share : shares) Look(share, applications, gone_at);
     watch.Look();
+    waiting = false;
     for (const Share& share : shares) {
       for (std::size_t i = share.first; !share.lost && i < share.first + share.gone.size(); ++i) {
         if (!IsDone(applications[i], gone_at[i], watch.LastWrite(i))) waiting = true;
