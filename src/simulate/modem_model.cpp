@@ -143,8 +143,9 @@ void ModemModel::Tell(Trace kind, std::string_view text) const {
 
 void AddModemOrders(OrderTable& orders, ModemModel& modem) {
   std::string names;
-  for (const AnswerRow& row : kAnswers)
+  for (const AnswerRow& row : kAnswers) {
     names += (names.empty() ? "" : ", ") + std::string(row.name);
+  }
   orders.AddText("answer", "WHAT", "what a dial is answered with: " + names,
                  [&modem, names](std::string_view name) -> std::string {
                    for (const AnswerRow& row : kAnswers) {

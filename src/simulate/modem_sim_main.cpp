@@ -1,3 +1,4 @@
+// orvane-modem-sim: a modem on a pseudo-terminal, for trying emergency calls without one.
 #include "simulate/modem_model.h"
 #include "simulate/simulator.h"
 

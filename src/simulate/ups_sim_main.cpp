@@ -6,7 +6,9 @@ int main(int argc, char** argv) {
   orvane::UpsModel ups;
   orvane::OrderTable orders;
   orvane::AddUpsOrders(orders, ups);
-  return orvane::RunSimulator(
-      argc, argv, {"orvane-ups-sim", "A simulated UPS on a pseudo-terminal, at 2400 baud.", 2400},
-      ups, orders);
+  return orvane::RunSimulator(argc, argv,
+                              {.program = "orvane-ups-sim",
+                               .about = "A simulated UPS on a pseudo-terminal, at 2400 baud.",
+                               .baud = 2400},
+                              ups, orders);
 }
