@@ -1,6 +1,5 @@
 // Takes a picture of every window in both languages and in its telling states. Clock, values and
 // font are fixed, so that the same windows give the same pictures.
-
 #include <QApplication>
 #include <QDir>
 #include <QImage>
@@ -14,12 +13,12 @@ namespace {
 
 struct LanguageRow {
   const char* suffix;
-  RunningProgram::Language language;
+  Stage::Language language;
 };
 
 constexpr LanguageRow kLanguages[] = {
-    {"en", RunningProgram::Language::kEnglish},
-    {"zh", RunningProgram::Language::kChinese},
+    {"en", Stage::Language::kEnglish},
+    {"zh", Stage::Language::kChinese},
 };
 
 bool Save(const QImage& picture, const QString& path) {
@@ -48,11 +47,14 @@ void PassOver(QtMsgType, const QMessageLogContext&, const QString& message) {
 int TakeAll(const QString& directory, const QString& only) {
   QDir().mkpath(directory);
   bool all = true;
+  bool any = false;
   for (const Shot& shot : Shots()) {
     if (!only.isEmpty() && only != shot.name) continue;
+    any = true;
     for (const LanguageRow& language : kLanguages) all = Take(shot, language, directory) && all;
   }
-  return all ? 0 : 1;
+  if (!any) std::fprintf(stderr, "there is no picture named %s\n", qPrintable(only));
+  return all && any ? 0 : 1;
 }
 
 int Main(int argc, char** argv) {

@@ -1,4 +1,4 @@
-// A window and the program behind it, in the state that a picture shows.
+// The program behind a window, to be brought into the state that a picture shows.
 #pragma once
 
 #include <QWidget>
@@ -8,17 +8,6 @@
 
 namespace orvane::shots {
 
-using test::RunningProgram;
-
-struct Stage : RunningProgram {
-  using RunningProgram::RunningProgram;
-};
-
-// One picture: its file name without language and ending, and what makes its window. The maker
-// brings the program into the state to be shown and hands over the window, which is not shown yet.
-struct Shot {
-  const char* name;
-  std::unique_ptr<QWidget> (*make)(Stage& stage);
-};
+using Stage = test::RunningProgram;
 
 }  // namespace orvane::shots
