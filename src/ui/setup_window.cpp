@@ -75,10 +75,13 @@ QLabel* NamedLabel(const char* name, const QString& text) {
   return label;
 }
 
-QComboBox* List(const char* name, const QString& caption, const QStringList& items, int& choice) {
+// `caption` stands beside the list and is its buddy, by which a screen reader learns what the list
+// is about: it takes the chosen item for the name.
+QComboBox* List(const char* name, QLabel& caption, const QStringList& items, int& choice) {
   auto* list = new QComboBox;
   list->setObjectName(name);
-  list->setAccessibleName(caption);
+  list->setAccessibleName(caption.text());
+  caption.setBuddy(list);
   list->addItems(items);
   list->setCurrentIndex(choice);
   QObject::connect(list, &QComboBox::currentIndexChanged, list,
@@ -119,11 +122,16 @@ QWidget* SetupWindow::AddPorts(const char* name, const QString& caption,
   frame->setObjectName(name);
   auto* row = new QHBoxLayout(frame);
   row->setSpacing(kMargin);
+  bool any = false;
+  for (const Port& port : ports) any = any || setup_.OptCom[port.index];
   for (const Port& port : ports) {
+    bool& chosen = setup_.OptCom[port.index];
     auto* option = new QRadioButton(port.caption);
     option->setObjectName(ElementName("OptCom", port.index));
-    option->setChecked(setup_.OptCom[port.index]);
-    bool& chosen = setup_.OptCom[port.index];
+    option->setChecked(chosen);
+    // The Tab key comes to the chosen one. The buttons see to that themselves, but not before one
+    // of them has had the focus.
+    if (any && !chosen) option->setFocusPolicy(Qt::ClickFocus);
     connect(option, &QRadioButton::toggled, this, [&chosen](bool on) { chosen = on; });
     row->addWidget(option);
   }
@@ -146,9 +154,9 @@ QLayout* SetupWindow::AddNumbers() {
     }
     ++line;
   }
-  const QString delay = Pick(state_, kDelay);
-  grid->addWidget(NamedLabel("Label3(3)", delay), line, 0);
-  grid->addWidget(List("cob", delay,
+  QLabel* delay = NamedLabel("Label3(3)", Pick(state_, kDelay));
+  grid->addWidget(delay, line, 0);
+  grid->addWidget(List("cob", *delay,
                        {"30 S", "60 S", "120 S", "180 S", "240 S", "300 S", "360 S", "420 S",
                         "480 S", "540 S", "600 S"},
                        setup_.cob),
@@ -215,10 +223,11 @@ QWidget* SetupWindow::AddDialling() {
 }
 
 QLayout* SetupWindow::AddButtons() {
-  const QString caption = Pick(state_, kLanguageLabel);
+  QLabel* language = NamedLabel("Label6", Pick(state_, kLanguageLabel));
   auto* row = new QHBoxLayout;
-  row->addWidget(NamedLabel("Label6", caption));
-  row->addWidget(List("cobLanguege", caption, {" English", " Chinese(Simp.)"}, setup_.cobLanguege));
+  row->addWidget(language);
+  row->addWidget(
+      List("cobLanguege", *language, {" English", " Chinese(Simp.)"}, setup_.cobLanguege));
   row->addStretch();
   const auto add = [&](const char* name, const Words& words, const char* picture) {
     auto* button = new QToolButton;

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <QAbstractButton>
+#include <QAccessible>
 #include <QClipboard>
 #include <QComboBox>
 #include <QGuiApplication>
@@ -79,6 +80,20 @@ TEST_F(SetupWindowTest, ShowsTheSettingsAndSavesThemUnchanged) {
     EXPECT_EQ(Choice("cob").currentIndex(), row.period);
     EXPECT_EQ(Choice("cobLanguege").currentIndex(), row.language);
     EXPECT_EQ(Save(), row.line + "\r\n");
+  }
+}
+
+TEST_F(SetupWindowTest, KeysComeToTheChosenPortsAndReadersHearWhatAListIsAbout) {
+  Open("2,0,0,0,0,0,0,0,3,0,\"\",0");
+  EXPECT_EQ(window->focusWidget()->objectName(), "OptCom(2)");
+  Choice("cob").setFocus();
+  QTest::keyClick(&Choice("cob"), Qt::Key_Tab);
+  EXPECT_EQ(window->focusWidget()->objectName(), "OptCom(7)");
+  for (const char* name : {"cob", "cobLanguege"}) {
+    const auto* list = QAccessible::queryAccessibleInterface(&Choice(name));
+    const auto labels = list->relations(QAccessible::Label);
+    ASSERT_EQ(labels.size(), 1) << name;
+    EXPECT_FALSE(labels.front().first->text(QAccessible::Name).isEmpty());
   }
 }
 
