@@ -2,6 +2,7 @@
 
 #include <systemd/sd-bus.h>
 
+#include <cerrno>
 #include <cstring>
 #include <limits>
 
@@ -91,11 +92,13 @@ bool Bus::Wait(const std::function<bool()>& done, Time deadline) {
   while (!done()) {
     const int served = sd_bus_process(bus_, nullptr);
     if (served < 0) return false;
-    if (served > 0) continue;
     const auto left = std::chrono::duration_cast<std::chrono::microseconds>(
         deadline - std::chrono::steady_clock::now());
-    if (left.count() <= 0) return false;
-    if (sd_bus_wait(bus_, static_cast<std::uint64_t>(left.count())) < 0) return false;
+    if (left.count() <= 0) return done();
+    if (served > 0) continue;
+    // A signal ends this wait, whatever its handler asked for, but not ours.
+    const int waited = sd_bus_wait(bus_, static_cast<std::uint64_t>(left.count()));
+    if (waited < 0 && waited != -EINTR) return false;
   }
   return true;
 }
