@@ -2,6 +2,7 @@
 
 #include <signal.h>
 #include <sys/mman.h>
+#include <unistd.h>
 
 #include <array>
 #include <atomic>
@@ -19,6 +20,7 @@ struct Range {
 };
 
 std::array<Range, 16> ranges;
+std::uintptr_t page_size = 0;  // known before the handler is there
 struct sigaction previous_action;
 
 extern "C" void PutZerosUnder(int, siginfo_t* info, void*) {
@@ -27,8 +29,7 @@ extern "C" void PutZerosUnder(int, siginfo_t* info, void*) {
     const std::uintptr_t begin = range.begin;
     const std::uintptr_t end = range.end;
     if (address < begin || address >= end) continue;
-    constexpr std::uintptr_t kPage = 4096;
-    const std::uintptr_t into_page = address % kPage;
+    const std::uintptr_t into_page = address % page_size;
     void* const page = static_cast<char*>(info->si_addr) - into_page;
     if (mmap(page, end - address + into_page, PROT_READ, MAP_PRIVATE | MAP_ANONYMOUS | MAP_FIXED,
              -1, 0) != MAP_FAILED) {
@@ -42,6 +43,7 @@ extern "C" void PutZerosUnder(int, siginfo_t* info, void*) {
 void InstallHandler() {
   static std::once_flag once;
   std::call_once(once, [] {
+    page_size = static_cast<std::uintptr_t>(sysconf(_SC_PAGESIZE));
     struct sigaction action {};
     action.sa_sigaction = PutZerosUnder;
     action.sa_flags = SA_SIGINFO;
