@@ -1,4 +1,4 @@
-// Time as the program sees it: the clock on the wall, and a steady one for waits.
+// Time as the program sees it: the clock on the wall, which may be set. Periods are kept by timers.
 #pragma once
 
 #include <chrono>
@@ -27,9 +27,6 @@ struct Clock {
 
   // Whole seconds since 1970-01-01 00:00:00 UTC by the settable clock of the system.
   virtual std::chrono::sys_seconds SystemSeconds() const = 0;
-
-  // Never runs backwards and takes no notice of the wall clock being set.
-  virtual std::chrono::milliseconds Steady() const = 0;
 };
 
 }  // namespace orvane

@@ -18,7 +18,9 @@ class FakeTime : public Clock {
 
   LocalTime Now() const override;
   std::chrono::sys_seconds SystemSeconds() const override;
-  std::chrono::milliseconds Steady() const override { return steady_; }
+
+  // Time that passed since this object was made, whatever the wall says.
+  std::chrono::milliseconds Steady() const { return steady_; }
 
   // Moves time on, running every tick that falls due, the earlier one first; of ticks due at the
   // same moment the timer made first.

@@ -22,8 +22,4 @@ sys_seconds LinuxClock::SystemSeconds() const {
   return floor<seconds>(system_clock::now());
 }
 
-milliseconds LinuxClock::Steady() const {
-  return floor<milliseconds>(steady_clock::now().time_since_epoch());
-}
-
 }  // namespace orvane

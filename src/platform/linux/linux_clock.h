@@ -9,7 +9,6 @@ class LinuxClock : public Clock {
  public:
   LocalTime Now() const override;
   std::chrono::sys_seconds SystemSeconds() const override;
-  std::chrono::milliseconds Steady() const override;
 };
 
 }  // namespace orvane
