@@ -4,14 +4,13 @@
 #include <charconv>
 #include <optional>
 
+#include "platform/text.h"
+#include "platform/utf8.h"
+
 namespace orvane {
 namespace {
 
 constexpr std::size_t kSlotsBeforePhone = 10;
-
-bool IsBlank(char c) {
-  return c == ' ' || c == '\t';
-}
 
 // Takes the fields of one line from the front, each with the comma behind it.
 class FieldReader {
@@ -22,8 +21,7 @@ class FieldReader {
   std::optional<std::int16_t> Number() {
     std::string_view field = rest_.substr(0, rest_.find(','));
     Drop(field.size());
-    while (!field.empty() && IsBlank(field.front())) field.remove_prefix(1);
-    while (!field.empty() && IsBlank(field.back())) field.remove_suffix(1);
+    field = Trimmed(field, kBlankOrTab);
     std::int16_t value = 0;
     const char* end = field.data() + field.size();
     const auto [stop, error] = std::from_chars(field.data(), end, value);
@@ -34,7 +32,7 @@ class FieldReader {
   // A text in double quotes, or bare up to the comma; nothing when the line is at its end or the
   // closing quote is missing.
   std::optional<std::string> Text() {
-    while (!rest_.empty() && IsBlank(rest_.front())) rest_.remove_prefix(1);
+    rest_.remove_prefix(std::min(rest_.find_first_not_of(kBlankOrTab), rest_.size()));
     if (rest_.empty()) return std::nullopt;
     if (rest_.front() != '"') {
       std::string text(rest_.substr(0, rest_.find(',')));
@@ -53,8 +51,6 @@ class FieldReader {
 
   std::string_view rest_;
 };
-
-constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 
 }  // namespace
 

@@ -4,6 +4,8 @@
 #include <cmath>
 #include <limits>
 
+#include "platform/text.h"
+
 namespace orvane {
 namespace {
 
@@ -11,8 +13,7 @@ constexpr int kSingleDigits = 7;
 
 template <class T>
 std::optional<T> Read(std::string_view text) {
-  while (!text.empty() && text.front() == ' ') text.remove_prefix(1);
-  while (!text.empty() && text.back() == ' ') text.remove_suffix(1);
+  text = Trimmed(text);
   if (text.starts_with('+')) {
     text.remove_prefix(1);
     if (text.starts_with('-')) return std::nullopt;

@@ -5,18 +5,20 @@
 
 #include "app/gauges.h"
 #include "link/numbers.h"
+#include "platform/text.h"
 
 namespace orvane {
 namespace {
 
-constexpr std::size_t kInformationLength = 30;
-constexpr std::size_t kStatusLength = 46;
+// The shortest texts that are taken for a reply.
+constexpr std::size_t kLeastInformation = 30;
+constexpr std::size_t kLeastStatus = 47;
 
 using Commas = std::array<std::size_t, 8>;
 
 // Places of the eight commas of an information reply; nothing when the text is no such reply.
 std::optional<Commas> FindInformation(std::string_view text) {
-  if (text.size() < kInformationLength) return std::nullopt;
+  if (text.size() < kLeastInformation) return std::nullopt;
   Commas commas{};
   std::size_t cursor = 0;
   for (std::size_t& comma : commas) {
@@ -26,12 +28,6 @@ std::optional<Commas> FindInformation(std::string_view text) {
   }
   if (text.find(',', cursor) != std::string_view::npos) return std::nullopt;
   return commas;
-}
-
-std::string_view Trimmed(std::string_view text) {
-  while (text.starts_with(' ')) text.remove_prefix(1);
-  while (text.ends_with(' ')) text.remove_suffix(1);
-  return text;
 }
 
 // One field of the information reply and the place where it is shown.
@@ -105,7 +101,7 @@ int BatteryPercent(std::optional<float> volts) {
 void ReplyDecoder::Decode() {
   if (const auto commas = FindInformation(state_.Main.RxText)) DecodeInformation(*commas);
   const std::string& text = state_.Main.RxText;
-  if (text.size() > kStatusLength && text.front() == '(') DecodeStatus();
+  if (text.size() >= kLeastStatus && text.front() == '(') DecodeStatus();
 }
 
 void ReplyDecoder::DecodeInformation(const Commas& commas) {

@@ -4,16 +4,11 @@
 #include <iterator>
 #include <utility>
 
+#include "platform/text.h"
 #include "platform/utf8.h"
 
 namespace orvane {
 namespace {
-
-constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
-
-bool IsBlank(char c) {
-  return c == ' ' || c == '\t';
-}
 
 bool IsQuote(char c) {
   return c == '"' || c == '\'';
@@ -24,9 +19,7 @@ bool IsLineEnd(char c) {
 }
 
 std::string_view Trim(std::string_view text) {
-  while (!text.empty() && IsBlank(text.front())) text.remove_prefix(1);
-  while (!text.empty() && IsBlank(text.back())) text.remove_suffix(1);
-  return text;
+  return Trimmed(text, kBlankOrTab);
 }
 
 std::string_view WithoutLineEnd(std::string_view line) {
@@ -36,9 +29,7 @@ std::string_view WithoutLineEnd(std::string_view line) {
 
 std::string Folded(std::string_view name) {
   std::string folded(name);
-  for (char& c : folded) {
-    if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
-  }
+  std::transform(folded.begin(), folded.end(), folded.begin(), Lower);
   return folded;
 }
 

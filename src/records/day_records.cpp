@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cstring>
 
+#include "platform/text.h"
+
 namespace orvane {
 namespace {
 
@@ -97,8 +99,7 @@ std::size_t CharacterBytes(std::string_view text) {
 
 // The value of a field, blanks round its digits passed over.
 std::optional<int> Number(std::string_view text) {
-  while (!text.empty() && text.front() == ' ') text.remove_prefix(1);
-  while (!text.empty() && text.back() == ' ') text.remove_suffix(1);
+  text = Trimmed(text);
   if (text.empty()) return std::nullopt;
   int value = 0;
   for (const char c : text) {

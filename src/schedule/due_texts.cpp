@@ -3,29 +3,21 @@
 #include <algorithm>
 
 #include "app/calendar.h"
+#include "platform/text.h"
 
 namespace orvane {
 namespace {
 
 constexpr int kLastHour = 23;
 constexpr int kLastMinute = 59;
-
-// A line end can only have come along with a paste; in the file it becomes a blank.
-bool IsBlank(char c) {
-  return c == ' ' || c == '\t' || c == '\r' || c == '\n';
-}
+constexpr int kLastSecond = 59;
 
 // Reads a text from the front. What does not fit is left where it stands.
 class Reader {
  public:
-  explicit Reader(std::string_view text) : rest_(text) {
-    SkipBlanks();
-    while (!rest_.empty() && IsBlank(rest_.back())) rest_.remove_suffix(1);
-  }
+  explicit Reader(std::string_view text) : rest_(Trimmed(text, kTypedBlanks)) {}
 
-  void SkipBlanks() {
-    while (!rest_.empty() && IsBlank(rest_.front())) rest_.remove_prefix(1);
-  }
+  void SkipBlanks() { rest_ = Trimmed(rest_, kTypedBlanks); }
 
   // A number of `least` to `most` digits, all that stand here.
   std::optional<int> Digits(std::size_t least, std::size_t most) {
@@ -70,10 +62,6 @@ int DaysIn(int year, int month) {
 
 }  // namespace
 
-std::string DateForm(const LocalTime& time) {
-  return DateText(time);
-}
-
 std::string TimeForm(const LocalTime& time) {
   const std::string text = TimeText(time);
   return text.substr(0, text.rfind(':'));
@@ -88,7 +76,7 @@ std::optional<std::string> ReadDate(std::string_view text) {
   if (!month || !reader.Skip(separator)) return std::nullopt;
   const auto day = reader.Digits(1, 2);
   if (!day || !reader.AtEnd() || *day < 1 || *day > DaysIn(*year, *month)) return std::nullopt;
-  return DateForm({.year = *year, .month = *month, .day = *day});
+  return DateText({.year = *year, .month = *month, .day = *day});
 }
 
 std::optional<std::string> ReadTime(std::string_view text) {
@@ -99,7 +87,7 @@ std::optional<std::string> ReadTime(std::string_view text) {
   const bool has_minute = reader.Skip(':');
   if (has_minute) minute = reader.Digits(2, 2);
   if (has_minute && reader.Skip(':')) second = reader.Digits(2, 2);
-  if (!hour || !minute || !second || *minute > kLastMinute || *second > kLastMinute) {
+  if (!hour || !minute || !second || *minute > kLastMinute || *second > kLastSecond) {
     return std::nullopt;
   }
   if (reader.AtEnd()) {

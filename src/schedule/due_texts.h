@@ -9,10 +9,14 @@
 
 namespace orvane {
 
-// The normal form of a date, "yyyy-MM-dd", or of a time, "H:mm" on the 24-hour clock. Two texts
-// mean the same day, or the same minute, exactly when their normal forms are equal.
-std::string DateForm(const LocalTime& time);
+// The normal form of a date is that of DateText, "yyyy-MM-dd"; that of a time is this, "H:mm" on
+// the 24-hour clock. Two texts mean the same day, or the same minute, exactly when their normal
+// forms are equal.
 std::string TimeForm(const LocalTime& time);
+
+// Blanks that may stand round a typed text. A line end can only have come along with a paste; in
+// the file it becomes a blank.
+inline constexpr std::string_view kTypedBlanks = " \t\r\n";
 
 // The normal form of a typed date: year of four digits, month and day of one or two, with "-" or
 // "/" between them. Blanks round it do not count. Nothing when the text is no such date or the

@@ -15,7 +15,7 @@ constexpr int kSwitchOffMessage = 40;
 
 void ScheduleEngine::Timer3_Timer() {
   const LocalTime now = seams_.clock.Now();
-  const std::string date = DateForm(now);
+  const std::string date = DateText(now);
   const std::string time = TimeForm(now);
   const auto weekday = static_cast<std::size_t>(Weekday(now));
   const auto enabled = [&](std::size_t slot) { return state_.ScheduleEnable[slot] == '1'; };

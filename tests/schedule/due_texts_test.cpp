@@ -49,10 +49,8 @@ TEST(DueTexts, Times) {
   }
 }
 
-TEST(DueTexts, ClockReadsInTheSameForms) {
-  const LocalTime early{2001, 5, 1, 0, 5, 59};
-  EXPECT_EQ(DateForm(early), "2001-05-01");
-  EXPECT_EQ(TimeForm(early), "0:05");
+TEST(DueTexts, ClockReadsInTheSameForm) {
+  EXPECT_EQ(TimeForm({2001, 5, 1, 0, 5, 59}), "0:05");
 }
 
 }  // namespace

@@ -12,6 +12,7 @@
 
 #include "platform/linux/file.h"
 #include "platform/linux/file_view.h"
+#include "platform/text.h"
 
 namespace orvane {
 namespace {
@@ -23,15 +24,6 @@ constexpr std::size_t kWorthMapping = std::size_t{1024} * 1024;
 constexpr off_t kMostRead = off_t{64} * 1024 * 1024;
 
 constexpr int kMostLinks = 40;
-
-char Lower(char c) {
-  return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-}
-
-bool SameName(std::string_view a, std::string_view b) {
-  return std::equal(a.begin(), a.end(), b.begin(), b.end(),
-                    [](char x, char y) { return Lower(x) == Lower(y); });
-}
 
 // With its slash; empty for a bare name.
 std::string DirectoryOf(const std::string& path) {
