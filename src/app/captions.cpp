@@ -61,4 +61,8 @@ void SetCaptions(const State& state, Panel& panel) {
   panel.mnuDateRecord.Text(state.Message(113));
 }
 
+std::string PortLine(const State& state, int port) {
+  return std::string(state.Message(12)) + std::to_string(port);
+}
+
 }  // namespace orvane

@@ -50,6 +50,10 @@ struct State {
 
   // Message `number` in the language of this moment.
   std::string_view Message(int number) const { return LoadResString(ResBase + number); }
+
+  // Whether a state line counts as normal, which its caption alone says: message 26 in the language
+  // of this moment.
+  bool IsNormal(const Label& line) const { return line.Caption() == Message(26); }
 };
 
 }  // namespace orvane

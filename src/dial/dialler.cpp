@@ -3,6 +3,7 @@
 #include <string_view>
 
 #include "app/settings.h"
+#include "platform/text.h"
 
 namespace orvane {
 namespace {
@@ -18,12 +19,6 @@ constexpr std::string_view kHangUp = "ATH\r";
 
 // A flood leaves no more than this behind for good.
 constexpr std::size_t kKeptCapacity = 4096;
-
-std::string_view TrimBlanks(std::string_view text) {
-  const std::size_t first = text.find_first_not_of(' ');
-  if (first == std::string_view::npos) return {};
-  return text.substr(first, text.find_last_not_of(' ') - first + 1);
-}
 
 // The state line of the fault that armed the dialler; none before the first.
 const Label* FaultLine(const Panel& panel, int reason) {
@@ -51,12 +46,12 @@ void Dialler::Attach() {
 void Dialler::TimerDial_Timer() {
   if (Running()) return;
   const Label* fault = FaultLine(panel_, state_.Main.DialReason);
-  if (fault && fault->Caption() != state_.Message(26)) Dial();
+  if (fault && !state_.IsNormal(*fault)) Dial();
   if (!Running()) seams_.timers.TimerDial.Enabled(false);
 }
 
 void Dialler::Dial() {
-  const std::string_view number = TrimBlanks(state_.PhoneCode);
+  const std::string_view number = Trimmed(state_.PhoneCode);
   if (number.empty()) return;
   dial_text_ = "ATDT";
   dial_text_ += number;

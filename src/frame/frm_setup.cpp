@@ -25,10 +25,6 @@ int Choice(int value, int choices) {
   return value >= 0 && value < choices ? value : FrmSetup::kNothingChosen;
 }
 
-std::string PortLine(const State& state, int port) {
-  return std::string(state.Message(12)) + std::to_string(port);
-}
-
 }  // namespace
 
 void FrmSetup::Form_Load() {

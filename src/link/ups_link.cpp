@@ -1,7 +1,6 @@
 #include "link/ups_link.h"
 
-#include <string>
-
+#include "app/captions.h"
 #include "app/gauges.h"
 #include "app/settings.h"
 #include "link/commands.h"
@@ -51,7 +50,7 @@ void UpsLink::OpenPort() {
 void UpsLink::OpenFixedPort(int number) {
   SerialPort& port = seams_.MSComm1;
   if (port.CommPort(number) && port.PortOpen(true)) {
-    panel_.Label14.Caption(std::string(state_.Message(12)) + std::to_string(number));
+    panel_.Label14.Caption(PortLine(state_, number));
     return;
   }
   seams_.timers.Timer1.Enabled(false);
@@ -66,7 +65,7 @@ void UpsLink::SearchPort() {
   for (attempt = 0;; ++attempt) {
     const int number = attempt + 1;
     if (port.CommPort(number) && port.PortOpen(true)) {
-      panel_.Label14.Caption(std::string(state_.Message(12)) + std::to_string(number));
+      panel_.Label14.Caption(PortLine(state_, number));
       return;
     }
     if (number == kLastPort) break;

@@ -30,10 +30,10 @@ void Countdown::Timer2_Timer() {
 // A low battery shortens the count at most: it jumps down to the time that the battery has left,
 // and from there on falls like any other.
 void Countdown::CountDown() {
-  if (IsNormal(panel_.lblAc)) return;
+  if (state_.IsNormal(panel_.lblAc)) return;
   std::int32_t& countdown = state_.ShutdownCountdown;
   const std::int32_t low = BatteryLowDelay(state_);
-  if (!IsNormal(panel_.lblBatt) && countdown > low) {
+  if (!state_.IsNormal(panel_.lblBatt) && countdown > low) {
     countdown = low;
   } else {
     --countdown;

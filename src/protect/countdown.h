@@ -21,7 +21,6 @@ class Countdown {
  private:
   void CountDown();
   void ShowAlertWhenDue();
-  bool IsNormal(const Label& line) const { return line.Caption() == state_.Message(26); }
 
   State& state_;
   Panel& panel_;

@@ -28,7 +28,7 @@ void FrmAlert::Form_Unload() {
 }
 
 void FrmAlert::Timer1_Timer() {
-  if (panel_.lblAc.Caption() == state_.Message(26)) {
+  if (state_.IsNormal(panel_.lblAc)) {
     seams_.forms.Unload(Form::frmAlert);
   } else {
     ShowSeconds();

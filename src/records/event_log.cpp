@@ -19,7 +19,7 @@ bool EventLog::Form_Load() {
 bool EventLog::cmdClear_Click() {
   if (Lines() == 0) return false;
   if (!dialogs_.Ask(state_.Message(42), "Orvane")) return false;
-  disk_.Remove(path_);
+  static_cast<void>(disk_.Remove(path_));
   index_ = LogIndex();
   file_.reset();
   return true;

@@ -69,7 +69,7 @@ std::string ShutdownRecord::FileName(std::int64_t index) const {
 void ShutdownRecord::Command1_Click() {
   applications_ = 0;
   files_ = 0;
-  WritePrivateProfileStrings(disk_, "Main", {{"ShowMsg", "0"}}, path_);
+  static_cast<void>(WritePrivateProfileStrings(disk_, "Main", {{"ShowMsg", "0"}}, path_));
 }
 
 }  // namespace orvane
