@@ -118,8 +118,8 @@ int Main(int argc, char** argv) {
 
   Outside outside;
   if (!outside.settings.unknown_action.empty()) {
-    ReportLine("orvane: platform.ini names no known action (" + outside.settings.unknown_action +
-               "); a shutdown halts the computer");
+    outside.host.Report("platform.ini names no known action (" + outside.settings.unknown_action +
+                        "); a shutdown halts the computer");
   }
   State state;
   Panel panel;

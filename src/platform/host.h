@@ -51,7 +51,8 @@ struct Host {
   // One beep on the computer's speaker, where it has one.
   virtual void Beep() = 0;
 
-  // One line on standard error, for whoever looks for the reason of a failure.
+  // One line on standard error, behind the program's name, for whoever looks for the reason of a
+  // failure.
   virtual void Report(const std::string& line) = 0;
 };
 

@@ -33,7 +33,7 @@ void Shutdown::ShutdownSequence(int log_message, std::optional<int> record_code)
   // A reply that is still under way would start the count again.
   seams_.MSComm1.RThreshold(0);
   if (!TellUps()) {
-    host.Report("orvane: the UPS did not get its shutdown command " + state_.ShutdownCommand);
+    host.Report("the UPS did not get its shutdown command " + state_.ShutdownCommand);
   }
   SettleJournal(journals_.LogPath(), logged);
   if (record_code) SettleJournal(journals_.DateRecPath(), recorded);
@@ -51,14 +51,14 @@ bool Shutdown::TellUps() {
 
 void Shutdown::SettleJournal(const std::string& path, bool written) {
   if (!written || !journals_.Settle(path)) {
-    seams_.host.Report("orvane: the event could not be written to " + path);
+    seams_.host.Report("the event could not be written to " + path);
   }
 }
 
 void Shutdown::RunCompanion() {
   const std::string path = seams_.host.CompanionPath();
   const RunOutcome run = seams_.host.RunHidden(path, kCompanionLimit);
-  const std::string who = "orvane: the companion " + path;
+  const std::string who = "the companion " + path;
   switch (run.end) {
     case RunOutcome::End::kNotStarted:
       seams_.host.Report(who + " could not be started: " + run.reason);

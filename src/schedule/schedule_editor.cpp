@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "platform/profile.h"
+#include "platform/text.h"
 #include "schedule/due_texts.h"
 
 namespace orvane {
@@ -20,7 +21,7 @@ bool IsSet(std::string_view enable) {
 }  // namespace
 
 bool ScheduleEditor::Reads(std::size_t index, std::string_view text) {
-  if (text.find_first_not_of(" \t\r\n") == std::string_view::npos) return true;
+  if (Trimmed(text, kTypedBlanks).empty()) return true;
   return index < kDate ? ReadTime(text).has_value() : ReadDate(text).has_value();
 }
 
@@ -64,7 +65,7 @@ void ScheduleEditor::WriteSection(const ScheduleEntries& entries) {
   if (section_.off_slots) add("Off", &ScheduleEntry::off);
   if (section_.date_slots) add("Date", &ScheduleEntry::date);
   if (!WritePrivateProfileStrings(seams_.disk, section_.name, keys, Path())) {
-    seams_.host.Report("orvane: the schedule could not be written to " + Path());
+    seams_.host.Report("the schedule could not be written to " + Path());
   }
 }
 

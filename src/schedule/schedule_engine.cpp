@@ -52,14 +52,14 @@ void ScheduleEngine::Timer3_Timer() {
 
 void ScheduleEngine::SwitchOn() {
   if (!journals_.WriteLog(state_.Message(kSwitchOnMessage))) {
-    seams_.host.Report("orvane: the event could not be written to " + journals_.LogPath());
+    seams_.host.Report("the event could not be written to " + journals_.LogPath());
   }
   Send(kSwitchOn);
 }
 
 void ScheduleEngine::Send(std::string_view command) {
   if (SendCommand(seams_.MSComm1, command)) return;
-  seams_.host.Report("orvane: the UPS did not get its command " + std::string(command));
+  seams_.host.Report("the UPS did not get its command " + std::string(command));
 }
 
 }  // namespace orvane

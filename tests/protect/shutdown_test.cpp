@@ -111,8 +111,8 @@ TEST(Shutdown, MenuAsksFirst) {
 // Whatever fails on the way, the next step runs, and standard error tells.
 TEST(Shutdown, FailuresAreReportedAndTheRoadGoesOn) {
   using End = RunOutcome::End;
-  const std::string untold = "orvane: the UPS did not get its shutdown command S01";
-  const std::string companion = "orvane: the companion /prog/exit.exe ";
+  const std::string untold = "the UPS did not get its shutdown command S01";
+  const std::string companion = "the companion /prog/exit.exe ";
   const struct {
     void (*spoil)(WatchedComputer&);
     RunOutcome companion;
@@ -129,8 +129,8 @@ TEST(Shutdown, FailuresAreReportedAndTheRoadGoesOn) {
        {untold, companion + "did not end in time and was left running"}},
       {[](WatchedComputer& c) { c.disk.refuse_writes = true; },
        {End::kNotStarted, 0, "Permission denied"},
-       {"orvane: the event could not be written to /prog/System.log",
-        "orvane: the event could not be written to /prog/DateRec.rec",
+       {"the event could not be written to /prog/System.log",
+        "the event could not be written to /prog/DateRec.rec",
         companion + "could not be started: Permission denied"}},
   };
   for (const auto& row : cases) {

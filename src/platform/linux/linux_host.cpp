@@ -39,6 +39,10 @@ void MakeDirectories(const std::string& path) {
   mkdir(path.c_str(), 0700);
 }
 
+void ReportOwnLine(const std::string& line) {
+  ReportLine("orvane: " + line);
+}
+
 }  // namespace
 
 std::string ExecutableDirectory() {
@@ -74,7 +78,7 @@ LinuxHost::LinuxHost(std::string program_directory, const PlatformSettings& sett
                      std::function<void()> beep)
     : program_directory_(std::move(program_directory)),
       windows_directory_(settings.windows_directory),
-      logind_(settings.action, ReportLine),
+      logind_(settings.action, ReportOwnLine),
       beep_(std::move(beep)) {}
 
 bool LinuxHost::PrevInstance() {
@@ -87,6 +91,10 @@ bool LinuxHost::PrevInstance() {
   if (flock(file.Get(), LOCK_EX | LOCK_NB) != 0) return errno == EWOULDBLOCK;
   lock_ = std::move(file);
   return false;
+}
+
+void LinuxHost::Report(const std::string& line) {
+  ReportOwnLine(line);
 }
 
 RunOutcome LinuxHost::RunHidden(const std::string& path, std::chrono::milliseconds limit) {

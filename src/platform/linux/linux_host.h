@@ -17,7 +17,7 @@ std::string ExecutableDirectory();
 // directory, which is made if need be.
 std::string ProgramDirectoryFor(const std::string& executable_directory);
 
-// One line on standard error; line ends inside become blanks. Dropped when nothing takes it.
+// One line on standard error; line feeds inside become blanks. Dropped when nothing takes it.
 void ReportLine(const std::string& line);
 
 class LinuxHost : public Host {
@@ -34,7 +34,7 @@ class LinuxHost : public Host {
   void EnableShutdownPrivilege() override { logind_.EnableShutdownPrivilege(); }
   bool ExitWindowsEx(unsigned, unsigned) override { return logind_.ExitWindowsEx(); }
   void Beep() override { beep_(); }
-  void Report(const std::string& line) override { ReportLine(line); }
+  void Report(const std::string& line) override;
 
  private:
   const std::string program_directory_;

@@ -6,6 +6,7 @@
 #include <array>
 
 #include "platform/linux/bus.h"
+#include "platform/text.h"
 
 namespace orvane {
 namespace {
@@ -20,12 +21,6 @@ constexpr std::chrono::milliseconds kQuestionPatience{2500};
 constexpr const char* kYes = "yes";
 constexpr const char* kNotAsked = "not asked";
 constexpr const char* kNoAnswer = "no answer";
-
-bool SameWord(std::string_view a, std::string_view b) {
-  const auto lower = [](char c) { return c >= 'A' && c <= 'Z' ? c + ('a' - 'A') : c; };
-  return std::equal(a.begin(), a.end(), b.begin(), b.end(),
-                    [&](char x, char y) { return lower(x) == lower(y); });
-}
 
 // What "no" and its like mean to whoever reads the line.
 std::string InWords(const BusCall& call) {
@@ -44,12 +39,12 @@ Bus::Time In(std::chrono::milliseconds wait) {
 
 bool ReadShutdownAction(std::string_view text, ShutdownAction& action) {
   action = ShutdownAction::kHalt;
-  if (text.empty() || SameWord(text, "Halt")) return true;
-  if (SameWord(text, "PowerOff")) {
+  if (text.empty() || SameName(text, "Halt")) return true;
+  if (SameName(text, "PowerOff")) {
     action = ShutdownAction::kPowerOff;
     return true;
   }
-  if (SameWord(text, "None")) {
+  if (SameName(text, "None")) {
     action = ShutdownAction::kNone;
     return true;
   }
@@ -87,9 +82,9 @@ bool Logind::ExitWindowsEx() {
   const auto first = std::find_if(std::begin(ends_), std::end(ends_), said(kYes));
   if (action_ == ShutdownAction::kNone) {
     report_(first == std::end(ends_)
-                ? "orvane: the computer could not go down (" + Refusals() +
+                ? "the computer could not go down (" + Refusals() +
                       "); Action=None leaves it running anyway"
-                : std::string("orvane: the computer would now go down (") + first->method +
+                : std::string("the computer would now go down (") + first->method +
                       " is allowed); Action=None leaves it running");
     return false;
   }
@@ -115,7 +110,7 @@ bool Logind::ExitWindowsEx() {
     // Asked and perhaps heard: the other end must not come on top of it.
     if (!call->done) break;
   }
-  report_("orvane: the computer does not go down: " + Refusals());
+  report_("the computer does not go down: " + Refusals());
   return false;
 }
 

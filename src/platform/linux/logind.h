@@ -22,12 +22,12 @@ bool ReadShutdownAction(std::string_view text, ShutdownAction& action);
 
 class Logind {
  public:
-  // `report` takes one line for standard error.
+  // `report` takes one line for whoever looks for the reason of a failure.
   Logind(ShutdownAction action, std::function<void(const std::string&)> report)
       : action_(action), report_(std::move(report)) {}
 
-  // Asks what this user may do without a password. The two operations
-  // together take at most five seconds, whatever the bus does.
+  // Asks what this user may do without a password. The two operations together take at most five
+  // seconds, whatever the bus does.
   void EnableShutdownPrivilege();
 
   // Asks for the end that `action` names where that is allowed, else for the other one; where
