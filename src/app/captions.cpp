@@ -1,5 +1,6 @@
 #include "app/captions.h"
 
+#include "app/message_numbers.h"
 namespace orvane {
 namespace {
 
@@ -62,7 +63,7 @@ void SetCaptions(const State& state, Panel& panel) {
 }
 
 std::string PortLine(const State& state, int port) {
-  return std::string(state.Message(12)) + std::to_string(port);
+  return std::string(state.Message(message::kUpsOnPort)) + std::to_string(port);
 }
 
 }  // namespace orvane

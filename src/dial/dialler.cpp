@@ -2,6 +2,7 @@
 
 #include <string_view>
 
+#include "app/message_numbers.h"
 #include "app/settings.h"
 #include "platform/text.h"
 
@@ -57,7 +58,7 @@ void Dialler::Dial() {
   dial_text_ += number;
   dial_text_ += ";\r";
   if (!OpenPort()) {
-    Show(1);
+    Show(message::kModemPortInvalid);
     return;
   }
   go_on_ = true;
@@ -109,7 +110,7 @@ void Dialler::Pass() {
       // Nothing that comes now matters, and it must not pile up.
       seams_.MSComm2.ClearInBuffer();
       if (SecondsField() > kRingSeconds) {
-        Show(4);
+        Show(message::kHangUp);
         go_on_ = false;
         HangUp();
       }
@@ -132,26 +133,26 @@ void Dialler::Look() {
     if (reply_.Contains(ReplyBuffer::kOk)) {
       seams_.host.Beep();
       if (!reply_.Contains(ReplyBuffer::kBusy)) return Ring();
-      Show(2);
+      Show(message::kBusy);
       return HangUp();
     }
     if (reply_.Contains(ReplyBuffer::kNoCarrier)) {
-      Show(5);
+      Show(message::kVoidNumber);
       return HangUp();
     }
     if (reply_.Contains(ReplyBuffer::kNoDialtone)) {
-      Show(6);
+      Show(message::kNoDialTone);
       return HangUp();
     }
   }
   if (++passes_ > kPassLimit) {
-    Show(7);
+    Show(message::kNoModem);
     Stop();
   }
 }
 
 void Dialler::Ring() {
-  Show(3);
+  Show(message::kRinging);
   Mark();
   phase_ = Phase::kRinging;
 }
@@ -164,9 +165,10 @@ void Dialler::HangUp() {
 
 void Dialler::EndAttempt() {
   ++attempts_;
-  panel_.Label13.Caption(std::string(state_.Message(8)) + std::to_string(attempts_));
+  panel_.Label13.Caption(std::string(state_.Message(message::kDialTimes)) +
+                         std::to_string(attempts_));
   if (attempts_ < kAttempts && go_on_) return BeginAttempt();
-  Show(go_on_ ? 10 : 9);
+  Show(go_on_ ? message::kGiveUpDialling : message::kCallSucceeded);
   static_cast<void>(seams_.MSComm2.PortOpen(false));
   Stop();
 }

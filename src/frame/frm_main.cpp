@@ -3,6 +3,7 @@
 #include "app/calendar.h"
 #include "app/captions.h"
 #include "app/gauges.h"
+#include "app/message_numbers.h"
 #include "app/settings.h"
 #include "link/commands.h"
 
@@ -48,7 +49,7 @@ bool FrmMain::Form_Load() {
   if (!file_is_old_) LoadSettings(seams_.disk, SettingsPath(), state_);
   state_.ResBase = DeriveResBase(state_);
   SetCaptions(state_, panel_);
-  static_cast<void>(journals_.WriteLog(state_.Message(11)));
+  static_cast<void>(journals_.WriteLog(state_.Message(message::kProgramStart)));
   state_.ShutdownCommand = DeriveShutdownCommand(state_);
   link_.OpenPort();
   return true;
@@ -63,7 +64,7 @@ void FrmMain::Form_QueryUnload() {
   dialler_.Stop();
   static_cast<void>(seams_.MSComm1.PortOpen(false));
   static_cast<void>(seams_.MSComm2.PortOpen(false));
-  static_cast<void>(journals_.WriteLog(state_.Message(18)));
+  static_cast<void>(journals_.WriteLog(state_.Message(message::kProgramEnd)));
 }
 
 void FrmMain::Reload() {
@@ -95,7 +96,9 @@ void FrmMain::mnuCancelTest_Click() {
 }
 
 void FrmMain::mnuShutDown_Click() {
-  if (seams_.dialogs.Ask(state_.Message(20), kTitle)) shutdown_.ShutdownSequence(22);
+  if (seams_.dialogs.Ask(state_.Message(message::kAskShutdown), kTitle)) {
+    shutdown_.ShutdownSequence(message::kShutdownByMenu);
+  }
 }
 
 std::string FrmMain::SettingsPath() const {

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "app/captions.h"
+#include "app/message_numbers.h"
 #include "app/settings.h"
 #include "link/numbers.h"
 
@@ -72,7 +73,7 @@ void FrmSetup::cmdSave_Click() {
   }
   if (!saved) {
     seams_.dialogs.Exclamation(state_.ResBase == 0 ? kNotSavedEnglish : kNotSavedChinese,
-                               state_.Message(14));
+                               state_.Message(message::kWarning));
   }
 }
 

@@ -3,6 +3,7 @@
 #include <cstdio>
 #include <cstdlib>
 
+#include "app/message_numbers.h"
 #include "app/settings.h"
 
 namespace orvane {
@@ -32,9 +33,9 @@ struct FaultRow {
 
 constexpr FaultRow kFaults[] = {
     {},
-    {25, kRecordAcFail},
-    {29, kRecordLowOrUpsFail},
-    {29, kRecordLowOrUpsFail},
+    {message::kAcFail, kRecordAcFail},
+    {message::kBatteryLow, kRecordLowOrUpsFail},
+    {message::kBatteryLow, kRecordLowOrUpsFail},
 };
 
 }  // namespace
@@ -42,7 +43,7 @@ constexpr FaultRow kFaults[] = {
 void StatusEvaluation::Overload(std::optional<std::int16_t> load) {
   Label& warning = panel_.lblAlert[2];
   if (!load || *load >= kOverloadPercent) {
-    warning.Caption(state_.Message(23));
+    warning.Caption(state_.Message(message::kOverloadWarning));
     warning.Visible(true);
   } else {
     warning.Visible(false);
@@ -58,20 +59,20 @@ void StatusEvaluation::Evaluate(std::string_view bits) {
 }
 
 void StatusEvaluation::Mains(bool failed) {
-  ShowState(state_, panel_.lblAc, failed, 24, 26);
+  ShowState(state_, panel_.lblAc, failed, message::kFail, message::kNormal);
   if (failed) {
     React(kAcFail);
     return;
   }
   timers_.Timer2.Enabled(false);
-  panel_.Label13.Caption(state_.Message(27));
+  panel_.Label13.Caption(state_.Message(message::kReady));
   state_.Main.AlertSeconds = 0;
   state_.Main.AlertPeriods = 0;
   state_.Main.EventArmed[kAcFail] = true;
 }
 
 void StatusEvaluation::Battery(bool low) {
-  ShowState(state_, panel_.lblBatt, low, 28, 26);
+  ShowState(state_, panel_.lblBatt, low, message::kLow, message::kNormal);
   if (low) {
     React(kBatteryLow);
   } else {
@@ -80,11 +81,11 @@ void StatusEvaluation::Battery(bool low) {
 }
 
 void StatusEvaluation::Bypass(bool active) {
-  ShowState(state_, panel_.lblBattIn, active, 30, 31);
+  ShowState(state_, panel_.lblBattIn, active, message::kByPass, message::kOnLine);
 }
 
 void StatusEvaluation::Ups(bool failed) {
-  ShowState(state_, panel_.lblUps, failed, 24, 26);
+  ShowState(state_, panel_.lblUps, failed, message::kFail, message::kNormal);
   if (failed) {
     React(kUpsFail);
   } else {
@@ -94,7 +95,7 @@ void StatusEvaluation::Ups(bool failed) {
 
 // The caption first: its Change event reads the colour of the state that is being left.
 void StatusEvaluation::Link() {
-  panel_.lblConnect.Caption(state_.Message(32));
+  panel_.lblConnect.Caption(state_.Message(message::kConnected));
   panel_.lblConnect.ForeColor(kBlue);
 }
 

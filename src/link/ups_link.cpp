@@ -2,6 +2,7 @@
 
 #include "app/captions.h"
 #include "app/gauges.h"
+#include "app/message_numbers.h"
 #include "app/settings.h"
 #include "link/commands.h"
 
@@ -55,8 +56,9 @@ void UpsLink::OpenFixedPort(int number) {
   }
   seams_.timers.Timer1.Enabled(false);
   seams_.timers.Timer2.Enabled(false);
-  seams_.dialogs.Exclamation(state_.Message(16), state_.Message(14));
-  panel_.Label14.Caption(state_.Message(17));
+  seams_.dialogs.Exclamation(state_.Message(message::kFixedPortBox),
+                             state_.Message(message::kWarning));
+  panel_.Label14.Caption(state_.Message(message::kFixedPortLine));
 }
 
 void UpsLink::SearchPort() {
@@ -71,8 +73,9 @@ void UpsLink::SearchPort() {
     if (number == kLastPort) break;
   }
   seams_.timers.Timer1.Enabled(false);
-  seams_.dialogs.Exclamation(state_.Message(13), state_.Message(14));
-  panel_.Label14.Caption(state_.Message(15));
+  seams_.dialogs.Exclamation(state_.Message(message::kNoPortBox),
+                             state_.Message(message::kWarning));
+  panel_.Label14.Caption(state_.Message(message::kNoPortLine));
 }
 
 void UpsLink::Timer1_Timer() {
@@ -88,7 +91,7 @@ void UpsLink::Timer1_Timer() {
 }
 
 void UpsLink::LinkLoss() {
-  panel_.lblConnect.Caption(state_.Message(33));
+  panel_.lblConnect.Caption(state_.Message(message::kNotConnected));
   panel_.lblConnect.ForeColor(kRed);
   for (Label& field : panel_.Label7) field.Caption("UnKnown");
   for (Label* line : {&panel_.lblAc, &panel_.lblBatt, &panel_.lblBattIn, &panel_.lblUps}) {
@@ -103,18 +106,18 @@ void UpsLink::LinkLoss() {
     }
   }
   seams_.timers.Timer2.Enabled(false);
-  panel_.Label13.Caption(state_.Message(27));
+  panel_.Label13.Caption(state_.Message(message::kReady));
 }
 
 // By colour, not by caption: a warning stays while the link is down.
 void UpsLink::RefreshWarningLine() {
   Label& warning = panel_.lblAlert[1];
   if (IsRed(panel_.lblBattIn)) {
-    warning.Caption(state_.Message(34));
+    warning.Caption(state_.Message(message::kByPassWarning));
     warning.Visible(true);
   } else if (IsRed(panel_.lblAc)) {
     warning.Visible(true);
-    warning.Caption(state_.Message(35));
+    warning.Caption(state_.Message(message::kAcFailWarning));
   } else {
     warning.Visible(false);
   }

@@ -3,14 +3,13 @@
 #include <cstdint>
 #include <string>
 
+#include "app/message_numbers.h"
 #include "app/settings.h"
 
 namespace orvane {
 namespace {
 
 constexpr std::int32_t kSecondsPerMinute = 60;
-
-constexpr int kCountdownEnded = 38;
 
 }  // namespace
 
@@ -20,11 +19,11 @@ void Countdown::Timer2_Timer() {
   CountDown();
   ShowAlertWhenDue();
   if (countdown <= 0) countdown = 0;
-  std::string text(state_.Message(36));
+  std::string text(state_.Message(message::kSecondsLeftBefore));
   text += ' ' + std::to_string(countdown) + ' ';
-  text += state_.Message(37);
+  text += state_.Message(message::kSecondsLeftBehind);
   panel_.Label13.Caption(text);
-  if (countdown == 0) shutdown_.ShutdownSequence(kCountdownEnded);
+  if (countdown == 0) shutdown_.ShutdownSequence(message::kCountdownEnded);
 }
 
 // A low battery shortens the count at most: it jumps down to the time that the battery has left,

@@ -2,6 +2,7 @@
 
 #include <chrono>
 
+#include "app/message_numbers.h"
 #include "link/commands.h"
 
 namespace orvane {
@@ -19,7 +20,7 @@ void Shutdown::ShutdownSequence(int log_message, std::optional<int> record_code)
   seams_.forms.Unload(Form::frmSetup);
   seams_.timers.Timer1.Enabled(false);
   seams_.timers.Timer2.Enabled(false);
-  panel_.Label13.Caption(state_.Message(21));
+  panel_.Label13.Caption(state_.Message(message::kSavingFiles));
   // The UPS must not wait for a disk: that of a computer in trouble may take its time.
   const bool logged = journals_.WriteLog(state_.Message(log_message), OnMedium::kWithSettle);
   const bool recorded = record_code && journals_.WriteDateRec(*record_code, OnMedium::kWithSettle);

@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "app/message_numbers.h"
 namespace orvane {
 
 EventLog::EventLog(const State& state, Disk& disk, Dialogs& dialogs, std::string path)
@@ -18,7 +19,7 @@ bool EventLog::Form_Load() {
 
 bool EventLog::cmdClear_Click() {
   if (Lines() == 0) return false;
-  if (!dialogs_.Ask(state_.Message(42), "Orvane")) return false;
+  if (!dialogs_.Ask(state_.Message(message::kAskClearLog), "Orvane")) return false;
   static_cast<void>(disk_.Remove(path_));
   index_ = LogIndex();
   file_.reset();

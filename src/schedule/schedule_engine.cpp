@@ -1,17 +1,12 @@
 #include "schedule/schedule_engine.h"
 
 #include "app/calendar.h"
+#include "app/message_numbers.h"
 #include "link/commands.h"
 #include "schedule/due_texts.h"
 #include "schedule/schedule_tables.h"
 
 namespace orvane {
-namespace {
-
-constexpr int kSwitchOnMessage = 39;
-constexpr int kSwitchOffMessage = 40;
-
-}  // namespace
 
 void ScheduleEngine::Timer3_Timer() {
   const LocalTime now = seams_.clock.Now();
@@ -47,11 +42,11 @@ void ScheduleEngine::Timer3_Timer() {
 
   if (TestDue) Send(kSelfTestToLow);
   if (SwitchOnDue) SwitchOn();
-  if (SwitchOffDue) shutdown_.ShutdownSequence(kSwitchOffMessage, kRecordScheduleDown);
+  if (SwitchOffDue) shutdown_.ShutdownSequence(message::kSwitchOffTime, kRecordScheduleDown);
 }
 
 void ScheduleEngine::SwitchOn() {
-  if (!journals_.WriteLog(state_.Message(kSwitchOnMessage))) {
+  if (!journals_.WriteLog(state_.Message(message::kSwitchOnTime))) {
     seams_.host.Report("the event could not be written to " + journals_.LogPath());
   }
   Send(kSwitchOn);
