@@ -38,7 +38,7 @@ bool HasHardware(const std::string& name) {
   return port && ioctl(port.Get(), TIOCGSERIAL, &info) == 0 && info.type != PORT_UNKNOWN;
 }
 
-// One number of a link's two ends is enough: by-id links and the plain name are one device.
+// A device has many names, as its by-id link and its plain one, but a single number.
 bool SameDevice(const std::string& a, const std::string& b) {
   if (a == b) return true;
   struct stat x {
