@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QIcon>
 #include <QPalette>
+#include <QPixmapCache>
 #include <QStyleFactory>
 
 // The pictures lie in a library; nothing else would draw them into the program. The macro works
@@ -15,6 +16,7 @@ namespace orvane::look {
 namespace {
 
 constexpr int kFormFontSize = 12;
+constexpr int kDrawingsKept = 1024;  // KB
 
 // The forms' own face first, then the faces that hold Chinese and Latin alike.
 QStringList& Families() {
@@ -61,6 +63,9 @@ void UseFamilies(const QStringList& families) {
 
 void Apply(QApplication& application) {
   InitPictures();
+  // Every window that opens has its buttons drawn and kept anew; the usual room for such drawings,
+  // 10 MB, would be filled by and by with those of windows long gone.
+  QPixmapCache::setCacheLimit(kDrawingsKept);
   application.setStyle(QStyleFactory::create("Fusion"));
   application.setPalette(LightPalette());
   application.setFont(Face(kFormFontSize));
