@@ -27,7 +27,15 @@ void Raise(QWidget& window) {
   window.setWindowState(window.windowState() & ~Qt::WindowMinimized);
   window.show();
   window.raise();
-  window.activateWindow();
+  // A box that stands open has to be answered first, so that a window that stays on top must not
+  // cover it.
+  const bool on_top = window.windowFlags().testFlag(Qt::WindowStaysOnTopHint);
+  if (QWidget* box = on_top ? QApplication::activeModalWidget() : nullptr) {
+    box->windowHandle()->setFlag(Qt::WindowStaysOnTopHint);
+    box->raise();
+  } else {
+    window.activateWindow();
+  }
 }
 
 }  // namespace

@@ -55,6 +55,18 @@ TEST_F(QtDialogsTest, QuestionIsYesForYesAlone) {
   }
 }
 
+TEST_F(QtDialogsTest, BoxStandsInFrontOfAWindowThatStaysOnTop) {
+  QWidget alert(nullptr, Qt::Dialog | Qt::WindowStaysOnTopHint);
+  for (const bool shown : {false, true}) {
+    alert.setVisible(shown);
+    WhenItStands([shown](QMessageBox& box) {
+      EXPECT_EQ(box.windowFlags().testFlag(Qt::WindowStaysOnTopHint), shown);
+      box.close();
+    });
+    dialogs_.Plain("text", "Orvane");
+  }
+}
+
 TEST_F(QtDialogsTest, DismissTakesEveryBoxAway) {
   WhenItStands([&](QMessageBox& first) {
     EXPECT_EQ(first.icon(), QMessageBox::Warning);

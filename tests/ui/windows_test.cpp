@@ -8,6 +8,7 @@
 #include <QScreen>
 #include <QTimer>
 #include <QWidget>
+#include <QWindow>
 #include <chrono>
 #include <functional>
 #include <string>
@@ -130,6 +131,18 @@ TEST_F(WindowsTest, FormOutlivesItsHandlerThatABoxHolds) {
       windows.End();
     });
   }});
+}
+
+TEST_F(WindowsTest, WindowThatStaysOnTopComesUpBehindABox) {
+  windows.Make(Form::frmAlert, [] { return new QWidget(nullptr, Qt::WindowStaysOnTopHint); });
+  QMessageBox box;
+  QTimer::singleShot(0, [&] {
+    windows.Show(Form::frmAlert);
+    EXPECT_TRUE(windows.Window(Form::frmAlert)->isVisible());
+    EXPECT_TRUE(box.windowHandle()->flags().testFlag(Qt::WindowStaysOnTopHint));
+    box.reject();
+  });
+  box.exec();
 }
 
 TEST_F(WindowsTest, EndInTheMiddleOfTheLoadUnloadsAtItsEnd) {

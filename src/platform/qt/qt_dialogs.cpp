@@ -23,6 +23,12 @@ int QtDialogs::Show(QMessageBox::Icon icon, std::string_view text, std::string_v
   box.setTextFormat(Qt::PlainText);
   box.setDefaultButton(by_default);
   box.setWindowModality(Qt::ApplicationModal);
+  // Behind a window that stays on top, the alert, nobody could answer it.
+  for (const QWidget* window : QApplication::topLevelWidgets()) {
+    if (window->isVisible() && window->windowFlags().testFlag(Qt::WindowStaysOnTopHint)) {
+      box.setWindowFlag(Qt::WindowStaysOnTopHint);
+    }
+  }
   if (const QWidget* owner = QApplication::activeWindow()) {
     box.winId();
     box.windowHandle()->setTransientParent(owner->windowHandle());
