@@ -2,8 +2,23 @@
 
 #include <gtest/gtest.h>
 
+#include "linux/temp_folder.h"
+
 namespace orvane::test {
 namespace {
+
+TEST(PortMap, FindsThePortsThatHaveHardware) {
+  const TempFolder port_class;
+  for (const char* name : {"ttyS10", "ttyS9", "ttyS1", "ttyS2x", "ttyUSB10", "ttyUSB9", "ttyUSB",
+                           "ttyACM0", "tty1", "console"}) {
+    std::filesystem::create_directory(port_class.Path(name));
+    port_class.Write(name + std::string("/type"), name == std::string("ttyS1") ? "0\n" : "4\n");
+  }
+  const std::vector<std::string> expected = {"/dev/ttyS9", "/dev/ttyS10", "/dev/ttyUSB9",
+                                             "/dev/ttyUSB10", "/dev/ttyACM0"};
+  EXPECT_EQ(SerialDevices(port_class.Path()), expected);
+  EXPECT_TRUE(SerialDevices(port_class.Path("absent")).empty());
+}
 
 TEST(PortMap, DevicesKeepTheirNumbers) {
   const struct {

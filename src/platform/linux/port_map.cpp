@@ -16,8 +16,6 @@
 namespace orvane {
 namespace {
 
-constexpr const char* kPortClass = "/sys/class/tty";
-
 // The number behind the prefix, where the rest of the name is nothing else.
 std::optional<int> NumberOf(std::string_view name, std::string_view prefix) {
   if (!name.starts_with(prefix)) return std::nullopt;
@@ -29,9 +27,9 @@ std::optional<int> NumberOf(std::string_view name, std::string_view prefix) {
 }
 
 // The driver makes ports of this kind for hardware that may never have been built in.
-bool HasHardware(const std::string& name) {
+bool HasHardware(const std::string& port_class, const std::string& name) {
   std::string type;
-  const File told(open((kPortClass + ('/' + name) + "/type").c_str(), O_RDONLY | O_CLOEXEC));
+  const File told(open((port_class + '/' + name + "/type").c_str(), O_RDONLY | O_CLOEXEC));
   if (told && told.ReadAll(type)) return type != "0\n";
   const File port(open(("/dev/" + name).c_str(), O_RDWR | O_NOCTTY | O_NONBLOCK | O_CLOEXEC));
   serial_struct info{};
@@ -53,9 +51,9 @@ bool Contains(const std::vector<std::string>& devices, const std::string& device
 
 }  // namespace
 
-std::vector<std::string> SerialDevices() {
+std::vector<std::string> SerialDevices(const std::string& port_class) {
   std::vector<std::string> names;
-  if (DIR* entries = opendir(kPortClass)) {
+  if (DIR* entries = opendir(port_class.c_str())) {
     while (const dirent* entry = readdir(entries)) names.emplace_back(entry->d_name);
     closedir(entries);
   }
@@ -64,7 +62,8 @@ std::vector<std::string> SerialDevices() {
     std::vector<std::pair<int, std::string>> kind;
     for (const std::string& name : names) {
       const auto number = NumberOf(name, prefix);
-      if (number && (prefix != "ttyS" || HasHardware(name))) kind.emplace_back(*number, name);
+      if (number && (prefix != "ttyS" || HasHardware(port_class, name)))
+        kind.emplace_back(*number, name);
     }
     std::sort(kind.begin(), kind.end());
     for (const auto& [number, name] : kind) devices.push_back("/dev/" + name);
