@@ -122,6 +122,7 @@ int Main(int argc, char** argv) {
                         "); a shutdown halts the computer");
   }
   State state;
+  outside.dialogs.Chinese = [&state] { return state.ResBase != 0; };
   Panel panel;
   FrmMain frm_main(state, panel, outside.seams);
   MainWindow main_window(state, panel, frm_main);

@@ -1,7 +1,9 @@
 #include "platform/qt/qt_dialogs.h"
 
+#include <QAbstractButton>
 #include <QApplication>
 #include <QWindow>
+#include <utility>
 
 namespace orvane {
 namespace {
@@ -13,6 +15,9 @@ QString Text(std::string_view text) {
       .replace('\r', '\n');
 }
 
+constexpr std::pair<QMessageBox::StandardButton, const char*> kChineseButtons[] = {
+    {QMessageBox::Ok, "确定"}, {QMessageBox::Yes, "是(&Y)"}, {QMessageBox::No, "否(&N)"}};
+
 }  // namespace
 
 // The box has no parent widget, since that might be unloaded while the box stands; the window
@@ -21,6 +26,11 @@ int QtDialogs::Show(QMessageBox::Icon icon, std::string_view text, std::string_v
                     QMessageBox::StandardButtons buttons, QMessageBox::StandardButton by_default) {
   QMessageBox box(icon, Text(title), Text(text), buttons);
   box.setTextFormat(Qt::PlainText);
+  if (Chinese && Chinese()) {
+    for (const auto& [button, words] : kChineseButtons) {
+      if (QAbstractButton* there = box.button(button)) there->setText(words);
+    }
+  }
   box.setDefaultButton(by_default);
   box.setWindowModality(Qt::ApplicationModal);
   // Behind a window that stays on top, the alert, nobody could answer it.

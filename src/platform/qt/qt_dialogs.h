@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QMessageBox>
+#include <functional>
 #include <vector>
 
 #include "platform/dialogs.h"
@@ -10,6 +11,9 @@ namespace orvane {
 
 class QtDialogs : public Dialogs {
  public:
+  // Whether the words on the buttons are Chinese, asked for each box; English without it.
+  std::function<bool()> Chinese;
+
   void Exclamation(std::string_view text, std::string_view title) override;
   void Plain(std::string_view text, std::string_view title) override;
   bool Ask(std::string_view text, std::string_view title) override;
