@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cstddef>
+#include <iterator>
 
 namespace orvane {
 namespace {
@@ -242,7 +243,8 @@ constexpr Row kRows[] = {
 };
 // clang-format on
 
-constexpr int kLastMessage = 121;
+// The rows end with the last message in Chinese.
+constexpr int kLastMessage = std::end(kRows)[-1].number - kChineseBase;
 
 // One slot for each number of a language, English in front of Chinese.
 constexpr std::size_t Slot(int number) {
