@@ -52,11 +52,7 @@ class UpsModel : public Device {
   // False after a shutdown, and with the mains away and the battery empty: then it is silent.
   bool OutputOn() const { return output_on_; }
   double BatteryPercent() const { return level_; }
-  bool BatteryLow() const { return low_; }
   bool Testing() const { return test_ != Test::kNone; }
-  bool Beeper() const { return beeper_; }
-  // When a shutdown that was asked for will happen; nothing when none is pending.
-  std::optional<Moment> ShutdownDue() const { return shutdown_due_; }
 
   // Both replies as they stand at this moment, with their line ends.
   std::string StatusReply() const;
