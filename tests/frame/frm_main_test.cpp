@@ -13,7 +13,7 @@ class FrmMainTest : public testing::Test, public World {
   FrmMainTest() {
     forms.open = {Form::frmMain};
     forms.OnUnload = [this](Form) { form.Form_QueryUnload(); };
-    forms.OnShow = [this](Form) { ASSERT_TRUE(form.Form_Load()); };
+    forms.OnLoad = [this](Form) { ASSERT_TRUE(form.Form_Load()); };
   }
 
   static std::string Line(const char* message) {

@@ -20,7 +20,7 @@ class FrmSetupTest : public testing::Test, public World {
     forms.OnUnload = [this](Form form) {
       if (form == Form::frmMain) main.Form_QueryUnload();
     };
-    forms.OnShow = [this](Form form) {
+    forms.OnLoad = [this](Form form) {
       if (form == Form::frmMain) main.Form_Load();
     };
   }
@@ -28,6 +28,7 @@ class FrmSetupTest : public testing::Test, public World {
   // The program runs with this settings file, and the dialog stands open.
   void Start(const std::string& line) {
     disk.files[kPath] = line;
+    forms.open.clear();
     forms.Show(Form::frmMain);
     main.Form_Activate();
     Open();

@@ -2,13 +2,18 @@
 // rules looking on at everything that goes in and out.
 #pragma once
 
+#include <algorithm>
+#include <cstdio>
+#include <functional>
 #include <set>
 #include <string>
 #include <vector>
 
+#include "app/messages.h"
 #include "frame/frm_main.h"
 #include "frame/frm_setup.h"
 #include "properties/rules.h"
+#include "schedule/schedule_tables.h"
 #include "support/simulated_device.h"
 #include "support/world.h"
 
@@ -25,49 +30,335 @@ class Life : public World {
  public:
   // Starts the program.
   Life(LocalTime start, const Wishes& wishes, const std::vector<Appointment>& schedule,
-       Tally& tally);
+       Tally& tally)
+      : wishes_(wishes), schedule_(schedule), tally_(tally) {
+    ++tally_.lives;
+    time.SetWall(start);
+    disk.files["/prog/Orvane.ini"] =
+        Print("%d,%d,%d,%d,%d,2,30,%d,%d,%d%d%d,", port_, wishes.delay / 60, wishes.delay % 60,
+              wishes.low / 60, wishes.low % 60, wishes.shutdown_minutes, wishes.modem_port,
+              wishes.dials[kMains], wishes.dials[kBatteryIsLow], wishes.dials[kUps]) +
+        Print("\"%s\",%d\r\n", wishes.number.c_str(), wishes.language);
+    FillSchedule();
+    Listen();
+    forms.Show(Form::frmMain);
+  }
 
   SimulatedUps ups{time, MSComm1};
   SimulatedModem modem{time, MSComm2};
 
-  void Pass(Moment step);
+  void Pass(Moment step) {
+    time.Advance(step);
+    tally_.time += step;
+    if (!Down()) CheckNothingMissed();
+  }
+
   // Time passes on a computer that sleeps.
-  void Sleep(Moment step);
+  void Sleep(Moment step) {
+    time.Jump(step);
+    form_.count.ticks.Jump(time.Steady());
+    form_.dial_delay.Jump(time.Steady());
+    tally_.time += step;
+  }
 
   // What the user does.
-  void Save(const Wishes& wishes, bool change_port);
-  void Menu(const std::string& command);
-  void AskForShutdown(Moment hesitation, bool yes);
+  void Save(const Wishes& wishes, bool change_port) {
+    FrmSetup setup(state, panel, main_, seams);
+    forms.Show(Form::frmSetup);
+    setup.Form_Load();
+    if (change_port) {
+      port_ = port_ % 4 + 1;
+      ++tally_.reloads;
+    }
+    wishes_ = wishes;
+    form_.count.left = wishes.delay;
+    for (std::size_t i = 0; i < setup.OptCom.size(); ++i) {
+      setup.OptCom[i] = static_cast<int>(i) == (i <= 4 ? port_ : 10 - wishes.modem_port);
+    }
+    const int numbers[] = {wishes.delay / 60, wishes.delay % 60, wishes.low / 60, wishes.low % 60};
+    for (std::size_t i = 0; i < std::size(numbers); ++i) setup.txt[i] = std::to_string(numbers[i]);
+    setup.cob = wishes.shutdown_minutes;
+    for (std::size_t fault = 0; fault < kFaults; ++fault) {
+      setup.Check1[fault + 1] = wishes.dials[fault];
+    }
+    setup.txtPhone = wishes.number;
+    setup.cobLanguege = wishes.language;
+    setup.cmdSave_Click();
+  }
+
+  void Menu(void (FrmMain::*click)(), const char* command) {
+    asked_.insert(command);
+    Expect([&] { (main_.*click)(); }, Road::kNone);
+  }
+
+  void AskForShutdown(Moment hesitation, bool yes) {
+    dialogs.answer = yes;
+    dialogs.OnBox = [&] {
+      Pass(hesitation);
+      if (Down() || !yes) return;
+      road_ = Road::kMenu;
+      asked_.insert(wishes_.ShutdownCommand());
+    };
+    main_.mnuShutDown_Click();
+    dialogs.OnBox = nullptr;
+    Check(Down() || !yes, "the user has asked for a shutdown");
+    CloseRoad();
+  }
 
   // The program ends, by the user or, after a shutdown, by the operating system. Checks what it has
   // left behind.
-  void End();
+  void End() {
+    forms.Unload(Form::frmMain);
+    const auto halts = std::count(events.begin(), events.end(), "ExitWindowsEx 1 0");
+    Check(halts == sequences_ && sequences_ <= 1, "one sequence at most, each to its end");
+    Check(Log() == log_, "the log tells this:\n" + Log() + "and should tell this:\n" + log_);
+    Check(DateRec() == records_, "the records are\n" + DateRec() + "and should be\n" + records_);
+  }
 
   // The shutdown sequence has run.
-  bool Down() const { return down_; }
+  bool Down() const { return sequences_ > 0; }
   // The first rule that was broken; empty while all hold.
   const std::string& Broken() const { return broken_; }
 
  private:
   enum class Road { kNone, kCount, kSchedule, kMenu };
+  using Act = std::function<void()>;
+  using What = Appointment::What;
 
-  void Check(bool holds, const std::string& what);
-  void Listen();
-  void OnLoad();
-  void OnUpsText(std::string_view bytes);
-  void OnReply(const Faults& faults);
-  void OnWrite(const std::string& text);
-  void OnModemWrite(const std::string& text);
-  void OnPoll(const std::function<void()>& tick);
-  void CheckNothingMissed();
-  void LookForTheEndOfACall();
-  void OnSecond(const std::function<void()>& tick);
-  void OnSchedule(const std::function<void()>& tick);
-  void OnDial(const std::function<void()>& tick);
-  void OnSequence();
-  void Expect(const std::function<void()>& act, Road road);
-  void ExpectLog(int message);
-  void ExpectRecord(int code);
+  template <class... Values>
+  static std::string Print(const char* form, Values... values) {
+    char text[64];
+    std::snprintf(text, sizeof text, form, values...);
+    return text;
+  }
+  static std::string LogLine(const LocalTime& now, const std::string& message) {
+    return Print("\"\n%04d-%02d-%02d %d:%02d:%02d ", now.year, now.month, now.day, now.hour,
+                 now.minute, now.second) +
+           message + "\"\r\n";
+  }
+
+  // As the tables hold it: the week's by their day, the others one to an entry.
+  void FillSchedule() {
+    ScheduleEntries week, special_days, self_tests;
+    std::size_t number = 0;
+    for (const auto& [what, weekday, at] : schedule_) {
+      ScheduleEntries& others = what == What::kSelfTest ? self_tests : special_days;
+      ScheduleEntry& entry =
+          weekday ? week[static_cast<std::size_t>(weekday - 1)] : others[number++];
+      entry.enable = "1";
+      entry.date = Print("%d-%d-%d", at.year, at.month, at.day);
+      (what == What::kSwitchOff ? entry.off : entry.on) = Print("%d:%02d", at.hour, at.minute);
+    }
+    StoreSchedule(kWeekly, week, state);
+    StoreSchedule(kSpecialDays, special_days, state);
+    StoreSchedule(kSelfTests, self_tests, state);
+  }
+
+  void Check(bool holds, const std::string& what) {
+    if (holds || !broken_.empty()) return;
+    const LocalTime now = time.Now();
+    broken_ = what + ", " + std::to_string(time.Steady().count()) + " ms after the start, at" +
+              LogLine(now, "").substr(1);
+  }
+
+  // Stands between the program and everything outside it.
+  void Listen() {
+    const auto listen = [](FakeSerialPort& port, const auto& hear) {
+      port.OnSent = [&port, hear, answer = port.OnSent](const std::string& text) {
+        hear(text);
+        answer(text);
+        port.sent.clear();
+      };
+    };
+    listen(MSComm1, [this](const std::string& text) { OnWrite(text); });
+    listen(MSComm2, [this](const std::string& text) { OnModemWrite(text); });
+    MSComm1.OnReceived = [this](std::string_view bytes) { OnUpsText(bytes); };
+    Timer1.Around = [this](const Act& tick) { OnPoll(tick); };
+    Timer2.Around = [this](const Act& tick) { OnSecond(tick); };
+    Timer3.Around = [this](const Act& tick) { OnSchedule(tick); };
+    TimerDial.Around = [this](const Act& tick) { OnDial(tick); };
+    host.OnRun = [this] { OnSequence(); };
+    forms.OnUnload = [this](Form form) {
+      if (form == Form::frmAlert) return main_.Alert().Form_Unload();
+      if (form != Form::frmMain) return;
+      ExpectLog(18);
+      main_.Form_QueryUnload();
+    };
+    forms.OnLoad = [this](Form form) {
+      if (form == Form::frmAlert) main_.Alert().Form_Load();
+      if (form != Form::frmMain) return;
+      form_ = {};  // nothing is known to a new form
+      ExpectLog(11);
+      Check(main_.Form_Load(), "the form loads");
+      main_.Form_Activate();
+    };
+  }
+
+  void OnUpsText(std::string_view bytes) {
+    if (Down()) return;
+    std::string& text = form_.text;
+    text += bytes;
+    const bool information = text.size() >= 30 && std::count(text.begin(), text.end(), ',') == 8;
+    const bool status = text.size() > 46 && text.front() == '(';
+    if (!information && !status) return;
+    form_.unanswered = 0;
+    if (status) OnReply({text[38] == '1', text[39] == '1', text[41] == '1'});
+    text.clear();
+  }
+
+  // An episode of a fault is told once: when a reply shows it and one before showed it clear.
+  void OnReply(const Faults& faults) {
+    form_.shown = {faults, wishes_.language};
+    form_.count.Reply(time.Steady(), faults);
+    LookForTheEndOfACall();
+    for (std::size_t fault = 0; fault < kFaults; ++fault) {
+      if (faults[fault] && wishes_.dials[fault]) {
+        form_.dial_reason = fault;
+        form_.dial_delay.Start(time.Steady());
+      }
+      const bool begins = faults[fault] && form_.seen_clear[fault];
+      form_.seen_clear[fault] = !faults[fault];
+      if (!begins) continue;
+      ++tally_.episodes;
+      ExpectLog(fault == kMains ? 25 : 29);
+      ExpectRecord(fault == kMains ? 1 : 2);
+    }
+  }
+
+  void OnWrite(const std::string& text) {
+    Check(!Down(), "nothing is sent to the UPS after the sequence, but " + text);
+    if (text == "Q1\r") return Check(polling_, "a poll out of turn");
+    if (text == "MD\r") return;
+    const auto asked = asked_.find(text);
+    Check(asked != asked_.end(), "nobody has asked for " + text);
+    if (asked != asked_.end()) asked_.erase(asked);
+  }
+
+  void OnModemWrite(const std::string& text) {
+    Check(!Down(), "no call goes on after the sequence, but " + text);
+    const bool begins = beginning_call_ && !called_;
+    const std::string wrong = form_.call.Sent(text, begins, time.Steady());
+    Check(wrong.empty(), wrong);
+    if (!begins) return;
+    called_ = true;
+    Check(text.find(wishes_.number) == 4, "a call to another number");
+    Check(MSComm2.CommPort() == wishes_.modem_port, "a call on another port");
+  }
+
+  void OnPoll(const Act& tick) {
+    CheckNothingMissed();
+    form_.text.clear();
+    ++form_.unanswered;
+    polling_ = true;
+    tick();
+    polling_ = false;
+    if (form_.unanswered < 4) return;
+    form_.unanswered = 0;
+    if (form_.count.ticks.Running()) ++tally_.losses;
+    form_.count.ticks.Stop();
+    form_.shown.faults.reset();
+  }
+
+  void CheckNothingMissed() {
+    LookForTheEndOfACall();
+    Check(!form_.count.ticks.Missed(time.Steady()), "a second of the count was left out");
+    Check(!form_.dial_delay.Missed(time.Steady()), "a call was left out");
+  }
+
+  // A fault can arm the next call only when the one that goes on is over.
+  void LookForTheEndOfACall() {
+    if (!form_.calling || dial_pass.Enabled()) return;
+    form_.calling = false;
+    form_.dial_delay.Stop();
+  }
+
+  void OnSecond(const Act& tick) {
+    Check(form_.count.ticks.Take(time.Steady()), "a second of the count out of time");
+    const bool over = form_.count.Tick(form_.shown, wishes_);
+    Expect(tick, over ? Road::kCount : Road::kNone);
+  }
+
+  void OnSchedule(const Act& tick) {
+    const LocalTime now = time.Now();
+    const auto due = [&](What what) {
+      return std::any_of(schedule_.begin(), schedule_.end(),
+                         [&](const Appointment& a) { return a.what == what && a.Due(now); });
+    };
+    if (due(What::kSelfTest)) asked_.insert("TL\r");
+    if (due(What::kSwitchOn)) {
+      asked_.insert("C\r");
+      ExpectLog(39);
+    }
+    Expect(tick, due(What::kSwitchOff) ? Road::kSchedule : Road::kNone);
+  }
+
+  // The call that a fault has armed goes out now, if the fault still shows and there is somebody to
+  // call and a port to do it on.
+  void OnDial(const Act& tick) {
+    LookForTheEndOfACall();
+    Check(form_.dial_delay.Take(time.Steady()), "a call out of time");
+    const bool possible = !wishes_.number.empty() && MSComm2.present.contains(wishes_.modem_port);
+    const bool due =
+        !form_.calling && possible && !form_.shown.Normal(form_.dial_reason, wishes_.language);
+    beginning_call_ = true;
+    called_ = false;
+    tick();
+    beginning_call_ = false;
+    Check(called_ == due, due ? "a call is due" : "a call that nobody needs");
+    if (called_) ++tally_.calls;
+    form_.calling = form_.calling || called_;
+    if (!form_.calling) form_.dial_delay.Stop();
+  }
+
+  // The companion runs: the log is written, and the UPS has its command.
+  void OnSequence() {
+    ++sequences_;
+    switch (road_) {
+      case Road::kCount:
+        // A line that is still in the language before a change is not known to be normal.
+        Check(!form_.shown.Normal(kMains, wishes_.language) || wishes_.delay == 0,
+              "a shutdown while mains is normal");
+        ++tally_.counts;
+        return ExpectLog(38);
+      case Road::kSchedule:
+        ExpectLog(40);
+        return ExpectRecord(0);
+      case Road::kMenu:
+        return ExpectLog(22);
+      case Road::kNone:
+        Check(false, "a sequence out of nowhere");
+    }
+  }
+
+  // Runs a step of the program that has to go down by this road, or by none.
+  void Expect(const Act& act, Road road) {
+    const int before = sequences_;
+    if (road != Road::kNone) asked_.insert(wishes_.ShutdownCommand());
+    road_ = road;
+    act();
+    Check((sequences_ > before) == (road != Road::kNone),
+          road == Road::kNone ? "a sequence that nothing asked for" : "a sequence is due");
+    CloseRoad();
+  }
+
+  void CloseRoad() {
+    road_ = Road::kNone;
+    Check(asked_.empty() || !MSComm1.PortOpen(), "a command that was due did not go out");
+    asked_.clear();
+  }
+
+  void ExpectLog(int message) {
+    if (disk.refuse_writes) return;
+    const int in_language = message + 1000 * wishes_.language;
+    log_ += LogLine(time.Now(), std::string(LoadResString(static_cast<std::int16_t>(in_language))));
+  }
+
+  void ExpectRecord(int code) {
+    if (disk.refuse_writes) return;
+    const LocalTime now = time.Now();
+    records_ +=
+        Print("\"\n%04d-%02d-%02d %02d %d\"\r\n", now.year, now.month, now.day, now.hour, code);
+  }
 
   Wishes wishes_;
   std::vector<Appointment> schedule_;
@@ -93,9 +384,7 @@ class Life : public World {
   bool called_ = false;               // a call has begun in it
   std::multiset<std::string> asked_;  // commands that have to go out now
   Road road_ = Road::kNone;           // the road down that stands open now
-  bool down_ = false;
   int sequences_ = 0;
-  bool alert_open_ = false;
   int port_ = 1;
   std::string log_, records_;
 };

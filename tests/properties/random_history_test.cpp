@@ -7,9 +7,11 @@
 #include <algorithm>
 #include <array>
 #include <cstdlib>
-#include <deque>
+#include <numeric>
 #include <random>
+#include <sstream>
 
+#include "app/calendar.h"
 #include "properties/life.h"
 
 namespace orvane::test {
@@ -48,7 +50,7 @@ class History {
   unsigned Below(unsigned limit) { return static_cast<unsigned>(random_() % limit); }
   bool OneIn(unsigned chances) { return Below(chances) == 0; }
   template <class T>
-  const T& Any(const std::vector<T>& choices) {
+  T Any(const std::vector<T>& choices) {
     return choices[Below(static_cast<unsigned>(choices.size()))];
   }
 
@@ -117,9 +119,9 @@ class History {
     if (life.Down()) life.Pass(minutes(10));
     life.End();
     if (life.Broken().empty()) return {};
-    std::string story = life.Broken() + "\nWhat happened before:";
-    for (const std::string& event : told_) story += "\n  " + event;
-    return story;
+    const std::size_t forgotten = told_.size() - std::min<std::size_t>(told_.size(), 60);
+    return std::accumulate(told_.begin() + static_cast<std::ptrdiff_t>(forgotten), told_.end(),
+                           life.Broken() + "\nWhat happened before:");
   }
 
   void Happens(Life& life) {
@@ -135,8 +137,7 @@ class History {
       case 16:
         return SaveSettings(life);
       case 17:
-        Tell("a menu");
-        return life.Menu(Any<std::string>({"Q", "T", "TL", "CT"}));
+        return ClickMenu(life);
       case 18:
         return AskForShutdown(life);
       default:
@@ -171,14 +172,14 @@ class History {
     bool& bad = bad_.at(what);
     if (!bad && !OneIn(things[what].chances)) return;
     bad = !bad;
-    Tell(std::string(things[what].name) + (bad ? " on" : " off"));
+    Tell(things[what].name, bad ? "on" : "off");
     things[what].set(life, bad);
   }
 
   void SetBattery(Life& life) {
     const double percent = Below(101);
     const double load = Below(130);
-    Tell("battery " + std::to_string(percent) + ", load " + std::to_string(load));
+    Tell("battery", percent, "load", load);
     life.ups.Do([&](UpsModel& model) {
       model.Battery(percent);
       model.Load(load);
@@ -189,7 +190,7 @@ class History {
     const auto answer =
         Any<DialAnswer>({DialAnswer::kOk, DialAnswer::kBusy, DialAnswer::kBusyAlone,
                          DialAnswer::kNoCarrier, DialAnswer::kNoDialtone, DialAnswer::kNone});
-    Tell("modem answers " + std::to_string(static_cast<int>(answer)));
+    Tell("modem answers", static_cast<int>(answer));
     life.modem.Do([&](ModemModel& model) {
       model.manners.answer = answer;
       model.manners.delay = Moment(Below(60 * 1000));
@@ -200,40 +201,51 @@ class History {
   void SetClock(Life& life) {
     if (OneIn(2)) {
       const Moment step = Moment(Below(OneIn(4) ? 8 * 3600 * 1000 : 20 * 1000));
-      Tell("a sleep of " + std::to_string(step.count()) + " ms");
+      Tell("a sleep of", step.count(), "ms");
       return life.Sleep(step);
     }
     const LocalTime to = AnyTime();
-    Tell("clock set to " + std::to_string(to.year) + '-' + std::to_string(to.month) + '-' +
-         std::to_string(to.day) + ' ' + std::to_string(to.hour) + ':' + std::to_string(to.minute));
+    Tell("clock set to", DateText(to), TimeText(to));
     life.time.SetWall(to);
   }
 
   void SaveSettings(Life& life) {
     const Wishes wishes = AnyWishes();
     const bool change_port = OneIn(4);
-    Tell("settings saved: delay " + std::to_string(wishes.delay) + ", low " +
-         std::to_string(wishes.low) + ", calls for mains " + std::to_string(wishes.dials[kMains]) +
-         (change_port ? ", another port" : ""));
+    Tell("settings saved: delay", wishes.delay, "low", wishes.low, "calls for mains",
+         wishes.dials[kMains], change_port ? "on another port" : "");
     life.Save(wishes, change_port);
+  }
+
+  void ClickMenu(Life& life) {
+    const auto [click, command] =
+        Any<std::pair<void (FrmMain::*)(), const char*>>({{&FrmMain::mnuOnOrOffBeep_Click, "Q\r"},
+                                                          {&FrmMain::mnuTest10S_Click, "T\r"},
+                                                          {&FrmMain::mnuTestToLow_Click, "TL\r"},
+                                                          {&FrmMain::mnuCancelTest_Click, "CT\r"}});
+    Tell("a menu");
+    life.Menu(click, command);
   }
 
   void AskForShutdown(Life& life) {
     const bool yes = OneIn(10);
     const Moment hesitation = Moment(Below(OneIn(4) ? 1000 * 1000 : 5 * 1000));
-    Tell(std::string("asked for a shutdown, and then ") + (yes ? "yes" : "no"));
+    Tell("asked for a shutdown, and then", yes ? "yes" : "no");
     life.AskForShutdown(hesitation, yes);
   }
 
-  void Tell(std::string event) {
-    if (told_.size() > 60) told_.pop_front();
-    told_.push_back(std::to_string(tally_.time.count()) + " ms: " + std::move(event));
+  template <class... Parts>
+  void Tell(const Parts&... parts) {
+    std::ostringstream event;
+    event << "\n  " << tally_.time.count() << " ms:";
+    ((event << ' ' << parts), ...);
+    told_.push_back(event.str());
   }
 
   std::mt19937 random_;
   Tally tally_;
   std::array<bool, 9> bad_{};
-  std::deque<std::string> told_;
+  std::vector<std::string> told_;
 };
 
 class RandomHistory : public testing::TestWithParam<unsigned> {};

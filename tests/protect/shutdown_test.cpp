@@ -82,32 +82,6 @@ TEST_F(ShutdownTest, CountdownRunsEveryStepInOrder) {
   EXPECT_TRUE(Log().ends_with(" Program end\"\r\n"));
 }
 
-TEST(Shutdown, MenuAsksFirst) {
-  const struct {
-    int language;
-    bool answer;
-    const char* box;
-    const char* log_end;
-  } cases[] = {{0, false, "Are you sure to shutdown?", " AC fail\"\r\n"},
-               {1, true, "是否真要退出系统并关闭计算机和UPS？", " 用菜单关闭了系统\"\r\n"}};
-  for (const auto& row : cases) {
-    SCOPED_TRACE(row.log_end);
-    WatchedComputer computer;
-    computer.Start({1, 0, 0, 30, 0, 30}, row.language);
-    computer.dialogs.answer = row.answer;
-    computer.NextReply(kAllWell);
-    computer.NextReply(kMainsFailed);
-    computer.Ticks(5);
-    computer.form.mnuShutDown_Click();
-    EXPECT_TRUE(computer.Happened(std::string("Ask [Orvane] ") + row.box));
-    EXPECT_EQ(computer.Down(), row.answer);
-    // The count goes on, or is over for good without its own line.
-    computer.Seconds(20);
-    EXPECT_EQ(computer.state.ShutdownCountdown, row.answer ? 55 : 35);
-    EXPECT_TRUE(computer.Log().ends_with(row.log_end));
-  }
-}
-
 // Whatever fails on the way, the next step runs, and standard error tells.
 TEST(Shutdown, FailuresAreReportedAndTheRoadGoesOn) {
   using End = RunOutcome::End;

@@ -30,9 +30,16 @@ class FakeHost : public Host {
   std::string WindowsDirectory() const override { return "/windows"; }
   std::string CompanionPath() const override { return "/prog/exit.exe"; }
   bool PrevInstance() override { return previous_instance; }
-  RunOutcome RunHidden(const std::string& path, std::chrono::milliseconds limit) override;
+  RunOutcome RunHidden(const std::string& path, std::chrono::milliseconds limit) override {
+    events_.push_back("RunHidden " + path + ' ' + std::to_string(limit.count()));
+    if (OnRun) OnRun();
+    return companion;
+  }
   void EnableShutdownPrivilege() override { events_.push_back("EnableShutdownPrivilege"); }
-  bool ExitWindowsEx(unsigned flags, unsigned reserved) override;
+  bool ExitWindowsEx(unsigned flags, unsigned reserved) override {
+    events_.push_back("ExitWindowsEx " + std::to_string(flags) + ' ' + std::to_string(reserved));
+    return !refuse_shutdown;
+  }
   void Beep() override { events_.push_back("Beep"); }
   void Report(const std::string& line) override { reports.push_back(line); }
 
@@ -52,11 +59,24 @@ class FakeDialogs : public Dialogs {
     Box("Exclamation", text, title);
   }
   void Plain(std::string_view text, std::string_view title) override { Box("Plain", text, title); }
-  bool Ask(std::string_view text, std::string_view title) override;
-  void Dismiss() override;
+  bool Ask(std::string_view text, std::string_view title) override {
+    Box("Ask", text, title);
+    return answer && !dismissed_;
+  }
+  void Dismiss() override {
+    if (open_ == 0) return;
+    events_.push_back("Dismiss");
+    dismissed_ = true;
+  }
 
  private:
-  void Box(const char* kind, std::string_view text, std::string_view title);
+  void Box(const char* kind, std::string_view text, std::string_view title) {
+    events_.push_back(std::string(kind) + " [" + std::string(title) + "] " + std::string(text));
+    if (open_ == 0) dismissed_ = false;
+    ++open_;
+    if (OnBox) OnBox();
+    --open_;
+  }
 
   int open_ = 0;            // boxes that stand open, one inside the other
   bool dismissed_ = false;  // they were taken away: whatever `answer` says, they answer No
@@ -68,20 +88,31 @@ class FakeForms : public Forms {
   explicit FakeForms(Events& events) : events_(events) {}
 
   std::set<Form> open;
-  // Runs inside Unload and Show, for a test that plays the window.
+  // Runs inside Unload, and inside a Show of what was not open, for a test that plays the window.
   std::function<void(Form)> OnUnload;
-  std::function<void(Form)> OnShow;
+  std::function<void(Form)> OnLoad;
 
-  void Show(Form form) override;
-  void Hide(Form form) override;
-  void Unload(Form form) override;
+  void Show(Form form) override {
+    Note("Show", form);
+    if (open.insert(form).second && OnLoad) OnLoad(form);
+  }
+  void Hide(Form form) override { Note("Hide", form); }
+  void Unload(Form form) override {
+    if (open.erase(form) == 0) return;
+    Note("Unload", form);
+    if (OnUnload) OnUnload(form);
+  }
   void DoEvents() override { events_.push_back("DoEvents"); }
 
  private:
+  void Note(const char* what, Form form) {
+    constexpr const char* kNames[] = {"frmMain",  "frmSplash", "frmAbout",   "frmAlert",
+                                      "frmSetup", "frmWeek",   "frmSpecial", "frmSelfTest",
+                                      "frmLog",   "frmDateRc", "frmShutRec"};
+    events_.push_back(std::string(what) + ' ' + kNames[static_cast<std::size_t>(form)]);
+  }
+
   Events& events_;
 };
-
-// "frmMain" and so on.
-const char* FormName(Form form);
 
 }  // namespace orvane::test

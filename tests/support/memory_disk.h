@@ -6,6 +6,7 @@
 #include <string>
 
 #include "platform/disk.h"
+#include "platform/text.h"
 
 namespace orvane::test {
 
@@ -20,18 +21,54 @@ class MemoryDisk : public Disk {
   // Files with something in them that is not on the medium yet.
   std::set<std::string> unsettled;
 
-  std::optional<std::string> Read(const std::string& path) const override;
-  std::unique_ptr<FileView> Open(const std::string& path) const override;
-  bool Exists(const std::string& path) const override;
-  bool Replace(const std::string& path, std::string_view content) override;
-  bool Append(const std::string& path, std::string_view record) override;
-  bool AppendUnsettled(const std::string& path, std::string_view record) override;
-  bool Settle(const std::string& path) override;
-  bool Remove(const std::string& path) override;
+  std::optional<std::string> Read(const std::string& path) const override {
+    const auto file = files.find(Find(path));
+    return file == files.end() ? std::nullopt : std::optional(file->second);
+  }
+  std::unique_ptr<FileView> Open(const std::string& path) const override {
+    auto content = Read(path);
+    return content ? std::make_unique<View>(std::move(*content)) : nullptr;
+  }
+  bool Exists(const std::string& path) const override { return files.contains(Find(path)); }
+  bool Replace(const std::string& path, std::string_view content) override {
+    if (refuse_writes) return false;
+    files[Find(path)] = content;
+    ++replacements;
+    return true;
+  }
+  bool Append(const std::string& path, std::string_view record) override {
+    if (refuse_writes) return false;
+    files[Find(path)] += record;
+    return true;
+  }
+  bool AppendUnsettled(const std::string& path, std::string_view record) override {
+    if (!Append(path, record)) return false;
+    unsettled.insert(Find(path));
+    return true;
+  }
+  bool Settle(const std::string& path) override {
+    if (refuse_writes || !Exists(path)) return false;
+    unsettled.erase(Find(path));
+    return true;
+  }
+  bool Remove(const std::string& path) override {
+    return !refuse_writes && files.erase(Find(path)) > 0;
+  }
 
  private:
+  struct View : FileView {
+    explicit View(std::string bytes) : content(std::move(bytes)) {}
+    std::string_view Bytes() const override { return content; }
+    std::string content;
+  };
+
   // The path under which the file stands, whatever the case of its name.
-  std::string Find(const std::string& path) const;
+  std::string Find(const std::string& path) const {
+    for (const auto& [name, content] : files) {
+      if (SameName(name, path)) return name;
+    }
+    return path;
+  }
 };
 
 }  // namespace orvane::test

@@ -12,14 +12,33 @@ namespace orvane::test {
 struct RunningProgram : World {
   enum class Language { kEnglish, kChinese };
 
-  explicit RunningProgram(Language language);
+  explicit RunningProgram(Language language) {
+    time.SetWall({2026, 3, 14, 15, 9, 26});
+    const char* number = language == Language::kEnglish ? "0" : "1";
+    disk.files["/prog/Orvane.ini"] = std::string("1,10,0,2,0,2,30,1,3,0,\"\",") + number + "\r\n";
+    MSComm1.OnSent = [this](const std::string& text) {
+      if (silent) return;
+      if (text == "Q1\r") MSComm1.Receive(status.Text());
+      // The query goes out while a reply is being decoded; its answer takes a moment.
+      if (text == "MD\r") information_due_ = true;
+    };
+  }
 
   // From the load of the form to the moment before its first poll.
-  void Start();
+  void Start() {
+    form.Form_Load();
+    form.Form_Activate();
+  }
 
-  // Runs to the next poll and through the UPS's answers.
-  void Poll();
-  void Polls(int count);
+  // Runs to the next polls and through the UPS's answers.
+  void Polls(int count) {
+    while (count-- > 0) {
+      time.Advance(std::chrono::seconds(2));
+      if (information_due_) MSComm1.Receive(information);
+      information_due_ = false;
+    }
+  }
+  void Poll() { Polls(1); }
 
   // What the UPS answers; nothing at all while it is silent.
   StatusFrame status;

@@ -16,8 +16,6 @@ namespace orvane::test {
 inline constexpr const char* kAllWell = "0000";
 inline constexpr const char* kMainsFailed = "1000";
 inline constexpr const char* kMainsFailedBatteryLow = "1100";
-inline constexpr const char* kBatteryLowAlone = "0100";
-inline constexpr const char* kUpsFailedAlone = "0001";
 
 // Slots 1 to 6: delay and battery-low delay in minutes and seconds, warning time in minutes,
 // warning period in seconds.
@@ -27,24 +25,18 @@ inline constexpr Slots kTenMinutes = {10, 0, 2, 0, 2, 30};
 struct WatchedComputer : RunningProgram {
   WatchedComputer() : RunningProgram(Language::kEnglish) {
     time.SetWall({2001, 2, 16, 9, 5, 33});
-    forms.OnShow = [this](Form which) {
-      if (which != Form::frmAlert) return;
-      ++alerts;
-      if (!alert_open) form.Alert().Form_Load();
-      alert_open = true;
+    forms.OnLoad = [this](Form which) {
+      if (which == Form::frmAlert) form.Alert().Form_Load();
     };
     forms.OnUnload = [this](Form which) {
-      if (which != Form::frmAlert) return;
-      form.Alert().Form_Unload();
-      alert_open = false;
+      if (which == Form::frmAlert) form.Alert().Form_Unload();
     };
   }
 
-  // `calls`: shutdown delay, modem port, dial conditions and number.
-  void Start(const Slots& slots, int language = 0, const std::string& calls = "1,3,0,\"\"") {
+  void Start(const Slots& slots) {
     std::string line = "1,";
     for (const int slot : slots) line += std::to_string(slot) + ',';
-    disk.files["/prog/Orvane.ini"] = line + calls + ',' + std::to_string(language) + "\r\n";
+    disk.files["/prog/Orvane.ini"] = line + "1,3,0,\"\",0\r\n";
     ASSERT_TRUE(form.Form_Load());
     forms.open.insert(Form::frmMain);
     form.Form_Activate();
@@ -67,19 +59,17 @@ struct WatchedComputer : RunningProgram {
     Seconds(count);
   }
 
-  bool Happened(const std::string& event) const {
-    return std::find(events.begin(), events.end(), event) != events.end();
+  auto Count(const std::string& event) const {
+    return std::count(events.begin(), events.end(), event);
   }
-  bool Down() const { return Happened("ExitWindowsEx 1 0"); }
+  bool Down() const { return Count("ExitWindowsEx 1 0") > 0; }
+  bool AlertOpen() const { return forms.open.contains(Form::frmAlert); }
 
   const std::string& Status() const { return panel.Label13.Caption(); }
 
   static std::string SecondsLeft(int seconds) {
     return "System Will shutdown after " + std::to_string(seconds) + " Seconds";
   }
-
-  int alerts = 0;  // how often the alert was asked for
-  bool alert_open = false;
 };
 
 class WatchedUps : public testing::Test, public WatchedComputer {};
