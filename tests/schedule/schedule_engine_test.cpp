@@ -94,28 +94,6 @@ TEST_F(ScheduleEngineTest, EachPassMatchesItsOwnDayAndMinute) {
   }
 }
 
-TEST_F(ScheduleEngineTest, DueMinuteActsOnEachOfItsTicks) {
-  Entry(kWeekly, 5, {"1", "9:01", "", ""});
-  Entry(kSelfTests, 3, {"1", "9:01", "", "2001-02-16"});
-  Entry(kSelfTests, 4, {"1", "9:01", "", "2001-02-16"});
-  time.Advance(kMinute * 5);
-  std::string wire;
-  for (int tick = 0; tick < 12; ++tick) wire += "TL\rC\r";
-  EXPECT_EQ(MSComm1.Wire(), wire);
-  EXPECT_EQ(Lines("It's time startup ups"), 12u);
-  EXPECT_EQ(DateRec(), "");
-}
-
-TEST_F(ScheduleEngineTest, SwitchOffGoesTheRoadDownOnce) {
-  Entry(kWeekly, 5, {"1", "", "9:01", ""});
-  time.Advance(kMinute * 10);
-  EXPECT_EQ(MSComm1.Wire(), "S.5\r");
-  EXPECT_EQ(Log(), "\"\n2001-02-16 9:01:00 It's time shutdown ups\"\r\n");
-  EXPECT_EQ(DateRec(), "\"\n2001-02-16 09 0\"\r\n");
-  EXPECT_FALSE(Timer3.Enabled());
-  EXPECT_EQ(events.back(), "ExitWindowsEx 1 0");
-}
-
 TEST_F(ScheduleEngineTest, AllThreeActInOrderOnOneTick) {
   state.ResBase = kChineseBase;
   Entry(kWeekly, 5, {"1", "", "9:00", ""});
