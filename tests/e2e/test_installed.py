@@ -1,6 +1,7 @@
 """The program as it is installed: what lies where, and an ordinary user who may not write there."""
 
 import os
+import re
 import subprocess
 import unittest
 
@@ -17,10 +18,6 @@ class InstalledTest(OrvaneTest):
         self.prefix = self.folder / "usr"
         subprocess.run(["cmake", "--install", BUILD, "--prefix", self.prefix], check=True,
                        stdout=subprocess.DEVNULL)
-
-    def desktop_entry(self):
-        text = (self.prefix / "share/applications/orvane.desktop").read_text(encoding="utf-8")
-        return dict(line.split("=", 1) for line in text.splitlines() if "=" in line)
 
     def test_everything_in_its_place_and_nothing_that_acts_by_itself(self):
         found = {str(path.relative_to(self.prefix)) for path in self.prefix.rglob("*")
@@ -66,7 +63,9 @@ class InstalledTest(OrvaneTest):
                                    **user)
         environment = self.environment(PATH=f"{self.prefix}/bin", HOME=str(data.parent),
                                        XDG_DATA_HOME=str(data.parent))
-        orvane = self.start_process(self.desktop_entry()["Exec"], env=environment, cwd="/", **user)
+        entry = (self.prefix / "share/applications/orvane.desktop").read_text(encoding="utf-8")
+        orvane = self.start_process(re.search("^Exec=(.*)$", entry, re.MULTILINE)[1],
+                                    env=environment, cwd="/", **user)
         ups.wait_for("MD")
         ups.order("mains off")
         wait_until(lambda: len(orvane.complaints()) == 1, "the end of the road down")

@@ -3,7 +3,7 @@ logind, and journals to the byte."""
 
 import unittest
 
-from harness import OrvaneTest, PtyUps, UpsTest, status, wait_until
+from harness import OrvaneTest, UpsTest, status, wait_until
 from stage import PrivateBus, XDisplay
 
 START, END = "Program start", "Program end"
@@ -84,48 +84,10 @@ class CountTest(ProtectTest):
         report = (self.folder / "SaverApp.INI").read_bytes()
         self.assertEqual(report, b"[Main]\r\nShowMsg=1\r\nAppNumber=0\r\nOpenNumber=0\r\n")
 
-    def test_alert_and_a_count_that_ends_under_the_question_of_the_menu(self):
-        display = XDisplay(self.folder)
-        self.addCleanup(display.close)
-        ups = PtyUps(self.ups_link)
-        self.addCleanup(ups.close)
-        ups.answer["Q1"] = status("1000")
-        bus = self.start_bus()
-        orvane = self.start(settings(90, low=4, warning=2), bus, **display.env)
-        ups.wait_for("Q1")  # by then the splash has gone
-        main = display.wait_for_window("Orvane")
-        alert = display.wait_for_window("Warning")
-
-        def state(window):
-            return display.ask("xprop", "-id", window, "_NET_WM_STATE")
-
-        self.assertIn("_NET_WM_STATE_ABOVE", state(alert))
-        # It is seen also while the main window is minimised.
-        display.ask("xdotool", "windowminimize", "--sync", main)
-        wait_until(lambda: "_NET_WM_STATE_HIDDEN" in state(main), "minimised")
-        self.assertNotIn("_NET_WM_STATE_HIDDEN", state(alert))
-        ups.answer["Q1"] = status()
-        wait_until(lambda: list(display.windows()) == [main], "the alert has gone")
-
-        def ask():
-            return display.strike(main, ["Escape", "alt+c", "s"], "Orvane", but=main)
-
-        for key in ("Escape", "Return"):
-            display.key(ask(), key)
-            display.wait_for_end_of("Orvane", but=main)
-        self.assertEqual(self.log_messages(), [START])
-        ask()
-        ups.answer["Q1"] = status("1100")
-        self.wait_for_end(bus)
-        wait_until(lambda: not display.windows(), "no window is left")
-        self.expect_closed(orvane, START, "AC fail", "Batt. Low", "System shutdown")
-        self.assertEqual(self.records(), [1, 2])
-        self.assertEqual((ups.heard[-1], ups.count("S01")), ("S01", 1))
-
 
 class RoadTest(UpsTest, ProtectTest):
-    """The mains has failed when the program starts, and there is no delay. What fails on the road
-    down is told on standard error, and the road goes on."""
+    """The mains has failed when the program starts. What fails on the road down is told on standard
+    error, and the road goes on."""
 
     def setUp(self):
         super().setUp()
@@ -149,6 +111,41 @@ class RoadTest(UpsTest, ProtectTest):
         self.assertEqual(self.told(orvane), list(lines))
         self.assertEqual(self.ups.count("S01"), 1)
         self.assertEqual(self.records(), [])
+
+    def test_alert_and_a_count_that_ends_under_the_question_of_the_menu(self):
+        display = XDisplay(self.folder)
+        self.addCleanup(display.close)
+        bus = self.start_bus()
+        orvane = self.start(settings(90, low=4, warning=2), bus, **display.env)
+        self.ups.wait_for("Q1")  # by then the splash has gone
+        main = display.wait_for_window("Orvane")
+        alert = display.wait_for_window("Warning")
+
+        def state(window):
+            return display.ask("xprop", "-id", window, "_NET_WM_STATE")
+
+        self.assertIn("_NET_WM_STATE_ABOVE", state(alert))
+        # It is seen also while the main window is minimised.
+        display.ask("xdotool", "windowminimize", "--sync", main)
+        wait_until(lambda: "_NET_WM_STATE_HIDDEN" in state(main), "minimised")
+        self.assertNotIn("_NET_WM_STATE_HIDDEN", state(alert))
+        self.ups.answer["Q1"] = status()
+        wait_until(lambda: list(display.windows()) == [main], "the alert has gone")
+
+        def ask():
+            return display.strike(main, ["Escape", "alt+c", "s"], "Orvane", but=main)
+
+        for key in ("Escape", "Return"):
+            display.key(ask(), key)
+            display.wait_for_end_of("Orvane", but=main)
+        self.assertEqual(self.log_messages(), [START])
+        ask()
+        self.ups.answer["Q1"] = status("1100")
+        self.wait_for_end(bus)
+        wait_until(lambda: not display.windows(), "no window is left")
+        self.expect_closed(orvane, START, "AC fail", "Batt. Low", "System shutdown")
+        self.assertEqual(self.records(), [1, 2])
+        self.assertEqual((self.ups.heard[-1], self.ups.count("S01")), ("S01", 1))
 
     def test_answers_of_logind(self):
         cases = [

@@ -5,7 +5,6 @@ import re
 import select
 import signal
 import subprocess
-import threading
 import unittest
 
 from harness import BUILD, PATIENCE, OrvaneTest, wait_until
@@ -13,37 +12,24 @@ from harness import BUILD, PATIENCE, OrvaneTest, wait_until
 STATUS = re.compile(rb"\((\d{3}\.\d) \d{3}\.\d \d{3}\.\d (\d{3}) [\d. ]{14} [01]{8}\r")
 
 
-class Line:
-    """The far end of the line, as a program holds it."""
-
-    def __init__(self, path):
-        self.descriptor = os.open(path, os.O_RDWR | os.O_NOCTTY)
-
-    def __enter__(self):
-        return self
-
-    def __exit__(self, *_):
-        os.close(self.descriptor)
-
-    def say(self, text):
-        os.write(self.descriptor, text)
-
-    def status(self):
-        """The reply to a poll, which comes next on the line."""
-        self.say(b"Q1\r")
-        text = b""
-        while len(text) < 47:
-            if not select.select([self.descriptor], [], [], PATIENCE)[0]:
-                raise AssertionError(f"no more than {text!r}")
-            text += os.read(self.descriptor, 4096)
-        return text
-
-
 class UpsSimTest(OrvaneTest):
 
-    def expect_service(self):
-        with Line(self.ups_link) as line:
-            self.assertRegex(line.status(), STATUS)
+    def open_line(self):
+        """The far end of the line, as a program holds it."""
+        line = os.open(self.ups_link, os.O_RDWR | os.O_NOCTTY | os.O_NONBLOCK)
+        self.addCleanup(os.close, line)
+        return line
+
+    def expect_service(self, line=None):
+        """The reply to a poll, which comes next on the line."""
+        line = line or self.open_line()
+        os.write(line, b"Q1\r")
+        text = b""
+        while len(text) < 47:
+            self.assertTrue(select.select([line], [], [], PATIENCE)[0], text)
+            text += os.read(line, 4096)
+        self.assertRegex(text, STATUS)
+        return text
 
     def script(self, text):
         path = self.folder / "script"
@@ -55,11 +41,11 @@ class UpsSimTest(OrvaneTest):
         for order in ("mains off", "dance", "load heavy", "load 110"):
             simulator.order(order)
         wait_until(lambda: "load 110" in [text for _, text in simulator.moments("=")], "orders")
-        with Line(self.ups_link) as line:
-            reply = line.status()
-            line.say(b"MD\rS.5")
-            line.say(b"\rwhat\x01\r")
-            simulator.wait_for("what\\x01")
+        line = self.open_line()
+        reply = self.expect_service(line)
+        os.write(line, b"MD\rS.5")
+        os.write(line, b"\rwhat\x01\r")
+        simulator.wait_for("what\\x01")
         self.assertEqual(STATUS.fullmatch(reply).groups(), (b"000.0", b"110"))
         self.assertEqual(simulator.commands(), ["Q1", "MD", "S.5", "what\\x01"])
         self.assertEqual(simulator.moments("<")[0][1], reply.decode()[:-1])
@@ -74,17 +60,17 @@ class UpsSimTest(OrvaneTest):
 
     def test_unplug_and_plug(self):
         simulator = self.start_simulator()
-        with Line(self.ups_link) as line:
-            simulator.order("unplug")
-            wait_until(lambda: not self.ups_link.is_symlink(), "the link gone")
+        line = self.open_line()
+        simulator.order("unplug")
+        wait_until(lambda: not self.ups_link.is_symlink(), "the link gone")
 
-            def dead():
-                try:
-                    line.say(b"Q1\r")
-                except OSError:
-                    return True
-            # The link goes first, the line right behind it.
-            wait_until(dead, "a dead line")
+        def dead():
+            try:
+                os.write(line, b"Q1\r")
+            except OSError:
+                return True
+        # The link goes first, the line right behind it.
+        wait_until(dead, "a dead line")
         simulator.order("plug")
         wait_until(self.ups_link.exists, "the link back")
         self.expect_service()
@@ -96,14 +82,11 @@ class UpsSimTest(OrvaneTest):
         self.addCleanup(simulator.stdout.close)
         self.addCleanup(simulator.wait)
         self.addCleanup(simulator.kill)
-        # One that stands still would let this side wait for ever.
-        watchdog = threading.Timer(PATIENCE, simulator.kill)
-        watchdog.start()
-        self.addCleanup(watchdog.cancel)
         wait_until(self.ups_link.exists, "the line")
-        with Line(self.ups_link) as line:
-            for _ in range(300):
-                line.say(b"an unknown command\r" * 40)
+        line = self.open_line()
+        for _ in range(300):
+            self.assertTrue(select.select([], [line], [], PATIENCE)[1], "it reads on")
+            os.write(line, b"an unknown command\r" * 40)
         self.expect_service()
         simulator.terminate()
         self.assertEqual(simulator.wait(PATIENCE), 0)
@@ -111,9 +94,8 @@ class UpsSimTest(OrvaneTest):
     def test_every_proper_end_removes_the_link(self):
         script = self.script("# a trial\n\n0.3 quit\n0.1 mains off\n0.2 nonsense\n")
         for name, arguments, end in (
-                ("SIGTERM", [], lambda: simulator.terminate(signal.SIGTERM)),
-                ("SIGINT", [], lambda: simulator.terminate(signal.SIGINT)),
-                ("SIGHUP", [], lambda: simulator.terminate(signal.SIGHUP)),
+                *((end.name, [], lambda end=end: simulator.terminate(end))
+                  for end in (signal.SIGTERM, signal.SIGINT, signal.SIGHUP)),
                 ("quit", [], lambda: simulator.order("quit")),
                 ("end of input", [], lambda: simulator.process.stdin.close()),
                 # Here the end of the input ends nothing.
