@@ -5,7 +5,6 @@ import os
 import shutil
 import signal
 import subprocess
-import unittest
 
 from harness import BUILD, OrvaneTest, wait_until
 from stage import PrivateBus, XDisplay
@@ -132,7 +131,3 @@ class UnitTest(CompanionTest):
         self.assertEqual([call for call in bus.calls() if call.startswith("StopUnit")],
                          ['StopUnit "app-editor-1.scope" "replace"'])
         self.assertIn("Title=About app-editor-1.scope", self.report())
-
-
-if __name__ == "__main__":
-    unittest.main()

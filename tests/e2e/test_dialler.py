@@ -1,7 +1,6 @@
 """Emergency calls of the real program: a UPS on one pseudo-terminal, a modem on another."""
 
 import random
-import unittest
 
 from harness import OrvaneTest, PtyUps, wait_until
 
@@ -75,7 +74,3 @@ class DiallerTest(OrvaneTest):
         # In the middle of a call.
         self.assertEqual(orvane.terminate(), 0, orvane.errors)
         self.assertEqual(self.log_messages(), ["Program start", "AC fail", "Program end"])
-
-
-if __name__ == "__main__":
-    unittest.main()

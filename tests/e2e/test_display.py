@@ -1,7 +1,5 @@
 """The real program on a real display server: its windows, and the end of the desktop."""
 
-import unittest
-
 from harness import UpsTest, status, wait_until
 from stage import XDisplay
 
@@ -90,7 +88,3 @@ class DisplayTest(UpsTest):
         self.ups.answer["Q1"] = status("0100")
         self.wait_for_log("Batt. Low")
         self.assertEqual(orvane.terminate(), 0)
-
-
-if __name__ == "__main__":
-    unittest.main()

@@ -148,7 +148,3 @@ class EndTest(UpsTest):
                 self.assertIn(log, ([], ["Program start", "Program end"]))
                 told += len(log) > 0
         self.assertGreater(told, 0)
-
-
-if __name__ == "__main__":
-    unittest.main()

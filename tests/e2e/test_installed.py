@@ -3,7 +3,6 @@
 import os
 import re
 import subprocess
-import unittest
 
 from harness import BUILD, OrvaneTest, wait_until
 
@@ -75,7 +74,3 @@ class InstalledTest(OrvaneTest):
                          ["Program start", "AC fail", "System shutdown", "Program end"])
         self.assertIn("AppNumber=0", (data / "SaverApp.INI").read_text(encoding="utf-8"))
         self.assertEqual({path.name for path in place.iterdir()}, {"orvane", "exit.exe"})
-
-
-if __name__ == "__main__":
-    unittest.main()

@@ -3,7 +3,6 @@
 import os
 import random
 import signal
-import unittest
 
 from harness import UpsTest, status
 
@@ -83,7 +82,3 @@ class LinkTest(UpsTest):
             self.assertEqual(orvane.terminate(end), -end if killed else 0)
             log += ["Program start"] if killed else ["Program start", "Program end"]
             self.assertEqual(self.log_messages(), log, end.name)
-
-
-if __name__ == "__main__":
-    unittest.main()

@@ -1,8 +1,6 @@
 """Mains failures and the road down: the real program, a bus of the test's own with a stand-in for
 logind, and journals to the byte."""
 
-import unittest
-
 from harness import OrvaneTest, UpsTest, status, wait_until
 from stage import PrivateBus, XDisplay
 
@@ -199,7 +197,3 @@ class RoadTest(UpsTest, ProtectTest):
                          "Action=None leaves it running")
         self.assertEqual(self.ups.heard[-2:], ["S01", "EXIT"])
         self.assertEqual(bus.calls(), ["CanHalt", "CanPowerOff"])
-
-
-if __name__ == "__main__":
-    unittest.main()

@@ -4,7 +4,6 @@ left alone."""
 import calendar
 import itertools
 import time
-import unittest
 
 from harness import UpsTest
 
@@ -77,7 +76,3 @@ class ScheduleTest(UpsTest):
         self.assertEqual([command for command, _ in itertools.groupby(self.commands())],
                          ["C", "TL", "S.5"])
         self.assertEqual(self.log_messages()[-2:], ["It's time shutdown ups", "Program end"])
-
-
-if __name__ == "__main__":
-    unittest.main()

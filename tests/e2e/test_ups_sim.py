@@ -5,7 +5,6 @@ import re
 import select
 import signal
 import subprocess
-import unittest
 
 from harness import BUILD, PATIENCE, OrvaneTest, wait_until
 
@@ -131,7 +130,3 @@ class UpsSimTest(OrvaneTest):
                 self.assertEqual(process.wait(), code)
                 self.assertIn(complaint, "\n".join(process.errors))
         self.assertEqual(precious.read_bytes(), before)
-
-
-if __name__ == "__main__":
-    unittest.main()

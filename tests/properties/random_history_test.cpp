@@ -92,17 +92,11 @@ class History {
   }
 
   Moment AnyWait() {
-    switch (Below(12)) {
-      case 0:
-        return Moment(Below(3 * 3600 * 1000));
-      case 1:
-      case 2:
-        return Moment(Below(15 * 60 * 1000));
-      case 3:
-        return seconds(1 + Below(30));
-      default:
-        return Moment(1 + Below(90 * 1000));
-    }
+    const unsigned what = Below(12);
+    if (what == 0) return Moment(Below(3 * 3600 * 1000));
+    if (what < 3) return Moment(Below(15 * 60 * 1000));
+    if (what == 3) return seconds(1 + Below(30));
+    return Moment(1 + Below(90 * 1000));
   }
 
   std::string RunLife() {
@@ -125,24 +119,12 @@ class History {
   }
 
   void Happens(Life& life) {
+    constexpr void (History::*kDeeds[])(Life&) = {&History::SetBattery, &History::SetModem,
+                                                  &History::SetClock,   &History::SaveSettings,
+                                                  &History::ClickMenu,  &History::AskForShutdown};
     const unsigned what = Below(20);
     if (what < 13) return Flip(life, what < 5 ? 0 : what - 4);
-    switch (what) {
-      case 13:
-        return SetBattery(life);
-      case 14:
-        return SetModem(life);
-      case 15:
-        return SetClock(life);
-      case 16:
-        return SaveSettings(life);
-      case 17:
-        return ClickMenu(life);
-      case 18:
-        return AskForShutdown(life);
-      default:
-        return;
-    }
+    if (what < 13 + std::size(kDeeds)) (this->*kDeeds[what - 13])(life);
   }
 
   void Flip(Life& life, std::size_t what) {

@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <map>
 
 #include "app/calendar.h"
@@ -48,21 +49,13 @@ struct History {
 using Marks = History::Marks;
 
 TEST(DayHistory, PutsCellsInTheirPlaces) {
-  const struct {
-    int cell;
-    CellPlace place;
-  } cases[] = {{0, {0, 255, 1100, 555, 1070}},
-               {11, {0, 6855, 1100, 7155, 1070}},
-               {38, {1, 1455, 3355, 1755, 3325}},
-               {71, {2, 6855, 3710, 7155, 3680}}};
-  for (const auto& [cell, expected] : cases) {
-    SCOPED_TRACE(cell);
+  for (const auto& [cell, expected] :
+       std::map<int, std::array<int, 5>>{{0, {0, 255, 1100, 555, 1070}},
+                                         {11, {0, 6855, 1100, 7155, 1070}},
+                                         {38, {1, 1455, 3355, 1755, 3325}},
+                                         {71, {2, 6855, 3710, 7155, 3680}}}) {
     const auto& [row, mark_left, mark_top, count_left, count_top] = PlaceOf(cell);
-    EXPECT_EQ(row, expected.row);
-    EXPECT_EQ(mark_left, expected.mark_left);
-    EXPECT_EQ(mark_top, expected.mark_top);
-    EXPECT_EQ(count_left, expected.count_left);
-    EXPECT_EQ(count_top, expected.count_top);
+    EXPECT_EQ((std::array{row, mark_left, mark_top, count_left, count_top}), expected) << cell;
   }
 }
 
