@@ -49,9 +49,6 @@ class UpsModel : public Device {
   void Noise(bool on) { noise_ = on; }
   void Split(bool on) { split_ = on; }
 
-  // False after a shutdown, and with the mains away and the battery empty: then it is silent.
-  bool OutputOn() const { return output_on_; }
-  double BatteryPercent() const { return level_; }
   bool Testing() const { return test_ != Test::kNone; }
 
   // Both replies as they stand at this moment, with their line ends.

@@ -5,10 +5,8 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <filesystem>
-#include <fstream>
-
 #include "companion/processes.h"
+#include "support/temp_folder.h"
 
 namespace orvane::companion {
 namespace {
@@ -18,36 +16,21 @@ using Files = std::vector<std::string>;
 
 // This process plays an application that works in a folder; another one, which does nothing, stands
 // in folders of the test's choice.
-class FileWatchTest : public testing::Test {
- protected:
+struct FileWatchTest : testing::Test {
   // A test runner leaves its own log open in here, and writes to it meanwhile.
   static void SetUpTestSuite() { close_range(STDERR_FILENO + 1, ~0U, 0); }
 
-  FileWatchTest() {
-    char name[] = "/tmp/orvane-watch-XXXXXX";
-    folder = mkdtemp(name);
-    before = fs::current_path();
-    fs::current_path("/");
-  }
-  ~FileWatchTest() override {
-    fs::current_path(before);
-    fs::remove_all(folder);
-  }
+  FileWatchTest() { fs::current_path("/"); }
 
-  std::string Path(const char* name) const { return folder / name; }
+  std::string Path(const char* name) const { return folder.Path(name); }
 
-  static void Write(const std::string& path, const char* text = "text") {
-    std::ofstream(path, std::ios::app) << text;
-  }
-
-  fs::path folder;
-  fs::path before;
+  const test::TempFolder folder;
   std::vector<Application> one{{"writer", {getpid()}, false, {}}};
 };
 
 TEST_F(FileWatchTest, SeesWhatIsWrittenInTheFolderOfAHeldFile) {
-  Write(Path("held"));
-  Write(Path("unchanged"));
+  folder.Write("held", "text");
+  folder.Write("unchanged", "text");
   std::ofstream held(Path("held"), std::ios::app);
   FileWatch watch(one);
   watch.Look();
@@ -57,10 +40,10 @@ TEST_F(FileWatchTest, SeesWhatIsWrittenInTheFolderOfAHeldFile) {
   watch.Look();
   EXPECT_EQ(watch.Written(0), Files{Path("held")});
 
-  Write(Path("new"));
-  Write(Path("aside"));
+  folder.Write("new", "text");
+  folder.Write("aside", "text");
   fs::rename(Path("aside"), Path("in place"));
-  Write(Path("scratch"));
+  folder.Write("scratch", "text");
   fs::remove(Path("scratch"));
   fs::create_directory(Path("folder"));
   watch.Look();
@@ -69,7 +52,7 @@ TEST_F(FileWatchTest, SeesWhatIsWrittenInTheFolderOfAHeldFile) {
 
 TEST_F(FileWatchTest, ReadingAndOpeningAreNoWritingButShowTheFolder) {
   for (const char* name : {"read", "opened"}) {
-    Write(Path(name));
+    folder.Write(name, "text");
     fs::last_write_time(Path(name), fs::file_time_type::clock::now() - std::chrono::hours(1));
   }
   FileWatch watch(one);
@@ -79,14 +62,14 @@ TEST_F(FileWatchTest, ReadingAndOpeningAreNoWritingButShowTheFolder) {
   watch.Look();
   EXPECT_EQ(watch.Written(0), Files{});
   opened << "more" << std::flush;
-  Write(Path("beside"));
+  folder.Write("beside", "text");
   watch.Look();
   EXPECT_EQ(watch.Written(0), (Files{Path("opened"), Path("beside")}));
 }
 
 // A folder in which two applications stand does not tell which of them wrote.
 TEST_F(FileWatchTest, SharedFolderCountsForTheOneThatHoldsTheFile) {
-  fs::current_path(folder);
+  fs::current_path(folder.Path());
   const pid_t other = fork();
   if (other == 0) {
     for (;;) pause();
@@ -96,7 +79,7 @@ TEST_F(FileWatchTest, SharedFolderCountsForTheOneThatHoldsTheFile) {
   FileWatch watch(two);
   std::ofstream held(Path("held"));
   held << "text" << std::flush;
-  Write(Path("somebody's"));
+  folder.Write("somebody's", "text");
   watch.Look();
   held << "more" << std::flush;
   held.close();

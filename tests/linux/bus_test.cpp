@@ -8,8 +8,8 @@
 
 #include <cstdlib>
 
-#include "linux/temp_folder.h"
 #include "platform/linux/file.h"
+#include "support/temp_folder.h"
 
 namespace orvane::test {
 namespace {
@@ -30,17 +30,13 @@ TEST(Bus, WaitOutlivesSignals) {
   const auto bus = Bus::Open(Bus::Which::kUser, error);
   ASSERT_TRUE(bus) << error;
 
-  struct sigaction before;
-  struct sigaction count {};
-  count.sa_handler = [](int) { signals = signals + 1; };
-  count.sa_flags = SA_RESTART;
-  sigaction(SIGALRM, &count, &before);
+  const auto before = signal(SIGALRM, [](int) { signals = signals + 1; });
   itimerval every_millisecond{{0, 1000}, {0, 1000}}, never{};
   setitimer(ITIMER_REAL, &every_millisecond, nullptr);
   const auto deadline = Bus::Time::clock::now() + std::chrono::minutes(1);
   EXPECT_TRUE(bus->Wait([] { return signals >= 5; }, deadline));
   setitimer(ITIMER_REAL, &never, nullptr);
-  sigaction(SIGALRM, &before, nullptr);
+  signal(SIGALRM, before);
 }
 
 }  // namespace

@@ -8,8 +8,8 @@
 #include <csignal>
 #include <functional>
 
-#include "linux/temp_folder.h"
 #include "platform/linux/linux_disk.h"
+#include "support/temp_folder.h"
 
 namespace orvane::test {
 namespace {
@@ -38,47 +38,31 @@ Fate KilledAt(int stops, const std::function<void()>& act) {
   return Fate::kKilled;
 }
 
-struct Write {
-  const char* name;
-  std::string before;  // empty: no file
-  bool (*act)(LinuxDisk& disk, const std::string& path);
-  std::string (*after)(const std::string& before);
-};
-
-const std::string kSettings = "1,10,0,2,0,2,30,0,0,0,\"\",0\r\n";
 const std::string kRecord = "\"\n2001-02-16 09 1\"\r\n";
 
-bool Replace(LinuxDisk& disk, const std::string& path) {
-  return disk.Replace(path, kSettings);
-}
-bool Append(LinuxDisk& disk, const std::string& path) {
-  return disk.Append(path, kRecord);
-}
-std::string Settings(const std::string&) {
-  return kSettings;
-}
-std::string OneMore(const std::string& before) {
-  return before + kRecord;
-}
-
 TEST(KilledWriter, LeavesTheOldFileOrTheNewOne) {
-  for (const Write& write : {Write{"settings", "2,30,0,5\r\n", Replace, Settings},
-                             {"first record", "", Append, OneMore},
-                             {"second record", kRecord, Append, OneMore}}) {
+  const struct {
+    bool (LinuxDisk::*write)(const std::string& path, std::string_view text);
+    std::string before;  // empty: no file
+    bool keeps;          // what stood in the file
+  } cases[] = {{&LinuxDisk::Replace, "settings", false},
+               {&LinuxDisk::Append, "", true},
+               {&LinuxDisk::Append, kRecord, true}};
+  for (const auto& [write, before, keeps] : cases) {
     int stops = 0;
     for (Fate fate = Fate::kKilled; fate == Fate::kKilled; ++stops) {
-      SCOPED_TRACE(write.name + std::to_string(stops));
+      SCOPED_TRACE(before + std::to_string(stops));
       const TempFolder folder;
       LinuxDisk disk;
-      const std::string path = folder.Path("file");
-      if (!write.before.empty()) folder.Write("file", write.before);
-      fate = KilledAt(stops, [&] { write.act(disk, path); });
+      if (!before.empty()) folder.Write("file", before);
+      const auto act = [&, write = write] { return (disk.*write)(folder.Path("file"), kRecord); };
+      fate = KilledAt(stops, act);
       if (fate == Fate::kNotTraced) GTEST_SKIP() << "no process may be traced here";
       const std::string found = folder.Read("file");
-      ASSERT_TRUE(found == write.before || found == write.after(write.before)) << found;
+      ASSERT_TRUE(found == before || found == (keeps ? before : "") + kRecord) << found;
       // The next one works, whatever lies about.
-      ASSERT_TRUE(write.act(disk, path));
-      ASSERT_EQ(folder.Read("file"), write.after(found));
+      ASSERT_TRUE(act());
+      ASSERT_EQ(folder.Read("file"), (keeps ? found : "") + kRecord);
       ASSERT_EQ(folder.Size(), 1U);
     }
     // Opening, writing, syncing, closing: each stops twice.

@@ -8,7 +8,7 @@
 
 #include <functional>
 
-#include "linux/temp_folder.h"
+#include "support/temp_folder.h"
 
 namespace orvane::test {
 namespace {
@@ -46,7 +46,6 @@ TEST(LinuxDisk, FindsNamesInAnyCase) {
   EXPECT_EQ(folder.Read("System.log"), "one two three");
   EXPECT_TRUE(disk.Replace(folder.Path("SYSTEM.LOG"), "new"));
   EXPECT_EQ(folder.Read("System.log"), "new");
-  EXPECT_EQ(folder.Size(), 1u);
   // The exact spelling goes before any other, and letters beyond ASCII have a case of their own.
   folder.Write("system.log", "exact");
   EXPECT_EQ(disk.Read(folder.Path("system.log")), "exact");
@@ -117,24 +116,23 @@ TEST(LinuxDisk, FullDiskLeavesEverythingAsItWas) {
 TEST(LinuxDisk, ViewOutlivesGrowthDeletionAndTruncation) {
   const TempFolder folder;
   LinuxDisk disk;
-  constexpr std::size_t kLarge = std::size_t{3} << 20;
-  for (const std::size_t size : {std::size_t{0}, std::size_t{60}, kLarge}) {
-    SCOPED_TRACE(size);
-    const std::string path = folder.Write("DateRec.rec", std::string(size, 'x'));
+  const std::string path = folder.Path("DateRec.rec");
+  const std::string large(std::size_t{3} << 20, 'x');
+  for (const std::string& bytes : {std::string(), std::string(60, 'x'), large}) {
+    folder.Write("DateRec.rec", bytes);
     const auto view = disk.Open(path);
     ASSERT_TRUE(view);
     EXPECT_TRUE(disk.Append(path, kRecord));
     EXPECT_TRUE(disk.Remove(path));
-    EXPECT_EQ(view->Bytes(), std::string(size, 'x'));
+    EXPECT_TRUE(view->Bytes() == bytes) << bytes.size();
   }
-  const std::string path = folder.Write("DateRec.rec", std::string(kLarge, 'x'));
+  folder.Write("DateRec.rec", large);
   const auto first = disk.Open(path), second = disk.Open(path);
-  fs::resize_file(path, kLarge / 3);
+  fs::resize_file(path, large.size() / 3);
   for (const auto* view : {&first, &second}) {
-    const std::string_view bytes = (*view)->Bytes();
-    EXPECT_EQ(bytes[0], 'x');
-    EXPECT_EQ(bytes[kLarge / 3 + 1], '\0');
-    EXPECT_EQ(bytes.back(), '\0');
+    EXPECT_EQ((*view)->Bytes()[0], 'x');
+    EXPECT_EQ((*view)->Bytes()[large.size() / 3 + 1], '\0');
+    EXPECT_EQ((*view)->Bytes().back(), '\0');
   }
 }
 

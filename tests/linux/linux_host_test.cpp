@@ -8,9 +8,9 @@
 
 #include <tuple>
 
-#include "linux/temp_folder.h"
 #include "platform/linux/linux_disk.h"
 #include "platform/linux/run_hidden.h"
+#include "support/temp_folder.h"
 
 namespace orvane::test {
 namespace {
@@ -35,6 +35,10 @@ TEST(RunHidden, TellsHowTheProgramEnded) {
     EXPECT_EQ(run.status, status);
     EXPECT_EQ(run.reason.empty(), end != End::kNotStarted);
   }
+  // Also where the ends of children are ignored.
+  const auto before = signal(SIGCHLD, SIG_IGN);
+  EXPECT_EQ(RunHidden(folder.Path("unwell"), std::chrono::seconds(30)).end, End::kExited);
+  signal(SIGCHLD, before);
 }
 
 TEST(RunHidden, LeavesWhatDoesNotEndInTime) {
@@ -49,13 +53,6 @@ TEST(RunHidden, LeavesWhatDoesNotEndInTime) {
   std::ofstream(folder.Path("order")) << "go" << std::endl;
   waitpid(-1, nullptr, 0);
   EXPECT_EQ(folder.Read("done"), "go\n");
-}
-
-TEST(RunHidden, EndIsSeenAlsoWhereEndsOfChildrenAreIgnored) {
-  const TempFolder folder;
-  const auto before = signal(SIGCHLD, SIG_IGN);
-  EXPECT_EQ(RunHidden(folder.Script("well", "exit 0"), std::chrono::seconds(30)).end, End::kExited);
-  signal(SIGCHLD, before);
 }
 
 TEST(ReportLine, IsDroppedWhereNobodyReads) {
@@ -99,50 +96,31 @@ grep -E 'Sig(Blk|Ign)' /proc/$$/status | sed 's/:.*\(.......\)$/ \1/' >> seen
 
 TEST(PrevInstance, OneProgramForEachDirectory) {
   const TempFolder one, other;
-  const auto host_on = [](const std::string& path) {
-    return LinuxHost(path, PlatformSettings{}, [] {});
-  };
-  LinuxHost first = host_on(one.Path()), second = host_on(one.Path());
+  LinuxHost first(one.Path(), {}, [] {}), second(one.Path(), {}, [] {});
   for (int i = 0; i < 2; ++i) {
     EXPECT_FALSE(first.PrevInstance());
     EXPECT_TRUE(second.PrevInstance());
   }
-  EXPECT_FALSE(host_on(other.Path()).PrevInstance());
   // A directory without a lock holds nobody off.
-  EXPECT_FALSE(host_on(other.Path("none")).PrevInstance());
-}
-
-TEST(ProgramDirectory, BesideTheExecutableOrInTheUsersData) {
-  const TempFolder folder;
-  const char* home = getenv("HOME");
-  const std::string kept = home ? home : "";
-  setenv("HOME", folder.Path("me").c_str(), 1);
-  setenv("XDG_DATA_HOME", folder.Path("share/data/").c_str(), 1);
-  EXPECT_EQ(ProgramDirectoryFor(folder.Path()), folder.Path());
-  EXPECT_EQ(ProgramDirectoryFor("/no/such/place"), folder.Path("share/data/orvane"));
-  unsetenv("XDG_DATA_HOME");
-  EXPECT_EQ(ProgramDirectoryFor("/usr/lib/orvane"), folder.Path("me/.local/share/orvane"));
-  EXPECT_TRUE(std::filesystem::is_directory(folder.Path("me/.local/share/orvane")));
-  if (home) setenv("HOME", kept.c_str(), 1);
+  for (const std::string& path : {other.Path(), other.Path("none")}) {
+    EXPECT_FALSE(LinuxHost(path, {}, [] {}).PrevInstance());
+  }
 }
 
 TEST(PlatformSettings, EveryKeyIsOptional) {
   using Action = ShutdownAction;
   const struct {
-    const char* text;
-    const char* com2;
+    const char *text, *com2;
     Action action;
-    const char* unknown;
-    const char* windows;  // "~" stands for the program's directory
+    const char *unknown, *windows;  // "~" stands for the program's directory
   } cases[] = {
       {"", "", Action::kHalt, "", "~"},
-      {"[ports]\ncom2=/dev/x\n[SHUTDOWN]\naction=none", "/dev/x", Action::kNone, "", "~"},
-      {"[Shutdown]\r\nAction=PowerOff\r\n[Directories]\r\nWindows=/var/w//\r\n", "",
-       Action::kPowerOff, "", "/var/w"},
+      {"[ports]\r\ncom2=/dev/x\r\n[SHUTDOWN]\r\naction=PowerOff\r\n", "/dev/x", Action::kPowerOff,
+       "", "~"},
       {"[Shutdown]\nAction=Sleep\n[Directories]\nWindows=sub/w/", "", Action::kHalt, "Sleep",
        "~/sub/w"},
       {"[Ports]\nCOM1= ; none\nCOM2=/dev/y\t; the modem\n"
-       "[Shutdown]\nAction=None        ; a trial\n[Directories]\nWindows=/a;b   ; here",
+       "[Shutdown]\nAction=None        ; a trial\n[Directories]\nWindows=/a;b//   ; here",
        "/dev/y", Action::kNone, "", "/a;b"},
       {"[Directories]\nWindows=/", "", Action::kHalt, "", "/"},
   };

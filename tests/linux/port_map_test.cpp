@@ -23,11 +23,9 @@ TEST(PortMap, FindsThePortsThatHaveHardware) {
 TEST(PortMap, DevicesKeepTheirNumbers) {
   const struct {
     std::array<std::string, 4> named;
-    std::vector<std::string> present;
-    std::vector<std::string> later;
+    std::vector<std::string> present, later;
     std::vector<std::string> ports;  // those of 0 to 5 in the end
   } cases[] = {
-      {{}, {}, {}, {"", "", "", "", "", ""}},
       {{}, {"S0", "S1", "U0", "U1", "A0"}, {}, {"", "S0", "S1", "U0", "U1", ""}},
       {{"", "S0", "", ""}, {"S0", "U0", "A0"}, {}, {"", "U0", "S0", "A0", "", ""}},
       {{"away", "", "", ""}, {"S0"}, {"S0"}, {"", "away", "S0", "", "", ""}},

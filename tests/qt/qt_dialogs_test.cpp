@@ -11,26 +11,17 @@
 namespace orvane::test {
 namespace {
 
-class QtDialogsTest : public testing::Test {
- protected:
-  QtDialogsTest() { QApplication::setQuitOnLastWindowClosed(false); }
-
+struct QtDialogsTest : testing::Test {
   // Does something to the next box, once it stands.
   void WhenItStands(const std::function<void(QMessageBox&)>& act) {
-    QTimer::singleShot(0, &application_, [act] {
+    QTimer::singleShot(0, [act] {
       auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
       ASSERT_TRUE(box);
       act(*box);
     });
   }
 
-  int argc_ = 3;
-  char program_[5] = "test";
-  char option_[10] = "-platform";
-  char platform_[10] = "offscreen";
-  char* argv_[4] = {program_, option_, platform_, nullptr};
-  QApplication application_{argc_, argv_};
-  QtDialogs dialogs_;
+  QtDialogs dialogs;
 };
 
 TEST_F(QtDialogsTest, QuestionIsYesForYesAlone) {
@@ -39,7 +30,7 @@ TEST_F(QtDialogsTest, QuestionIsYesForYesAlone) {
       {[](QMessageBox& box) { box.button(QMessageBox::No)->click(); }, false},
       {[](QMessageBox& box) { box.defaultButton()->click(); }, false},  // by Enter
       {[](QMessageBox& box) { box.close(); }, false},
-      {[this](QMessageBox&) { dialogs_.Dismiss(); }, false},
+      {[this](QMessageBox&) { dialogs.Dismiss(); }, false},
   };
   int number = 0;
   for (const auto& [act, answer] : cases) {
@@ -51,7 +42,7 @@ TEST_F(QtDialogsTest, QuestionIsYesForYesAlone) {
       EXPECT_EQ(box.windowTitle(), "Orvane");
       act(box);
     });
-    EXPECT_EQ(dialogs_.Ask("Are you <sure>?", "Orvane"), answer);
+    EXPECT_EQ(dialogs.Ask("Are you <sure>?", "Orvane"), answer);
   }
 }
 
@@ -77,7 +68,7 @@ TEST_F(QtDialogsTest, BoxStandsInFrontOfAWindowThatStaysOnTop) {
       EXPECT_EQ(box.windowFlags().testFlag(Qt::WindowStaysOnTopHint), shown);
       box.close();
     });
-    dialogs_.Plain("text", "Orvane");
+    dialogs.Plain("text", "Orvane");
   }
 }
 
@@ -86,15 +77,15 @@ TEST_F(QtDialogsTest, DismissTakesEveryBoxAway) {
     EXPECT_EQ(first.icon(), QMessageBox::Warning);
     WhenItStands([&](QMessageBox& second) {
       EXPECT_EQ(second.icon(), QMessageBox::NoIcon);
-      dialogs_.Dismiss();
+      dialogs.Dismiss();
       EXPECT_FALSE(first.isVisible());
       EXPECT_FALSE(second.isVisible());
     });
-    dialogs_.Plain("second", "Orvane");
+    dialogs.Plain("second", "Orvane");
   });
-  dialogs_.Exclamation("first", "Orvane：Info");
+  dialogs.Exclamation("first", "Orvane：Info");
   EXPECT_EQ(QApplication::activeModalWidget(), nullptr);
-  dialogs_.Dismiss();
+  dialogs.Dismiss();
 }
 
 }  // namespace

@@ -10,10 +10,6 @@ namespace {
 
 TEST(QtTimerTest, WholePeriodsOnly) {
   constexpr int kPeriod = 20;
-  int argc = 1;
-  char program[] = "test";
-  char* argv[] = {program, nullptr};
-  const QCoreApplication application(argc, argv);
   QtTimer timer;
   int ticks = 0;
   timer.Tick = [&] { ++ticks; };

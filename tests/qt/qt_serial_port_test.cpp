@@ -1,0 +1,152 @@
+#include "platform/qt/qt_serial_port.h"
+
+#include <gtest/gtest.h>
+#include <termios.h>
+#include <unistd.h>
+
+#include <QCoreApplication>
+#include <QDeadlineTimer>
+#include <functional>
+
+#include "simulate/pseudo_terminal.h"
+#include "support/temp_folder.h"
+
+namespace orvane::test {
+namespace {
+
+using std::chrono::milliseconds;
+
+constexpr std::chrono::seconds kPatience{30};
+
+struct QtSerialPortTest : testing::TestWithParam<int> {
+  QtSerialPortTest() {
+    port.Settings("2400,N,8,1");
+    port.OnComm = [this] {
+      EXPECT_EQ(port.CommEvent(), kCommEventReceive);
+      port.Input(received);
+    };
+  }
+
+  // With a new device, under a new name.
+  void Open() {
+    ASSERT_EQ(device.Open(), "");
+    name = device.Name();
+    ASSERT_TRUE(port.PortOpen(true));
+  }
+
+  static bool Until(const std::function<bool()>& condition) {
+    const QDeadlineTimer limit(kPatience);
+    while (!condition()) {
+      if (limit.hasExpired()) return false;
+      QCoreApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents, 100);
+    }
+    return true;
+  }
+  void Expect(std::string_view text) {
+    EXPECT_TRUE(Until([&] { return received == text; })) << received;
+  }
+
+  PseudoTerminal device;
+  std::string name;
+  QtSerialPort port{[this](int number) { return number == 1 ? name : ""; },
+                    milliseconds(GetParam())};
+  std::string received;
+};
+
+INSTANTIATE_TEST_SUITE_P(Gather, QtSerialPortTest, testing::Values(0, 20));
+
+TEST_P(QtSerialPortTest, CarriesBytesBothWays) {
+  Open();
+  port.RThreshold(1);
+  std::string all;
+  for (int c = 0; c < 256; ++c) all += static_cast<char>(c);
+  device.Write(all);
+  Expect(all);
+  // A single byte is announced, too.
+  device.Write("(");
+  Expect(all + '(');
+  // What is sent leaves without the event loop.
+  EXPECT_TRUE(port.Output("Q1\r"));
+  EXPECT_EQ(device.Read(), "Q1\r");
+  termios line{};
+  tcgetattr(device.Descriptor(), &line);
+  EXPECT_EQ(cfgetospeed(&line), speed_t{B2400});
+}
+
+TEST_P(QtSerialPortTest, BytesWaitWhileNobodyWantsThem) {
+  Open();
+  device.Write("early");
+  EXPECT_TRUE(Until([&] { return port.InBufferCount() == 5; }));
+  port.RThreshold(1);
+  EXPECT_EQ(received, "") << "announced inside the caller's handler";
+  Expect("early");
+  EXPECT_EQ(port.InBufferCount(), 0u);
+  port.RThreshold(0);
+  // Up to a bound.
+  const std::string piece(1024, 'x');
+  const auto full = [&] { return port.InBufferCount() == 64 * 1024; };
+  for (int i = 0; i < 70; ++i) {
+    device.Write(piece);
+    const std::size_t before = port.InBufferCount();
+    EXPECT_TRUE(Until([&] { return port.InBufferCount() > before || full(); }));
+  }
+  EXPECT_TRUE(full());
+  port.ClearInBuffer();
+  EXPECT_EQ(port.InBufferCount(), 0u);
+  EXPECT_EQ(received, "early");
+  // So does what nobody fetches at the other end.
+  int sent = 0;
+  while (sent < 1000 && port.Output(piece)) ++sent;
+  EXPECT_LT(sent, 1000);
+}
+
+TEST_P(QtSerialPortTest, DeviceVanishesAndReturns) {
+  port.RThreshold(1);
+  for (const bool by_write : {false, true, false}) {
+    SCOPED_TRACE(by_write);
+    Open();
+    received.clear();
+    device.Write("(half");
+    Expect("(half");
+    EXPECT_TRUE(port.Output("Q1\r"));
+    EXPECT_EQ(device.Read(), "Q1\r");
+    device.Close();
+    EXPECT_TRUE(by_write || Until([&] { return !port.PortOpen(); }));
+    EXPECT_FALSE(port.Output("Q1\r"));
+    EXPECT_FALSE(port.PortOpen());
+    EXPECT_FALSE(port.PortOpen(true)) << "there is no device";
+  }
+}
+
+TEST_P(QtSerialPortTest, PortsAreHadOnceAndBySerialLinesOnly) {
+  Open();
+  const TempFolder folder;
+  ASSERT_EQ(symlink(name.c_str(), folder.Path("by-id").c_str()), 0);
+  std::string other_name = name;
+  QtSerialPort other([&](int) { return other_name; }, milliseconds(0));
+  EXPECT_FALSE(other.PortOpen(true));
+  other_name = folder.Path("by-id");
+  EXPECT_FALSE(other.PortOpen(true));
+  EXPECT_FALSE(port.CommPort(2)) << "it is open";
+  for (const bool open : {true, false, false}) EXPECT_TRUE(port.PortOpen(open));
+  EXPECT_FALSE(port.Output("Q1\r"));
+  EXPECT_TRUE(other.PortOpen(true));
+  for (const int number : {0, 5}) EXPECT_FALSE(port.CommPort(number));
+  EXPECT_TRUE(port.CommPort(2));
+  EXPECT_FALSE(port.PortOpen(true)) << "no device has this number";
+  EXPECT_TRUE(port.CommPort(1));
+  for (const std::string& path : {folder.Write("file", ""), folder.Path("none"), folder.Path()}) {
+    name = path;
+    EXPECT_FALSE(port.PortOpen(true)) << path;
+  }
+}
+
+TEST_P(QtSerialPortTest, TakesLineParametersOnly) {
+  EXPECT_TRUE(port.Settings("9600,n,8,1"));
+  for (const char* bad : {"", "2400,N,8", "x,N,8,1", "2400,X,8,1", "2400,N,9,1", "2400,N,8,3"}) {
+    EXPECT_FALSE(port.Settings(bad)) << bad;
+  }
+}
+
+}  // namespace
+}  // namespace orvane::test
