@@ -1,105 +1,81 @@
 // The splash, the about box and the alert.
-#include <gtest/gtest.h>
-
-#include <QKeyEvent>
-#include <QPushButton>
+#include <QTest>
 #include <QWindow>
 
-#include "support/world.h"
 #include "ui/about_window.h"
 #include "ui/alert_window.h"
-#include "ui/pointer.h"
+#include "ui/opened_window.h"
 #include "ui/splash_window.h"
 #include "ui/windows.h"
 
 namespace orvane::test {
 namespace {
 
-constexpr QPointF kBareFrame{5, 200};
-
-struct BoxesTest : testing::Test, World {
-  BoxesTest() { forms.open = {Form::frmSplash, Form::frmAbout, Form::frmAlert}; }
+struct BoxesTest : OpenedWindow {
+  BoxesTest() { forms.open = {Form::frmAbout, Form::frmAlert}; }
 
   FrmAlert alert{state, panel, seams};
 };
 
-// It stands before the load goes on, and a key ends it.
-TEST_F(BoxesTest, SplashIsPaintedAtOnceAndLeavesAtAKey) {
+// It stands before the load goes on.
+TEST_F(BoxesTest, SplashIsPaintedAtOnceAndLeavesAtAKeyOrAClickOnItsBareFrame) {
   Windows windows;
   windows.Make(Form::frmSplash, [&] { return new SplashWindow(windows); });
-  windows.ShowPainted(Form::frmSplash);
-  QWidget* shown = windows.Window(Form::frmSplash);
-  ASSERT_NE(shown, nullptr);
-  EXPECT_TRUE(shown->windowHandle()->isExposed());
-  QKeyEvent key(QEvent::KeyPress, Qt::Key_F7, Qt::NoModifier);
-  QApplication::sendEvent(shown, &key);
-  EXPECT_EQ(windows.Window(Form::frmSplash), nullptr);
-}
-
-TEST_F(BoxesTest, SplashLeavesAtAClickOnItsBareFrameAlone) {
-  SplashWindow splash(forms);
-  for (QWidget* control : splash.findChildren<QWidget*>()) Click(*control, Middle(*control));
-  Click(splash, kBareFrame, {.button = Qt::RightButton});
-  // Pressed on a control, released on the frame; and the other way round.
-  SendMouse(splash, QEvent::MouseButtonRelease, kBareFrame, {});
-  SendMouse(splash, QEvent::MouseButtonPress, kBareFrame, {});
-  SendMouse(splash, QEvent::MouseButtonRelease, {-40, 200}, {});
-  EXPECT_EQ(events, Events{});
-  Click(splash, kBareFrame);
-  EXPECT_EQ(events, Events{"Unload frmSplash"});
+  for (const bool by_key : {true, false}) {
+    windows.ShowPainted(Form::frmSplash);
+    QWidget& splash = *windows.Window(Form::frmSplash);
+    EXPECT_TRUE(splash.windowHandle()->isExposed());
+    for (QWidget* control : splash.findChildren<QWidget*>()) {
+      QTest::mouseClick(control, Qt::LeftButton);
+    }
+    ASSERT_EQ(windows.Window(Form::frmSplash), &splash);
+    if (by_key) {
+      QTest::keyClick(&splash, Qt::Key_F7);
+    } else {
+      QTest::mouseClick(&splash, Qt::LeftButton, {}, {5, 200});
+    }
+    EXPECT_EQ(windows.Window(Form::frmSplash), nullptr);
+  }
 }
 
 TEST_F(BoxesTest, ContactBoxNeedsTheRightButtonAndExactlyThreeKeysOnTheSurface) {
-  constexpr Qt::KeyboardModifier kKeys[] = {Qt::ShiftModifier, Qt::ControlModifier,
-                                            Qt::AltModifier};
-  constexpr auto kThree = kKeys[0] | kKeys[1] | kKeys[2];
-  AboutWindow window(state, forms, dialogs);
-  Click(window, {5, 5}, {Qt::LeftButton, kThree});
-  Click(window, {5, 5}, {Qt::RightButton, kThree | Qt::MetaModifier});
-  for (const auto key : kKeys) Click(window, {5, 5}, {Qt::RightButton, kThree & ~key});
-  for (QWidget* control : window.findChildren<QWidget*>()) {
-    Click(*control, Middle(*control), {Qt::RightButton, kThree});
+  constexpr auto kThree = Qt::ShiftModifier | Qt::ControlModifier | Qt::AltModifier;
+  const QPoint surface(5, 5);
+  Open(new AboutWindow(state, forms, dialogs));
+  QTest::mouseClick(window.get(), Qt::LeftButton, kThree, surface);
+  QTest::mouseClick(window.get(), Qt::RightButton, kThree | Qt::MetaModifier, surface);
+  QTest::mouseClick(window.get(), Qt::RightButton, kThree & ~Qt::AltModifier, surface);
+  for (QWidget* control : window->findChildren<QWidget*>()) {
+    QTest::mouseClick(control, Qt::RightButton, kThree);
   }
   EXPECT_EQ(events, Events{});
   // The author's line is in the language of the moment.
-  for (const int base : {0, kChineseBase}) {
-    state.ResBase = static_cast<std::int16_t>(base);
-    Click(window, {5, 5}, {Qt::RightButton, kThree});
-    const std::string text = std::string(state.Message(41)) + "\r\rContact: ";
-    EXPECT_NE(events.back().find(text), std::string::npos) << events.back();
-  }
-  Part<QPushButton>(window, "Command1").click();
-  EXPECT_EQ(events.size(), 3U);
+  state.ResBase = kChineseBase;
+  QTest::mouseClick(window.get(), Qt::RightButton, kThree, surface);
+  const std::string text = std::string(state.Message(41)) + "\r\rContact: ";
+  EXPECT_NE(events.back().find(text), std::string::npos) << events.back();
+  Push("Command1");
+  EXPECT_EQ(events.size(), 2U);
   EXPECT_EQ(events.back(), "Unload frmAbout");
 }
 
+// Its window is deleted late, after the next one has come.
 TEST_F(BoxesTest, AlertFollowsTheCountUntilItIsClosed) {
-  state.ShutdownCountdown = 119;
-  AlertWindow window(state, alert);
-  EXPECT_TRUE(window.windowFlags() & Qt::WindowStaysOnTopHint);
-  window.show();
-  EXPECT_EQ(TextOf(window, "lblSecond"), "119");
-  state.ShutdownCountdown = 118;
-  time.Advance(std::chrono::seconds(1));
-  EXPECT_EQ(TextOf(window, "lblSecond"), "118");
-  Part<QPushButton>(window, "Command1").click();
+  const auto second_passes = [this](QWidget& shown, std::int32_t count) {
+    state.ShutdownCountdown = count;
+    time.Advance(std::chrono::seconds(1));
+    EXPECT_EQ(TextOf(shown, "lblSecond"), std::to_string(count));
+  };
+  Open(new AlertWindow(state, alert));
+  EXPECT_TRUE(window->windowFlags() & Qt::WindowStaysOnTopHint);
+  second_passes(*window, 118);
+  Push("Command1");
   EXPECT_EQ(events, Events{"Unload frmAlert"});
-  window.close();
+  window->close();
   EXPECT_FALSE(alert_timer.Enabled());
-}
-
-// The window of an alert that has been closed is deleted late, after the next one has come.
-TEST_F(BoxesTest, LateDeletionOfAnAlertLeavesTheNextAlone) {
-  static_cast<void>(AlertWindow(state, alert));
-  state.ShutdownCountdown = 8;
-  auto first = std::make_unique<AlertWindow>(state, alert);
-  first->show();
-  first->close();
-  AlertWindow second(state, alert);
-  first.reset();
-  state.ShutdownCountdown = 7;
-  time.Advance(std::chrono::seconds(1));
-  EXPECT_EQ(TextOf(second, "lblSecond"), "7");
+  AlertWindow next(state, alert);
+  window.reset();
+  second_passes(next, 7);
 }
 
 }  // namespace

@@ -1,15 +1,11 @@
 // The three windows that show what is recorded.
-#include <gtest/gtest.h>
-
-#include <QApplication>
 #include <QPixmapCache>
 #include <QTest>
 
-#include "support/world.h"
 #include "ui/day_history_window.h"
 #include "ui/log_window.h"
 #include "ui/long_list.h"
-#include "ui/pointer.h"
+#include "ui/opened_window.h"
 #include "ui/shutdown_record_window.h"
 
 #if defined(__SANITIZE_ADDRESS__)
@@ -28,24 +24,16 @@ constexpr const char* kReport =
     "[Editor]\r\nTitle=Letter\r\nFileNumber=2\r\nFile0=a.txt\r\nFile1=b.txt\r\n"
     "[Sheet]\r\nTitle=Budget\r\nFileNumber=1\r\nFile0=c.csv\r\n";
 
-struct RecordsWindowsTest : testing::Test, World {
+struct RecordsWindowsTest : OpenedWindow {
   void Records(int count, const std::string& date_and_hour, int code) {
     while (count-- > 0) {
       disk.files[kRecords] += "\"\n" + date_and_hour + ' ' + std::to_string(code) + "\"\r\n";
     }
   }
 
-  QWidget* Make(Form form) {
-    if (form == Form::frmDateRc) {
-      return new DayHistoryWindow(state, disk, time, journals.DateRecPath());
-    }
-    if (form == Form::frmLog) return new LogWindow(state, disk, dialogs, journals.LogPath());
-    return new ShutdownRecordWindow(state, disk, kReportFile);
-  }
-  void Open(Form form) {
-    window.reset(Make(form));
-    Present(*window);
-  }
+  void OpenDays() { Open(new DayHistoryWindow(state, disk, time, kRecords)); }
+  void OpenLog() { Open(new LogWindow(state, disk, dialogs, kSystemLog)); }
+  void OpenReport() { Open(new ShutdownRecordWindow(state, disk, kReportFile)); }
 
   LongList& List(const char* name) { return Part<LongList>(*window, name); }
   // What a list shows.
@@ -60,89 +48,79 @@ struct RecordsWindowsTest : testing::Test, World {
     QTest::mouseClick(list.viewport(), Qt::LeftButton, {},
                       list.visualRect(list.model()->index(row, 0)).center());
   }
-  void Press(const char* button) { QTest::mouseClick(&Part(*window, button), Qt::LeftButton); }
-
-  std::unique_ptr<QWidget> window;
 };
 
 TEST_F(RecordsWindowsTest, DayIsDrawnInMarksAndCounts) {
   Records(1, "2001-02-16 00", 0);
-  Records(12345, "2001-02-16 14", 1);
+  Records(100, "2001-02-16 14", 1);
+  Records(10, "2001-02-16 15", 1);
   Records(1, "2001-02-16 23", 2);
-  Open(Form::frmDateRc);
+  OpenDays();
   const QImage picture = window->grab().toImage();
   const std::pair<const char*, QColor> marks[] = {
       {"shpDate(0)", {0, 0, 255}}, {"shpDate(38)", {255, 255, 0}}, {"shpDate(71)", {255, 0, 0}}};
   for (const auto& [name, colour] : marks) {
     EXPECT_EQ(picture.pixelColor(Part(*window, name).geometry().center()), colour) << name;
   }
-  EXPECT_EQ(Part(*window, "shpDate(38)").toolTip(), "14:00–14:59  AC Fail: 12345");
+  // A count of many digits has room up to the next mark.
+  const QRect count = Part(*window, "lblCount(38)").geometry();
+  EXPECT_FALSE(count.intersects(Part(*window, "shpDate(39)").geometry()));
+  EXPECT_GE(count.width(), 19);
+  EXPECT_GE(Part(*window, "lblCount(39)").width(), 14);
   EXPECT_EQ(Part(*window, "DayGrid").accessibleDescription(),
-            "00:00–00:59  Schedule Down: 1; 14:00–14:59  AC Fail: 12345; "
-            "23:00–23:59  UPS Batt. Low: 1");
-}
-
-TEST_F(RecordsWindowsTest, CountOfManyDigitsHasRoomUpToTheNextMark) {
-  for (const int count : {10, 100}) {
-    disk.files.clear();
-    for (const char* hour : {"2001-02-16 10", "2001-02-16 11"}) Records(count, hour, 1);
-    Open(Form::frmDateRc);
-    const QRect inner = Part(*window, "lblCount(34)").geometry();
-    EXPECT_FALSE(inner.intersects(Part(*window, "shpDate(35)").geometry()));
-    EXPECT_GE(inner.width(), count < 100 ? 14 : 19);
-    EXPECT_TRUE(window->rect().contains(Part(*window, "lblCount(35)").geometry()));
-  }
+            "00:00–00:59  Schedule Down: 1; 14:00–14:59  AC Fail: 100; "
+            "15:00–15:59  AC Fail: 10; 23:00–23:59  UPS Batt. Low: 1");
 }
 
 TEST_F(RecordsWindowsTest, DaysStepByButtonsAndByArrowKeys) {
   Records(2, "2001-02-16 05", 1);
   Records(1, "2001-02-17 05", 1);
-  Open(Form::frmDateRc);
-  struct Step {
-    QWidget& target;
+  OpenDays();
+  const struct {
+    const char* target;
     Qt::Key key;
-    const char* date;
-    const char* tip;  // of the mark, empty while there is none
-  };
-  QWidget& next = Part(*window, "cmdNext");
-  const Step steps[] = {
-      {*window, Qt::Key_Right, "2001-02-17", "05:00–05:59  AC Fail: 1"},
-      {next, Qt::Key_Return, "2001-02-18", ""},
-      {Part(*window, "cmdPrev"), Qt::Key_Space, "2001-02-17", "05:00–05:59  AC Fail: 1"},
-      {next, Qt::Key_Left, "2001-02-16", "05:00–05:59  AC Fail: 2"},
-      {*window, Qt::Key_Left, "2001-02-15", ""}};
-  for (const Step& step : steps) {
-    QTest::keyClick(&step.target, step.key);
-    EXPECT_EQ(TextOf(*window, "lblDate"), step.date);
+    const char *date, *tip;  // the mark's tip is empty while there is no mark
+  } steps[] = {{"DayGrid", Qt::Key_Right, "2001-02-17", "05:00–05:59  AC Fail: 1"},
+               {"cmdNext", Qt::Key_Return, "2001-02-18", ""},
+               {"cmdPrev", Qt::Key_Space, "2001-02-17", "05:00–05:59  AC Fail: 1"},
+               {"cmdNext", Qt::Key_Left, "2001-02-16", "05:00–05:59  AC Fail: 2"}};
+  for (const auto& [target, key, date, tip] : steps) {
+    QTest::keyClick(&Part(*window, target), key);
+    EXPECT_EQ(TextOf(*window, "lblDate"), date);
     const QWidget& mark = Part(*window, "shpDate(29)");
-    EXPECT_EQ(mark.isVisible() ? mark.toolTip() : "", step.tip) << step.date;
+    EXPECT_EQ(mark.isVisible() ? mark.toolTip() : "", tip) << date;
   }
+  QTest::keyClick(window.get(), Qt::Key_Escape);
+  EXPECT_FALSE(window->isVisible());
 }
 
 TEST_F(RecordsWindowsTest, LogIsShownAndCleared) {
-  static_cast<void>(journals.WriteLog("Program start"));
-  disk.files[kSystemLog] += "\"\n2001-02-16 9:06:00 \xCA\xD0\xB5\xE7\xCA\xA7\xD0\xA7\"\r\n";
+  disk.files[kSystemLog] =
+      "\"\n2001-02-16 9:05:33 Program start\"\r\n"
+      "\"\n2001-02-16 9:06:00 \xCA\xD0\xB5\xE7\xCA\xA7\xD0\xA7\"\r\n";
   const std::string file = Log();
-  Open(Form::frmLog);
+  OpenLog();
   EXPECT_EQ(Lines("List1"), (QStringList{"\"2001-02-16 9:05:33 Program start\"",
                                          "\"2001-02-16 9:06:00 市电失效\""}));
-  QTest::keyClick(QApplication::focusWidget(), Qt::Key_End);
+  QTest::keyClick(window->focusWidget(), Qt::Key_End);
   EXPECT_EQ(List("List1").currentIndex().row(), 1) << "one key goes to the newest event";
-  Press("cmdClear");
+  Push("cmdClear");
   EXPECT_EQ(Lines("List1").size(), 2);
   EXPECT_EQ(Log(), file);
   dialogs.answer = true;
-  Press("cmdClear");
+  Push("cmdClear");
   EXPECT_EQ(Lines("List1"), QStringList{});
   EXPECT_FALSE(disk.Exists(kSystemLog));
+  Push("cmdCancel");
+  EXPECT_FALSE(window->isVisible());
 }
 
 TEST_F(RecordsWindowsTest, ChosenApplicationTellsItsFiles) {
   disk.files[kReportFile] = kReport;
-  Open(Form::frmShutRec);
+  OpenReport();
   EXPECT_EQ(Lines("List1"), (QStringList{"Letter", "Budget"}));
   EXPECT_EQ(Lines("List2"), QStringList{});
-  QTest::keyClick(QApplication::focusWidget(), Qt::Key_Down);
+  QTest::keyClick(window->focusWidget(), Qt::Key_Down);
   EXPECT_EQ(Lines("List2"), (QStringList{"a.txt", "b.txt"}));
   ClickLine(1);
   EXPECT_EQ(Lines("List2"), QStringList{"c.csv"});
@@ -151,46 +129,30 @@ TEST_F(RecordsWindowsTest, ChosenApplicationTellsItsFiles) {
   file.replace(file.find("FileNumber=1"), 12, "FileNumber=2") += "File1=d.csv\r\n";
   ClickLine(1);
   EXPECT_EQ(Lines("List2"), (QStringList{"c.csv", "d.csv"}));
-}
-
-TEST_F(RecordsWindowsTest, EscapeAndTheButtonLeave) {
-  for (const auto& [form, leaving] : {std::pair{Form::frmDateRc, "cmdCancel"},
-                                      {Form::frmLog, "cmdCancel"},
-                                      {Form::frmShutRec, "Command2"}}) {
-    Open(form);
-    QTest::keyClick(window.get(), Qt::Key_Escape);
-    EXPECT_FALSE(window->isVisible()) << leaving;
-    window->show();
-    Press(leaving);
-    EXPECT_FALSE(window->isVisible()) << leaving;
-  }
-}
-
-TEST_F(RecordsWindowsTest, ReportIsReadAnewWhenTheUserComesBackFromAnotherForm) {
-  disk.files[kReportFile] = kReport;
-  Open(Form::frmShutRec);
-  ClickLine(0);
+  // So does a user who comes back from another form.
   QWidget other;
   Present(other);
-  disk.files[kReportFile] = "[Main]\r\nShowMsg=1\r\nAppNumber=1\r\nApp0=X\r\n[X]\r\nTitle=New\r\n";
+  file = "[Main]\r\nShowMsg=1\r\nAppNumber=1\r\nApp0=X\r\n[X]\r\nTitle=New\r\n";
   Present(*window);
   EXPECT_EQ(Lines("List1"), QStringList{"New"});
   EXPECT_TRUE(List("List1").selectionModel()->selectedIndexes().isEmpty());
-  EXPECT_EQ(Lines("List2"), (QStringList{"a.txt", "b.txt"}));
-  Press("Command1");
-  EXPECT_EQ(Lines("List1"), QStringList{});
-  EXPECT_EQ(Lines("List2"), QStringList{});
-  EXPECT_NE(disk.files[kReportFile].find("ShowMsg=0"), std::string::npos);
+  EXPECT_EQ(Lines("List2"), (QStringList{"c.csv", "d.csv"}));
+  Push("Command1");
+  EXPECT_EQ(Lines("List1") + Lines("List2"), QStringList{});
+  EXPECT_NE(file.find("ShowMsg=0"), std::string::npos);
+  Push("Command2");
+  EXPECT_FALSE(window->isVisible());
 }
 
 #if defined(__SANITIZE_ADDRESS__)
 TEST_F(RecordsWindowsTest, OpenAndCloseWithoutAGrowthOfMemory) {
   disk.files[kReportFile] = kReport;
-  static_cast<void>(journals.WriteLog("AC fail"));
   for (int hour = 10; hour < 24; ++hour) Records(3, "2001-02-16 " + std::to_string(hour), hour % 3);
   const auto bytes_after = [this](int times) {
     while (times-- > 0) {
-      for (const Form form : {Form::frmDateRc, Form::frmLog, Form::frmShutRec}) Open(form);
+      OpenDays();
+      OpenLog();
+      OpenReport();
     }
     return __sanitizer_get_current_allocated_bytes();
   };

@@ -5,19 +5,15 @@
 #include <QApplication>
 #include <QMessageBox>
 #include <QPointer>
-#include <QScreen>
 #include <QTimer>
 #include <QWidget>
 #include <QWindow>
-#include <chrono>
 #include <functional>
 #include <string>
 #include <vector>
 
 namespace orvane::test {
 namespace {
-
-constexpr std::chrono::seconds kPatience{30};
 
 struct WindowsTest : testing::Test {
   using Events = std::vector<std::string>;
@@ -26,8 +22,8 @@ struct WindowsTest : testing::Test {
     windows.MakeMain(main,
                      {[this] {
                         Tell("Form_Load");
-                        if (OnLoad) OnLoad();
-                        return loads;
+                        OnLoad();
+                        return true;
                       },
                       [this] { Tell("Form_Activate"); }, [this] { Tell("Form_QueryUnload"); }});
     windows.Make(Form::frmLog, [this] { return log = new QWidget; });
@@ -48,10 +44,6 @@ struct WindowsTest : testing::Test {
     });
     timer.start(0);
     windows.Show(Form::frmMain);
-    QTimer::singleShot(kPatience, &main, [] {
-      ADD_FAILURE() << "the program does not end";
-      QApplication::quit();
-    });
     if (!windows.Ended()) QApplication::exec();
     EXPECT_EQ(next, steps.size());
   }
@@ -59,8 +51,7 @@ struct WindowsTest : testing::Test {
   QWidget main;
   Windows windows;
   Events events;
-  bool loads = true;
-  std::function<void()> OnLoad;
+  std::function<void()> OnLoad = [] {};
   QPointer<QWidget> log;
 };
 
@@ -86,7 +77,6 @@ TEST_F(WindowsTest, ShowAfterUnloadInOneHandlerIsAReload) {
            EXPECT_FALSE(main.isVisible());
          };
          windows.Show(Form::frmMain);
-         EXPECT_EQ(events.back(), "Form_Load");
        },
        [&] { windows.End(); }});
   EXPECT_EQ(events, (Events{"Form_Load", "Form_Activate", "Form_QueryUnload", "Form_Load",
@@ -96,12 +86,10 @@ TEST_F(WindowsTest, ShowAfterUnloadInOneHandlerIsAReload) {
 TEST_F(WindowsTest, FormsAreMadeOnceAndAnewAfterTheirUnload) {
   QPointer<QWidget> first;
   Run({[&] {
-         windows.Unload(Form::frmLog);
          windows.Show(Form::frmAbout);  // nobody makes it
          windows.Show(Form::frmLog);
          first = log;
          windows.Hide(Form::frmLog);
-         EXPECT_FALSE(log->isVisible());
          windows.Show(Form::frmLog);
          EXPECT_EQ(log, first);
          EXPECT_TRUE(log->isVisible());
@@ -156,21 +144,6 @@ TEST_F(WindowsTest, EndInTheMiddleOfTheLoadUnloadsAtItsEnd) {
   EXPECT_TRUE(windows.Ended());
   EXPECT_EQ(events, (Events{"Form_Load", "Form_QueryUnload"}));
   EXPECT_FALSE(windows.LoadMain()) << "loads after the end";
-}
-
-TEST_F(WindowsTest, SecondInstanceEndsWithoutAnUnload) {
-  loads = false;
-  EXPECT_FALSE(windows.LoadMain());
-  EXPECT_TRUE(windows.Ended());
-  EXPECT_EQ(events, Events{"Form_Load"});
-}
-
-TEST_F(WindowsTest, CenterFormTakesTheMiddleOfTheScreen) {
-  main.setFixedSize(300, 100);
-  CenterForm(main);
-  const QRect screen = main.screen()->geometry();
-  EXPECT_EQ(main.pos() - screen.topLeft(),
-            QPoint((screen.width() - 300) / 2, (screen.height() - 100) / 2));
 }
 
 }  // namespace
