@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
+#include <array>
 
 #include "support/status_frame.h"
 #include "support/world.h"
@@ -54,37 +54,29 @@ class FrmSetupTest : public testing::Test, public World {
   FrmSetup setup{state, panel, main, seams};
 };
 
-TEST_F(FrmSetupTest, ModemPortsStandInFallingOrderAndDialConditionsInDigits) {
-  for (const int slot : {0, 1, 10, 11, 100, 101, 110, 111}) {
-    const int port = slot % 4 + 1;
-    SCOPED_TRACE(slot);
-    const std::string line =
-        "1,0,0,0,0,0,0,0," + std::to_string(port) + ',' + std::to_string(slot) + ",\"\",0\r\n";
-    Start(line);
-    const std::string digits = std::to_string(1000 + slot).substr(1);
-    for (std::size_t k = 1; k <= 3; ++k) EXPECT_EQ(setup.Check1[k], digits[k - 1] == '1');
-    for (int i = 6; i <= 9; ++i) {
-      EXPECT_EQ(setup.OptCom[static_cast<std::size_t>(i)], i == 10 - port);
-    }
-    EXPECT_EQ(Saved(), line);
-  }
-}
-
-TEST_F(FrmSetupTest, ValuesWithoutAControlShowNothingAndStay) {
-  const char* const cases[][2] = {
-      {"-1,0,0,0,0,0,0,-1,5,0,\"\",-1\r\n", "-1,0,0,0,0,0,0,-1,5,0,\"\",-1\r\n"},
-      {"1,0,0,0,0,0,0,11,-1,250,\"\",0\r\n", "1,0,0,0,0,0,0,11,-1,0,\"\",0\r\n"},
-      {"1,0,0,0,0,0,0,0,10,-11,\"\",0\r\n", "1,0,0,0,0,0,0,0,10,0,\"\",0\r\n"},
-      // Without a file there is no modem port, and the rest is 0.
-      {"", "0,0,0,0,0,0,0,0,0,0,\"\",0\r\n"},
+// The modem ports stand in falling order, and a slot's dial conditions are its digits. Values
+// without a control show nothing and stay, but for the conditions.
+TEST_F(FrmSetupTest, ModemPortAndDialConditionsComeBack) {
+  using Conditions = std::array<bool, 4>;
+  const struct {
+    const char *line, *saved;
+    std::size_t option;  // 0: none
+    Conditions conditions;
+  } cases[] = {
+      {"1,0,0,0,0,0,0,0,1,1", "1,0,0,0,0,0,0,0,1,1", 9, {false, false, false, true}},
+      {"1,0,0,0,0,0,0,0,2,10", "1,0,0,0,0,0,0,0,2,10", 8, {false, false, true, false}},
+      {"1,0,0,0,0,0,0,0,3,100", "1,0,0,0,0,0,0,0,3,100", 7, {false, true, false, false}},
+      {"1,0,0,0,0,0,0,0,4,111", "1,0,0,0,0,0,0,0,4,111", 6, {false, true, true, true}},
+      {"-1,0,0,0,0,0,0,-1,5,0", "-1,0,0,0,0,0,0,-1,5,0", 0, {}},
+      {"1,0,0,0,0,0,0,11,-1,250", "1,0,0,0,0,0,0,11,-1,0", 0, {}},
+      {"1,0,0,0,0,0,0,0,10,-11", "1,0,0,0,0,0,0,0,10,0", 0, {}},
   };
-  for (const auto& [line, saved] : cases) {
+  for (const auto& [line, saved, option, conditions] : cases) {
     SCOPED_TRACE(line);
-    state.Settings = {};
-    Start(line);
-    EXPECT_EQ(std::count(setup.OptCom.begin() + 5, setup.OptCom.end(), true), 0);
-    EXPECT_EQ(setup.Check1, (std::array<bool, 4>{}));
-    EXPECT_EQ(Saved(), saved);
+    Start(line + std::string(",\"\",0\r\n"));
+    for (std::size_t i = 6; i <= 9; ++i) EXPECT_EQ(setup.OptCom[i], i == option);
+    EXPECT_EQ(setup.Check1, conditions);
+    EXPECT_EQ(Saved(), saved + std::string(",\"\",0\r\n"));
   }
 }
 
@@ -128,14 +120,10 @@ TEST_F(FrmSetupTest, AutoOverAutoTellsThePortOfTheSearch) {
 
 TEST_F(FrmSetupTest, CancelChangesNothing) {
   Start(kPlain);
-  ChooseUpsPort(3);
   setup.txt[0] = "10";
-  setup.txtPhone = "119";
-  setup.cobLanguege = 1;
   setup.cmdExit_Click();
   EXPECT_EQ(events, Events{"Unload frmSetup"});
   EXPECT_EQ(disk.files[kPath], kPlain);
-  EXPECT_EQ(state.PhoneCode, "");
   EXPECT_EQ(state.Settings[1], 0);
 }
 
