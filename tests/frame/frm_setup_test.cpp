@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include <array>
+#include <utility>
 
 #include "support/status_frame.h"
 #include "support/world.h"
@@ -54,38 +54,29 @@ class FrmSetupTest : public testing::Test, public World {
   FrmSetup setup{state, panel, main, seams};
 };
 
-// The modem ports stand in falling order, and a slot's dial conditions are its digits. Values
-// without a control show nothing and stay, but for the conditions.
-TEST_F(FrmSetupTest, ModemPortAndDialConditionsComeBack) {
-  using Conditions = std::array<bool, 4>;
-  const struct {
-    const char *line, *saved;
-    std::size_t option;  // 0: none
-    Conditions conditions;
-  } cases[] = {
-      {"1,0,0,0,0,0,0,0,1,1", "1,0,0,0,0,0,0,0,1,1", 9, {false, false, false, true}},
-      {"1,0,0,0,0,0,0,0,2,10", "1,0,0,0,0,0,0,0,2,10", 8, {false, false, true, false}},
-      {"1,0,0,0,0,0,0,0,3,100", "1,0,0,0,0,0,0,0,3,100", 7, {false, true, false, false}},
-      {"1,0,0,0,0,0,0,0,4,111", "1,0,0,0,0,0,0,0,4,111", 6, {false, true, true, true}},
-      {"-1,0,0,0,0,0,0,-1,5,0", "-1,0,0,0,0,0,0,-1,5,0", 0, {}},
-      {"1,0,0,0,0,0,0,11,-1,250", "1,0,0,0,0,0,0,11,-1,0", 0, {}},
-      {"1,0,0,0,0,0,0,0,10,-11", "1,0,0,0,0,0,0,0,10,0", 0, {}},
-  };
-  for (const auto& [line, saved, option, conditions] : cases) {
-    SCOPED_TRACE(line);
-    Start(line + std::string(",\"\",0\r\n"));
-    for (std::size_t i = 6; i <= 9; ++i) EXPECT_EQ(setup.OptCom[i], i == option);
-    EXPECT_EQ(setup.Check1, conditions);
-    EXPECT_EQ(Saved(), saved + std::string(",\"\",0\r\n"));
+TEST_F(FrmSetupTest, ModemPortsStandInFallingOrderAndDialConditionsInDigits) {
+  // Numbers that are no conditions show none, and become 0.
+  const std::pair<int, std::string> slots[] = {{1, "001"},   {10, "010"},  {100, "100"},
+                                               {111, "111"}, {250, "000"}, {-11, "000"}};
+  std::size_t port = 1;
+  for (const auto& [slot, digits] : slots) {
+    SCOPED_TRACE(slot);
+    const std::string line = "1,0,0,0,0,0,0,0," + std::to_string(port) + ',';
+    Start(line + std::to_string(slot) + ",\"\",0\r\n");
+    for (std::size_t k = 1; k <= 3; ++k) EXPECT_EQ(setup.Check1[k], digits[k - 1] == '1');
+    for (std::size_t i = 6; i <= 9; ++i) EXPECT_EQ(setup.OptCom[i], i == 10 - port);
+    EXPECT_EQ(Saved(), line + std::to_string(std::stoi(digits)) + ",\"\",0\r\n");
+    port = port % 4 + 1;
   }
 }
 
-TEST_F(FrmSetupTest, NumbersByTheirRules) {
+TEST_F(FrmSetupTest, NumbersAreTakenByTheirRulesAndBySavingAlone) {
   Start(kPlain);
-  for (int key = 0; key < 256; ++key) {
-    EXPECT_EQ(FrmSetup::txt_KeyPress(key), (key >= 48 && key <= 57) || key == 8) << key;
-  }
   setup.txt = {"", "x", "045", "-", "1 2", ""};
+  setup.cmdExit_Click();
+  EXPECT_EQ(events, Events{"Unload frmSetup"});
+  EXPECT_EQ(disk.files[kPath], kPlain);
+  EXPECT_EQ(state.Settings[3], 0);
   EXPECT_EQ(Saved(), "1,0,0,45,0,0,0,0,1,0,\"\",0\r\n");
 }
 
@@ -116,15 +107,6 @@ TEST_F(FrmSetupTest, AutoOverAutoTellsThePortOfTheSearch) {
     EXPECT_EQ(events, Events{"Unload frmSetup"});
     EXPECT_EQ(panel.Label14.Caption(), found ? "UPS Install on:Com3" : "UPS Install on:Com4");
   }
-}
-
-TEST_F(FrmSetupTest, CancelChangesNothing) {
-  Start(kPlain);
-  setup.txt[0] = "10";
-  setup.cmdExit_Click();
-  EXPECT_EQ(events, Events{"Unload frmSetup"});
-  EXPECT_EQ(disk.files[kPath], kPlain);
-  EXPECT_EQ(state.Settings[1], 0);
 }
 
 // Each save here changes the port, which reloads the main form.

@@ -117,8 +117,7 @@ TEST(PlatformSettings, EveryKeyIsOptional) {
       {"", "", Action::kHalt, "", "~"},
       {"[ports]\r\ncom2=/dev/x\r\n[SHUTDOWN]\r\naction=PowerOff\r\n", "/dev/x", Action::kPowerOff,
        "", "~"},
-      {"[Shutdown]\nAction=Sleep\n[Directories]\nWindows=sub/w/", "", Action::kHalt, "Sleep",
-       "~/sub/w"},
+      {"[Shutdown]\nAction=Sleep\n[Directories]\nWindows=w/", "", Action::kHalt, "Sleep", "~/w"},
       {"[Ports]\nCOM1= ; none\nCOM2=/dev/y\t; the modem\n"
        "[Shutdown]\nAction=None        ; a trial\n[Directories]\nWindows=/a;b//   ; here",
        "/dev/y", Action::kNone, "", "/a;b"},

@@ -73,6 +73,25 @@ TEST_P(QtSerialPortTest, CarriesBytesBothWays) {
   EXPECT_EQ(cfgetospeed(&line), speed_t{B2400});
 }
 
+// What is said to nobody is lost, and what nobody fetches gives way to the new.
+TEST_P(QtSerialPortTest, HearsWhatIsSaidWhileItIsOpen) {
+  ASSERT_EQ(device.Open(), "");
+  for (const char* text : {"before anybody came", "after they went"}) {
+    device.Write(text);
+    Open();
+    device.Write("left unread");
+    port.PortOpen(false);
+  }
+  port.RThreshold(1);
+  Open();
+  device.Write("for me");
+  Expect("for me");
+  for (int i = 0; i < 5000; ++i) device.Write(std::string(100, 'x'));
+  device.Write("new");
+  EXPECT_TRUE(Until([&] { return received.ends_with("new"); }));
+  EXPECT_LT(received.size(), 100'000U);
+}
+
 TEST_P(QtSerialPortTest, BytesWaitWhileNobodyWantsThem) {
   Open();
   device.Write("early");

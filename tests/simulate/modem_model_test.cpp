@@ -18,10 +18,7 @@ TEST(ModemModelTest, AnswersAsItIsTold) {
     std::vector<std::pair<long, std::string>> heard;  // with the moments, in milliseconds
   } cases[] = {
       {{}, {"ATDT0, 1", "19;\r"}, {{0, "ATDT0, 119;\r"}, {3000, "\r\nOK\r\n"}}},
-      {{"answer none"}, {"ATDT1;\r"}, {{0, "ATDT1;\r"}}},
       {{"echo off", "answer busy"}, {"atdt1;\r"}, {{3000, "\r\nBUSY\r\n\r\nOK\r\n"}}},
-      {{"echo off", "answer busy-alone"}, {"ATDT1;\r"}, {{3000, "\r\nBUSY\r\n"}}},
-      {{"echo off", "answer no-dialtone"}, {"ATDT1;\r"}, {{3000, "\r\nNO DIALTONE\r\n"}}},
       {{"echo off", "crlf off", "delay 0", "pieces 4", "answer no-carrier"},
        {"ATDT1;\r"},
        {{0, "NO C"}, {60, "ARRI"}, {120, "ER"}}},
