@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "linux/temp_folder.h"
+#include "support/temp_folder.h"
 
 namespace orvane::test {
 namespace {

@@ -48,14 +48,14 @@ TEST_F(QtDialogsTest, QuestionIsYesForYesAlone) {
 
 TEST_F(QtDialogsTest, ButtonsSpeakTheLanguageOfTheMoment) {
   bool chinese = false;
-  dialogs_.Chinese = [&] { return chinese; };
+  dialogs.Chinese = [&] { return chinese; };
   for (const auto& [yes, no] : {std::pair("&Yes", "&No"), std::pair("是(&Y)", "否(&N)")}) {
     WhenItStands([yes = yes, no = no](QMessageBox& box) {
       EXPECT_EQ(box.button(QMessageBox::Yes)->text(), yes);
       EXPECT_EQ(box.button(QMessageBox::No)->text(), no);
       box.close();
     });
-    dialogs_.Ask("text", "Orvane");
+    dialogs.Ask("text", "Orvane");
     chinese = true;
   }
 }
