@@ -56,27 +56,24 @@ class PrivateBus:
 
     def user_manager(self, units):
         """`units`: processes by the names of the units that they make up. Stopping a unit ends its
-        process; a unit whose process has ended is no longer listed."""
+        process, and it is no longer listed."""
         add = self._stand_in("--session", "org.freedesktop.systemd1", "/org/freedesktop/systemd1",
                              "org.freedesktop.systemd1.Manager")
         # Run line by line inside the stand-in, where a nested scope sees no names of the outer one.
-        look = f"import os, signal, fnmatch\nunits = {units!r}\n"
+        look = (f"import os, signal, fnmatch\nunits = {units!r}\n"
+                "stopped = self.__dict__.setdefault('stopped', set())\n")
         add("ListUnitsByPatterns", "asas", "a(ssssssouso)", look + """
 ret = []
-for name, (pid, group) in units.items():
-    try:
-        with open(f"/proc/{pid}/stat") as stat:
-            state = stat.read().rsplit(")", 1)[1].split()[0]
-    except OSError:
-        continue
+for name in units.keys() - stopped:
     for pattern in args[1]:
-        if state != "Z" and fnmatch.fnmatch(name, str(pattern)):
+        if fnmatch.fnmatch(name, str(pattern)):
             ret.append((name, "About " + name, "loaded", "active", "running", "", "/u", 0, "", "/"))
 """)
         add("GetUnitProcesses", "s", "a(sus)", look +
             "pid, group = units[args[0]]\nret = [(group + '/' + args[0], pid, 'command')]")
         add("StopUnit", "ss", "o", look +
-            "os.kill(units[args[0]][0], signal.SIGTERM)\nret = '/org/freedesktop/systemd1/job/1'")
+            "os.kill(units[args[0]][0], signal.SIGTERM)\nstopped.add(str(args[0]))\n"
+            "ret = '/org/freedesktop/systemd1/job/1'")
         return self
 
     def calls(self):

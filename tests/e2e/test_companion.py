@@ -67,7 +67,7 @@ class DisplayTest(CompanionTest):
     def test_windows_close_each_in_its_way(self):
         letter, letter_folder = self.open_window("Letter", "--hold", "letter.odt")
         slow, slow_folder = self.open_window(LONG_TITLE, "--seconds", "10", "--hold", "图纸.dxf")
-        refuser, _ = self.open_window("Draft*", "--refuse")
+        refuser, _ = self.open_window("Draft*", "--seconds=-1")
         dock, _ = self.open_window("Panel")
         self.display.ask("xprop", "-id", self.display.wait_for_window("Panel"),
                          "-f", "_NET_WM_WINDOW_TYPE", "32a",
@@ -99,7 +99,7 @@ class DisplayTest(CompanionTest):
                          ["exit.exe: 1 of 1 applications closed"])
 
     def test_a_display_that_dies_ends_the_wait(self):
-        refuser, _ = self.open_window("Draft*", "--refuse")
+        refuser, _ = self.open_window("Draft*", "--seconds=-1")
         companion = self.start_companion(**self.display.env)
         wait_until(lambda: "asked" in refuser.lines, "the window is asked")
         self.display.server.terminate()

@@ -12,9 +12,7 @@ namespace {
 class Window : public QWidget {
  public:
   explicit Window(const QCommandLineParser& orders)
-      : seconds_(orders.value("seconds").toInt()),
-        refuses_(orders.isSet("refuse")),
-        held_(orders.value("hold")) {
+      : seconds_(orders.value("seconds").toInt()), held_(orders.value("hold")) {
     setWindowTitle(orders.value("title"));
     resize(200, 100);
     if (!held_.fileName().isEmpty() && !held_.open(QIODevice::ReadWrite)) qFatal("no file");
@@ -24,13 +22,13 @@ class Window : public QWidget {
   void closeEvent(QCloseEvent* event) override {
     std::puts("asked");
     std::fflush(stdout);
-    if (refuses_ || seconds_ > 0) event->ignore();
-    if (!refuses_ && seconds_ > 0) {
+    if (seconds_ != 0) event->ignore();
+    if (seconds_ > 0) {
       QTimer::singleShot(seconds_ * 1000, this, [this] {
         seconds_ = 0;
         close();
       });
-    } else if (!refuses_ && held_.isOpen()) {
+    } else if (seconds_ == 0 && held_.isOpen()) {
       held_.write("saved");
       held_.close();
     }
@@ -38,7 +36,6 @@ class Window : public QWidget {
 
  private:
   int seconds_;
-  const bool refuses_;
   QFile held_;
 };
 
@@ -49,8 +46,7 @@ int main(int argc, char** argv) {
   QCommandLineParser orders;
   orders.addOptions({{"title", "", "text"},
                      {"hold", "file held open from the start, and written at the end", "path"},
-                     {"seconds", "how long saving takes", "number", "0"},
-                     {"refuse", ""}});
+                     {"seconds", "how long saving takes; below 0: for ever", "number", "0"}});
   orders.process(application);
   Window window(orders);
   window.show();

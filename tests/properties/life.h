@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "app/calendar.h"
 #include "app/messages.h"
 #include "frame/frm_main.h"
 #include "frame/frm_setup.h"
@@ -132,9 +133,7 @@ class Life : public World {
     return text;
   }
   static std::string LogLine(const LocalTime& now, const std::string& message) {
-    return Print("\"\n%04d-%02d-%02d %d:%02d:%02d ", now.year, now.month, now.day, now.hour,
-                 now.minute, now.second) +
-           message + "\"\r\n";
+    return "\"\n" + DateText(now) + ' ' + TimeText(now) + ' ' + message + "\"\r\n";
   }
 
   // As the tables hold it: the week's by their day, the others one to an entry.
@@ -356,8 +355,7 @@ class Life : public World {
   void ExpectRecord(int code) {
     if (disk.refuse_writes) return;
     const LocalTime now = time.Now();
-    records_ +=
-        Print("\"\n%04d-%02d-%02d %02d %d\"\r\n", now.year, now.month, now.day, now.hour, code);
+    records_ += "\"\n" + DateText(now) + Print(" %02d %d\"\r\n", now.hour, code);
   }
 
   Wishes wishes_;

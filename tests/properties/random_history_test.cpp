@@ -128,34 +128,35 @@ class History {
   }
 
   void Flip(Life& life, std::size_t what) {
-    const auto ups = [](void (UpsModel::*set)(bool)) {
-      return [set](Life& of, bool bad) { of.ups.Do([&](UpsModel& model) { (model.*set)(bad); }); };
+    bool& bad = bad_.at(what);
+    const auto ups = [&](void (UpsModel::*set)(bool), bool wrong = true) {
+      return [&, set, wrong] { life.ups.Do([&](UpsModel& model) { (model.*set)(bad == wrong); }); };
     };
-    const auto plug = [](FakeSerialPort& port, bool away) {
-      if (away) port.Unplug();
-      if (!away) port.present = {1, 2, 3, 4};
+    const auto plug = [&](FakeSerialPort& port) {
+      return [&] {
+        port.Unplug();
+        if (!bad) port.present = {1, 2, 3, 4};
+      };
     };
     const struct {
       const char* name;
       unsigned chances;  // that it comes; it heals as soon as it is met again
-      std::function<void(Life&, bool bad)> set;
+      std::function<void()> set;
     } things[] = {
-        {"mains failure", 1,
-         [](Life& of, bool bad) { of.ups.Do([&](UpsModel& model) { model.Mains(!bad); }); }},
+        {"mains failure", 1, ups(&UpsModel::Mains, false)},
         {"UPS fault", 2, ups(&UpsModel::Fault)},
         {"bypass", 2, ups(&UpsModel::Bypass)},
         {"silence", 2, ups(&UpsModel::Mute)},
         {"noise", 2, ups(&UpsModel::Noise)},
         {"pieces", 1, ups(&UpsModel::Split)},
-        {"no UPS port", 2, [&](Life& of, bool bad) { plug(of.MSComm1, bad); }},
-        {"no modem port", 2, [&](Life& of, bool bad) { plug(of.MSComm2, bad); }},
-        {"full disk", 4, [](Life& of, bool bad) { of.disk.refuse_writes = bad; }},
+        {"no UPS port", 2, plug(life.MSComm1)},
+        {"no modem port", 2, plug(life.MSComm2)},
+        {"full disk", 4, [&] { life.disk.refuse_writes = bad; }},
     };
-    bool& bad = bad_.at(what);
     if (!bad && !OneIn(things[what].chances)) return;
     bad = !bad;
     Tell(things[what].name, bad ? "on" : "off");
-    things[what].set(life, bad);
+    things[what].set();
   }
 
   void SetBattery(Life& life) {
