@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <QAccessible>
 #include <QApplication>
 #include <QClipboard>
 #include <QScrollBar>
@@ -79,11 +80,15 @@ TEST(LongList, GoesWhereTheKeysAndTheMouseSay) {
             QModelIndexList{shown.list.Lines().index(503)});
 }
 
-TEST(LongList, ALineIsCopiedAsShown) {
+TEST(LongList, ALineIsCopiedAndReadOutAsShown) {
+  QAccessible::setActive(true);
   ShownList shown(kBillion);
   shown.Press(Qt::Key_End);
   shown.Press(Qt::Key_C, Qt::ControlModifier);
   EXPECT_EQ(QGuiApplication::clipboard()->text(), "line 999999999");
+  auto* list = QAccessible::queryAccessibleInterface(&shown.list)->tableInterface();
+  EXPECT_EQ(list->cellAt(7, 0)->text(QAccessible::Name), "line 7");
+  QAccessible::setActive(false);
   shown.list.Lines().Fill(1, [](int) { return QString(1'000'000, u'x'); });
   EXPECT_EQ(shown.list.Lines().index(0).data().toString().size(), LineModel::kMostShown + 1);
 }
