@@ -115,8 +115,10 @@ class XDisplay:
                        "the window manager manages windows")
 
     def ask(self, *command):
-        return subprocess.run(command, env={**os.environ, **self.env}, capture_output=True,
-                              text=True, timeout=PATIENCE, check=False).stdout
+        # Titles are told in UTF-8 only where the locale is.
+        return subprocess.run(command, env={**os.environ, **self.env, "LC_ALL": "C.UTF-8"},
+                              capture_output=True, encoding="utf-8", timeout=PATIENCE,
+                              check=False).stdout
 
     def windows(self):
         """Titles of the managed windows by their numbers."""
