@@ -43,8 +43,8 @@ class UpsModel : public Device {
   void Fault(bool on) { fault_ = on; }
 
   // What befalls the line. A mute UPS still hears. Noise goes in turn in front of a reply, into it,
-  // and spares one; no byte of it is a digit, so that a spoiled reply is unreadable rather than
-  // wrong. Split replies come in pieces, kSplitPause apart.
+  // and spares one; no byte of it is a digit, but digits behind it slide into other columns. Split
+  // replies come in pieces, kSplitPause apart.
   void Mute(bool on);
   void Noise(bool on) { noise_ = on; }
   void Split(bool on) { split_ = on; }
