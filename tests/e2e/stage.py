@@ -111,8 +111,12 @@ class XDisplay:
             self.processes.insert(0, subprocess.Popen(
                 ["openbox", "--sm-disable"], env={**os.environ, **self.env},
                 stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL))
-            wait_until(lambda: "window id" in self.ask("xprop", "-root", "_NET_CLIENT_LIST"),
-                       "the window manager manages windows")
+            try:
+                wait_until(lambda: "window id" in self.ask("xprop", "-root", "_NET_CLIENT_LIST"),
+                           "the window manager manages windows")
+            except BaseException:
+                self.close()
+                raise
 
     def ask(self, *command):
         # Titles are told in UTF-8 only where the locale is.

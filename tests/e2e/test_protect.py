@@ -150,7 +150,7 @@ class RoadTest(UpsTest, ProtectTest):
             ("only with a password", {"halt": "challenge"}, ["PowerOff False"], []),
             ("fails", {"halt_fails": True}, ["Halt False", "PowerOff False"], []),
             # Longer than the program waits for the answer.
-            ("thinks", {"thinks": 3}, ["Halt False"], []),
+            ("thinks", {"thinks": 2.6}, ["Halt False"], []),
             ("both refused", {"halt": "no", "power_off": "challenge"}, [],
              [STAYS_UP + "Halt: no; PowerOff: only with a password"]),
         ]
