@@ -6,12 +6,14 @@
 #include <QApplication>
 #include <chrono>
 #include <cstdlib>
+#include <memory>
 
 #include "frame/frm_main.h"
 #include "platform/linux/linux_clock.h"
 #include "platform/linux/linux_disk.h"
 #include "platform/linux/linux_host.h"
 #include "platform/linux/port_map.h"
+#include "platform/qt/bus_notifier.h"
 #include "platform/qt/end_signals.h"
 #include "platform/qt/qt_dialogs.h"
 #include "platform/qt/qt_serial_port.h"
@@ -34,8 +36,9 @@ namespace {
 
 using std::chrono::milliseconds;
 
-// A reply of the UPS takes a fifth of a second at 2400 baud; the modem's answers are short.
-constexpr milliseconds kUpsGather{250};
+// As long as a status reply takes: 47 characters of ten bits at 2400 baud. The modem's answers are
+// short.
+constexpr milliseconds kUpsGather{196};
 constexpr milliseconds kModemGather{0};
 
 // What lies outside the program, for real.
@@ -44,7 +47,9 @@ struct Outside {
   LinuxDisk disk;
   std::string program_directory = ProgramDirectoryFor(ExecutableDirectory());
   PlatformSettings settings = LoadPlatformSettings(disk, program_directory);
-  LinuxHost host{program_directory, settings, [] { QApplication::beep(); }};
+  LinuxHost host{program_directory, settings,
+                 [](Bus& bus) { return std::make_shared<BusNotifier>(bus); },
+                 [] { QApplication::beep(); }};
   PortMap ports{settings.ports};
   QtSerialPort MSComm1{[this](int number) { return ports.DeviceOf(number); }, kUpsGather};
   QtSerialPort MSComm2{[this](int number) { return ports.DeviceOf(number); }, kModemGather};
@@ -63,8 +68,8 @@ struct Outside {
               windows};
 };
 
-// The windows of a program that is being ended behind its back: the display goes away.
-Windows* windows_at_exit = nullptr;
+// The main form of a program that is being ended behind its back: the display goes away.
+FrmMain* form_at_exit = nullptr;
 
 // Descriptors 0 to 2 are never a port or a file of ours, whoever closed them before the start.
 void OccupyStandardDescriptors() {
@@ -129,17 +134,13 @@ int Main(int argc, char** argv) {
   Windows& windows = outside.windows;
   windows.MakeMain(main_window,
                    {[&] { return frm_main.Form_Load(); }, [&] { frm_main.Form_Activate(); },
-                    [&] {
-                      // A second instance that is ended in front of its box was never loaded.
-                      if (!outside.host.PrevInstance()) frm_main.Form_QueryUnload();
-                    }});
+                    [&] { frm_main.Form_QueryUnload(); }, [&] { return frm_main.Loaded(); }});
   MakeForms(outside, state, panel, frm_main);
 
   const EndSignals end_signals([&] { windows.End(); });
-  QObject::connect(&application, &QApplication::aboutToQuit, [&] { windows.UnloadMain(); });
-  windows_at_exit = &windows;
+  form_at_exit = &frm_main;
   std::atexit([] {
-    if (windows_at_exit) windows_at_exit->UnloadMain();
+    if (form_at_exit) form_at_exit->Form_QueryUnload();
   });
 
   windows.ShowPainted(Form::frmSplash);
@@ -149,7 +150,8 @@ int Main(int argc, char** argv) {
   // A schedule may have taken the system down while a box of the load stood open.
   if (loaded && !frm_main.GoingDown()) windows.Show(Form::frmMain);
   if (!windows.Ended()) QApplication::exec();
-  windows_at_exit = nullptr;
+  frm_main.Form_QueryUnload();
+  form_at_exit = nullptr;
   return 0;
 }
 

@@ -1,6 +1,7 @@
 #include "app/captions.h"
 
 #include "app/message_numbers.h"
+
 namespace orvane {
 namespace {
 

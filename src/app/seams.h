@@ -18,6 +18,11 @@ struct Timers {
   Timer& Timer3;     // 5000 ms: the schedule
   Timer& TimerDial;  // 5000 ms, one shot: the delay before an emergency dial
   Timer& tmrDate;    // 1000 ms: the clock on the panel
+
+  // Disables all of them.
+  void Stop() const {
+    for (Timer* timer : {&Timer1, &Timer2, &Timer3, &TimerDial, &tmrDate}) timer->Enabled(false);
+  }
 };
 
 struct Seams {

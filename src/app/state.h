@@ -6,6 +6,7 @@
 #include <string>
 #include <string_view>
 
+#include "app/message_numbers.h"
 #include "app/messages.h"
 #include "app/panel.h"
 
@@ -19,6 +20,7 @@ inline constexpr int kUpsFail = 3;
 // What `frmMain` holds between its events. A load of the form starts it afresh.
 struct MainFormState {
   std::int16_t PortTry = 0;        // index of the port in the search, port number less 1
+  bool PortWasOpen = false;        // this load opened the UPS port, which may be opened again
   std::uint8_t DialReason = 0;     // the fault that armed TimerDial last; 0 before the first
   std::string RxText;              // received since the last clear (a reply, or the poll tick)
   std::int32_t PollsAnswered = 0;  // PollsSent when the last reply was consumed
@@ -51,9 +53,9 @@ struct State {
   // Message `number` in the language of this moment.
   std::string_view Message(int number) const { return LoadResString(ResBase + number); }
 
-  // Whether a state line counts as normal, which its caption alone says: message 26 in the language
-  // of this moment.
-  bool IsNormal(const Label& line) const { return line.Caption() == Message(26); }
+  // Whether a state line counts as normal, which its caption alone says, in the language of this
+  // moment.
+  bool IsNormal(const Label& line) const { return line.Caption() == Message(message::kNormal); }
 };
 
 }  // namespace orvane

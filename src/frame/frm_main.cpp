@@ -1,5 +1,7 @@
 #include "frame/frm_main.h"
 
+#include <utility>
+
 #include "app/calendar.h"
 #include "app/captions.h"
 #include "app/gauges.h"
@@ -28,22 +30,30 @@ FrmMain::FrmMain(State& state, Panel& panel, const Seams& seams)
       countdown_(state, panel, shutdown_, seams),
       alert_(state, panel, seams),
       dialler_(state, panel, seams),
-      schedule_(state, journals_, shutdown_, seams) {}
+      schedule_(state, journals_, shutdown_, seams) {
+  seams_.host.OnSleep([this](bool asleep) {
+    if (GoingDown()) return;
+    if (asleep) {
+      link_.Suspend();
+    } else {
+      link_.Resume();
+    }
+  });
+}
 
 bool FrmMain::Form_Load() {
-  state_.Main = {};
-  panel_.Design();
-  DesignTimers();
+  if (loaded_) return true;
+  // The guard comes first: behind its box nothing may happen.
   if (seams_.host.PrevInstance()) {
-    seams_.timers.Timer1.Enabled(false);
-    seams_.timers.Timer2.Enabled(false);
     seams_.dialogs.Exclamation(kAlreadyRunning, kAlreadyRunningTitle);
     return false;
   }
-  // Not before the guard: behind its box no schedule may come due.
+  loaded_ = true;
+  state_.Main = {};
+  panel_.Design();
+  DesignTimers();
   AttachTimers();
   link_.Attach();
-  seams_.timers.TimerDial.Interval(kDialDelay);
   seams_.MSComm1.RThreshold(0);
   CaptureNeedles(panel_, state_.Main);
   if (!file_is_old_) LoadSettings(seams_.disk, SettingsPath(), state_);
@@ -52,16 +62,22 @@ bool FrmMain::Form_Load() {
   static_cast<void>(journals_.WriteLog(state_.Message(message::kProgramStart)));
   state_.ShutdownCommand = DeriveShutdownCommand(state_);
   link_.OpenPort();
-  return true;
+  // A box of the port may have held the load until the end of the program.
+  return loaded_;
 }
 
 void FrmMain::Form_Activate() {
-  if (shutdown_.Begun()) return;
+  if (!loaded_ || GoingDown()) return;
   seams_.MSComm1.RThreshold(1);
 }
 
+// First whatever could act once more: while the end waits for a slow disk, a tick may fall due.
 void FrmMain::Form_QueryUnload() {
+  if (!std::exchange(loaded_, false)) return;
   dialler_.Stop();
+  seams_.timers.Stop();
+  seams_.alert_timer.Enabled(false);
+  seams_.MSComm1.RThreshold(0);
   static_cast<void>(seams_.MSComm1.PortOpen(false));
   static_cast<void>(seams_.MSComm2.PortOpen(false));
   static_cast<void>(journals_.WriteLog(state_.Message(message::kProgramEnd)));

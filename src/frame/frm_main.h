@@ -18,10 +18,13 @@ class FrmMain {
  public:
   FrmMain(State& state, Panel& panel, const Seams& seams);
 
-  // Brings the form up to the moment before it is shown: settings, captions, port. False when
-  // another instance runs on the same program directory; the user has been told, and the program
-  // has to end at once.
+  // Brings the form up to the moment before it is shown: settings, captions, port. A form that is
+  // loaded stays as it is. False when another instance runs on the same program directory; the user
+  // has been told, and the program has to end at once.
   bool Form_Load();
+
+  // Between Form_Load and Form_QueryUnload, also while a box holds the load.
+  bool Loaded() const { return loaded_; }
 
   // The way down has begun: the form stays off the screen until the operating system ends it.
   bool GoingDown() const { return shutdown_.Begun(); }
@@ -29,7 +32,8 @@ class FrmMain {
   // The form has become the active window: replies are taken from now on.
   void Form_Activate();
 
-  // Before any unload: ends a running call, closes both ports and logs the end.
+  // The form goes: ends all timers and a running call, closes both ports and logs the end. Nothing
+  // happens after it, and a form that is not loaded is left alone.
   void Form_QueryUnload();
 
   // Unloads the form and shows it anew, as after a change of the UPS port.
@@ -76,6 +80,7 @@ class FrmMain {
   FrmAlert alert_;
   Dialler dialler_;
   ScheduleEngine schedule_;
+  bool loaded_ = false;
   bool file_is_old_ = false;  // the last save of the settings failed
 };
 

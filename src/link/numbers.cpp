@@ -11,32 +11,30 @@ namespace {
 
 constexpr int kSingleDigits = 7;
 
-template <class T>
-std::optional<T> Read(std::string_view text) {
+}  // namespace
+
+std::optional<double> ReadNumber(std::string_view text) {
   text = Trimmed(text);
   if (text.starts_with('+')) {
     text.remove_prefix(1);
     if (text.starts_with('-')) return std::nullopt;
   }
-  T value{};
+  double value = 0;
   const char* end = text.data() + text.size();
   const auto [stop, error] = std::from_chars(text.data(), end, value);
   if (error != std::errc{} || stop != end || !std::isfinite(value)) return std::nullopt;
   return value;
 }
 
-}  // namespace
-
-std::optional<double> ReadNumber(std::string_view text) {
-  return Read<double>(text);
-}
-
+// A number too small for a float is 0.
 std::optional<float> ReadSingle(std::string_view text) {
-  return Read<float>(text);
+  const auto value = ReadNumber(text);
+  if (!value || std::abs(*value) > std::numeric_limits<float>::max()) return std::nullopt;
+  return static_cast<float>(*value);
 }
 
 std::optional<std::int16_t> ReadInteger(std::string_view text) {
-  const auto value = Read<double>(text);
+  const auto value = ReadNumber(text);
   if (!value) return std::nullopt;
   const double rounded = std::nearbyint(*value);
   if (rounded < std::numeric_limits<std::int16_t>::min() ||

@@ -15,7 +15,7 @@ class ReplyDecoder {
       : state_(state), panel_(panel), mirror_(mirror), evaluation_(evaluation) {}
 
   // Tests what has arrived (`RxText`) for either reply and decodes and consumes what is there. A
-  // text that is neither is left to grow until the next poll clears it.
+  // text that is neither is left as it is.
   void Decode();
 
  private:

@@ -60,6 +60,7 @@ void StatusEvaluation::Evaluate(std::string_view bits) {
 
 void StatusEvaluation::Mains(bool failed) {
   ShowState(state_, panel_.lblAc, failed, message::kFail, message::kNormal);
+  host_.KeepAwake(failed);
   if (failed) {
     React(kAcFail);
     return;

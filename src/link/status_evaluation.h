@@ -1,5 +1,6 @@
 // A decoded status reply turned into the state of the system: state lines, warnings, the count to
-// shutdown, the request for a dial, log line and daily record. It keeps no state of its own: what
+// shutdown, the request for a dial, log line and daily record, and a computer that stays awake
+// while the mains has failed. It keeps no state of its own: what
 // the panel shows is the state, and every reply writes all of it again.
 #pragma once
 
@@ -16,8 +17,12 @@ namespace orvane {
 
 class StatusEvaluation {
  public:
-  StatusEvaluation(State& state, Panel& panel, Journals& journals, const Timers& timers)
-      : state_(state), panel_(panel), journals_(journals), timers_(timers) {}
+  StatusEvaluation(State& state, Panel& panel, Journals& journals, const Seams& seams)
+      : state_(state),
+        panel_(panel),
+        journals_(journals),
+        timers_(seams.timers),
+        host_(seams.host) {}
 
   // Overload warning, directly after the load value: shown from 100 percent on. A load that could
   // not be read counts as one above.
@@ -39,6 +44,7 @@ class StatusEvaluation {
   Panel& panel_;
   Journals& journals_;
   Timers timers_;
+  Host& host_;
 };
 
 }  // namespace orvane

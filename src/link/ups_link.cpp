@@ -1,5 +1,7 @@
 #include "link/ups_link.h"
 
+#include <utility>
+
 #include "app/captions.h"
 #include "app/gauges.h"
 #include "app/message_numbers.h"
@@ -18,6 +20,14 @@ constexpr std::size_t kKeptCapacity = 4096;
 // Where the needles go when the link is lost; the captions all go to 0.
 constexpr std::int16_t kLostGauges[kGauges] = {200, 200, 0, 0, 30, 0};
 
+// Every reply ends with it.
+constexpr char kLineEnd = '\r';
+
+void Forget(std::string& text) {
+  text.clear();
+  if (text.capacity() > kKeptCapacity) text.shrink_to_fit();
+}
+
 bool IsRed(const Label& label) {
   return label.ForeColor() == kRed && label.Visible();
 }
@@ -29,7 +39,7 @@ UpsLink::UpsLink(State& state, Panel& panel, Journals& journals, const Seams& se
       panel_(panel),
       seams_(seams),
       mirror_(panel),
-      evaluation_(state, panel, journals, seams.timers),
+      evaluation_(state, panel, journals, seams),
       decoder_(state, panel, mirror_, evaluation_) {}
 
 void UpsLink::Attach() {
@@ -39,6 +49,7 @@ void UpsLink::Attach() {
 }
 
 void UpsLink::OpenPort() {
+  suspended_ = false;
   // The line settings are the control's design.
   static_cast<void>(seams_.MSComm1.Settings("2400,N,8,1"));
   if (const int port = state_.Settings[kUpsPort]) {
@@ -48,12 +59,16 @@ void UpsLink::OpenPort() {
   }
 }
 
-void UpsLink::OpenFixedPort(int number) {
+bool UpsLink::Open(int number) {
   SerialPort& port = seams_.MSComm1;
-  if (port.CommPort(number) && port.PortOpen(true)) {
-    panel_.Label14.Caption(PortLine(state_, number));
-    return;
-  }
+  if (!port.CommPort(number) || !port.PortOpen(true)) return false;
+  state_.Main.PortWasOpen = true;
+  panel_.Label14.Caption(PortLine(state_, number));
+  return true;
+}
+
+void UpsLink::OpenFixedPort(int number) {
+  if (Open(number)) return;
   seams_.timers.Timer1.Enabled(false);
   seams_.timers.Timer2.Enabled(false);
   seams_.dialogs.Exclamation(state_.Message(message::kFixedPortBox),
@@ -62,14 +77,10 @@ void UpsLink::OpenFixedPort(int number) {
 }
 
 void UpsLink::SearchPort() {
-  SerialPort& port = seams_.MSComm1;
   std::int16_t& attempt = state_.Main.PortTry;
   for (attempt = 0;; ++attempt) {
     const int number = attempt + 1;
-    if (port.CommPort(number) && port.PortOpen(true)) {
-      panel_.Label14.Caption(PortLine(state_, number));
-      return;
-    }
+    if (Open(number)) return;
     if (number == kLastPort) break;
   }
   seams_.timers.Timer1.Enabled(false);
@@ -81,13 +92,26 @@ void UpsLink::SearchPort() {
 void UpsLink::Timer1_Timer() {
   MainFormState& form = state_.Main;
   ++form.PollsSent;
-  form.RxText.clear();
-  if (form.RxText.capacity() > kKeptCapacity) form.RxText.shrink_to_fit();
+  Forget(form.RxText);
   // A lost port is asked for again with every poll; until it is back the watchdog tells the user.
   SerialPort& port = seams_.MSComm1;
   if (port.PortOpen() || port.PortOpen(true)) static_cast<void>(SendCommand(port, kStatusQuery));
   if (form.PollsSent - form.PollsAnswered > kUnansweredPolls) LinkLoss();
   RefreshWarningLine();
+}
+
+void UpsLink::Suspend() {
+  Timer& poll = seams_.timers.Timer1;
+  suspended_ = suspended_ || poll.Enabled();
+  poll.Enabled(false);
+  static_cast<void>(seams_.MSComm1.PortOpen(false));
+}
+
+void UpsLink::Resume() {
+  if (!std::exchange(suspended_, false)) return;
+  // A device that takes its time to come back is asked for again with every poll.
+  static_cast<void>(seams_.MSComm1.PortOpen(true));
+  seams_.timers.Timer1.Enabled(true);
 }
 
 void UpsLink::LinkLoss() {
@@ -125,8 +149,19 @@ void UpsLink::RefreshWarningLine() {
 
 void UpsLink::MSComm1_OnComm() {
   if (seams_.MSComm1.CommEvent() != kCommEventReceive) return;
-  seams_.MSComm1.Input(state_.Main.RxText);
-  decoder_.Decode();
+  seams_.MSComm1.Input(received_);
+  std::string& text = state_.Main.RxText;
+  for (std::size_t begin = 0; begin < received_.size();) {
+    const std::size_t line_end = received_.find(kLineEnd, begin);
+    const bool whole = line_end != std::string::npos;
+    const std::size_t end = whole ? line_end + 1 : received_.size();
+    text.append(received_, begin, end - begin);
+    decoder_.Decode();
+    // What is whole and no reply belongs to none that follows.
+    if (whole) text.clear();
+    begin = end;
+  }
+  Forget(received_);
 }
 
 void UpsLink::lblConnect_Change() {

@@ -29,7 +29,13 @@ class UpsLink {
   // as soon as its device is back.
   void Timer1_Timer();
 
-  // Receive event: collects, decodes and evaluates.
+  // The computer falls asleep: lets go of the port and sends no poll until Resume, which takes
+  // both up again. The counts of the program take no notice. Resume without Suspend does nothing.
+  void Suspend();
+  void Resume();
+
+  // Receive event: collects, and decodes and evaluates one reply after the other. A line, up to its
+  // carriage return, that is no reply is dropped; what has no end yet waits for the rest.
   void MSComm1_OnComm();
 
   // Runs inside the write of the link's caption: a link that was down takes its warnings along;
@@ -37,6 +43,7 @@ class UpsLink {
   void lblConnect_Change();
 
  private:
+  bool Open(int number);
   void OpenFixedPort(int number);
   void SearchPort();
   void LinkLoss();
@@ -48,6 +55,8 @@ class UpsLink {
   ValueMirror mirror_;
   StatusEvaluation evaluation_;
   ReplyDecoder decoder_;
+  std::string received_;    // what one event brought, kept for its capacity
+  bool suspended_ = false;  // Suspend ended the poll
 };
 
 }  // namespace orvane

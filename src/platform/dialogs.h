@@ -18,10 +18,6 @@ struct Dialogs {
   // Question icon, Yes and No, No by default. True only for Yes; a box that is closed by other
   // means, or by the end of the program, answers No.
   virtual bool Ask(std::string_view text, std::string_view title) = 0;
-
-  // Takes every box that stands open off the screen; a question is answered No by it. The callers
-  // that the boxes hold go on when the running handler is over.
-  virtual void Dismiss() = 0;
 };
 
 }  // namespace orvane

@@ -31,6 +31,11 @@ struct Forms {
   // the running handler is over, unless frmMain is shown again before that.
   virtual void Unload(Form form) = 0;
 
+  // Takes every menu, drop-down list and message box that stands open off the screen, and with it
+  // the keyboard and the pointer that it holds; a question is answered No. The callers that boxes
+  // hold go on when the running handler is over.
+  virtual void Dismiss() = 0;
+
   // Serves the events that wait, once.
   virtual void DoEvents() = 0;
 };

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <chrono>
+#include <functional>
 #include <string>
 
 namespace orvane {
@@ -40,13 +41,17 @@ struct Host {
   // `limit`. No event of this program is served meanwhile. Never ends the other program.
   virtual RunOutcome RunHidden(const std::string& path, std::chrono::milliseconds limit) = 0;
 
-  // Obtains what this user needs to take the computer down. No result: ExitWindowsEx tells.
-  virtual void EnableShutdownPrivilege() = 0;
+  // Asks the operating system for an orderly shutdown and returns at once. Where the computer stays
+  // up, a line on standard error says why, sooner or later.
+  virtual void TakeDown() = 0;
 
-  // Asks the operating system for an orderly shutdown and returns at once. `flags` 1 is a shutdown
-  // to the point where the power may be cut. False when it was refused; the reason stands on
-  // standard error.
-  virtual bool ExitWindowsEx(unsigned flags, unsigned reserved) = 0;
+  // Has `handler` run from the event loop from now on: with true before the computer falls asleep,
+  // which waits for it for some seconds, and with false when it has woken. To be called once.
+  virtual void OnSleep(std::function<void(bool asleep)> handler) = 0;
+
+  // Keeps the computer from falling asleep while the last call said true. Returns at once; where
+  // this user may not do so, a line on standard error says it once.
+  virtual void KeepAwake(bool on) = 0;
 
   // One beep on the computer's speaker, where it has one.
   virtual void Beep() = 0;

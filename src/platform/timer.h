@@ -8,7 +8,8 @@ namespace orvane {
 struct Timer {
   virtual ~Timer() = default;
 
-  // Runs at every tick, from the event loop, never inside another handler.
+  // Runs at every tick, from the event loop: inside another handler only where that one stands in
+  // an event loop of its own, as under an open message box.
   std::function<void()> Tick;
 
   virtual bool Enabled() const = 0;

@@ -16,38 +16,32 @@ void Shutdown::ShutdownSequence(int log_message, std::optional<int> record_code)
   if (begun_) return;
   begun_ = true;
   Host& host = seams_.host;
+  seams_.forms.Dismiss();
   seams_.forms.Unload(Form::frmAlert);
   seams_.forms.Unload(Form::frmSetup);
-  seams_.timers.Timer1.Enabled(false);
-  seams_.timers.Timer2.Enabled(false);
+  seams_.timers.Stop();
+  // A reply that is still under way would start the count again.
+  seams_.MSComm1.RThreshold(0);
   panel_.Label13.Caption(state_.Message(message::kSavingFiles));
   // The UPS must not wait for a disk: that of a computer in trouble may take its time.
   const bool logged = journals_.WriteLog(state_.Message(log_message), OnMedium::kWithSettle);
   const bool recorded = record_code && journals_.WriteDateRec(*record_code, OnMedium::kWithSettle);
   seams_.forms.Hide(Form::frmMain);
-  seams_.dialogs.Dismiss();
-  const Timers& timers = seams_.timers;
-  for (Timer* timer :
-       {&timers.Timer1, &timers.Timer2, &timers.Timer3, &timers.tmrDate, &timers.TimerDial}) {
-    timer->Enabled(false);
-  }
-  // A reply that is still under way would start the count again.
-  seams_.MSComm1.RThreshold(0);
   if (!TellUps()) {
     host.Report("the UPS did not get its shutdown command " + state_.ShutdownCommand);
   }
   SettleJournal(journals_.LogPath(), logged);
   if (record_code) SettleJournal(journals_.DateRecPath(), recorded);
   RunCompanion();
-  host.EnableShutdownPrivilege();
-  host.ExitWindowsEx(1, 0);
+  host.TakeDown();
 }
 
 // A lost port is asked for once more, as every poll would: a dip of the mains makes adapters come
-// and go.
+// and go. What hangs on a port that the load could not open is nobody's to speak to.
 bool Shutdown::TellUps() {
   SerialPort& port = seams_.MSComm1;
-  return (port.PortOpen() || port.PortOpen(true)) && SendCommand(port, state_.ShutdownCommand);
+  const bool open = port.PortOpen() || (state_.Main.PortWasOpen && port.PortOpen(true));
+  return open && SendCommand(port, state_.ShutdownCommand);
 }
 
 void Shutdown::SettleJournal(const std::string& path, bool written) {

@@ -18,9 +18,9 @@ class Shutdown {
 
   // Stops the program's own activity, logs message `log_message`, writes a daily record where
   // `record_code` holds one, sends `ShutdownCommand` to the UPS, lets the companion save the user's
-  // work and asks the operating system to go down. Blocks until that is done; no event of the
-  // program is served meanwhile. A step that fails is reported on standard error and the next one
-  // runs. A second call does nothing: nothing comes back from the first.
+  // work and asks the operating system to go down. Blocks until the companion is done; no event of
+  // the program is served meanwhile. A step that fails is reported on standard error and the next
+  // one runs. A second call does nothing: nothing comes back from the first.
   void ShutdownSequence(int log_message, std::optional<int> record_code = std::nullopt);
 
   // The sequence has started.

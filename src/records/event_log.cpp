@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "app/message_numbers.h"
+
 namespace orvane {
 
 EventLog::EventLog(const State& state, Disk& disk, Dialogs& dialogs, std::string path)

@@ -10,6 +10,7 @@
 #include <utility>
 
 #include "ui/look.h"
+#include "ui/windows.h"
 #include "ui/words.h"
 
 namespace orvane {
@@ -116,6 +117,7 @@ AlertWindow::AlertWindow(const State& state, FrmAlert& frm_alert)
   unit->setVisible(state.ResBase == 0);
 
   count.Observer = [seconds, &count] { seconds->setText(QString::fromStdString(count.Caption())); };
+  CenterForm(*this);
   connect(ok, &QPushButton::clicked, this, [this] { frm_alert_.Command1_Click(); });
 }
 

@@ -15,11 +15,11 @@
 namespace orvane {
 namespace {
 
-// A box that stands open answers as if it had been closed by the user.
-void CloseBoxes() {
-  while (QWidget* box = QApplication::activeModalWidget()) {
-    box->close();
-    if (QApplication::activeModalWidget() == box) break;
+// Closes one after the other, the innermost first, as the user would; one that stays is left.
+void CloseAll(QWidget* (*active)()) {
+  while (QWidget* widget = active()) {
+    widget->close();
+    if (active() == widget) break;
   }
 }
 
@@ -56,39 +56,32 @@ void Windows::Make(Form form, std::function<QWidget*()> maker) {
   makers_[form] = std::move(maker);
 }
 
-void Windows::MakeMain(QWidget& window, MainEvents events) {
+void Windows::MakeMain(QWidget& window, MainForm form) {
   main_ = &window;
-  events_ = std::move(events);
+  main_form_ = std::move(form);
   window.installEventFilter(this);
 }
 
 bool Windows::LoadMain() {
-  if (main_state_ != MainState::kUnloaded) return true;
   if (ending_) return false;
-  main_state_ = MainState::kLoading;
+  if (main_form_.Loaded()) return true;
+  if (!main_form_.Form_Load()) {
+    Finish();
+    return false;
+  }
+  // Not before its menus have their words, and with them their height.
   CenterForm(*main_);
-  const bool loaded = events_.Form_Load();
-  main_state_ = loaded ? MainState::kLoaded : MainState::kUnloaded;
-  if (loaded && !ending_) return true;
-  UnloadMain();
-  Finish();
-  return false;
+  return true;
 }
 
 void Windows::End() {
   ending_ = true;
-  CloseBoxes();
+  Dismiss();
   UnloadMainAndEnd();
 }
 
-void Windows::UnloadMain() {
-  if (std::exchange(main_state_, MainState::kUnloaded) != MainState::kUnloaded) {
-    events_.Form_QueryUnload();
-  }
-}
-
 QWidget* Windows::Window(Form form) const {
-  if (form == Form::frmMain) return main_state_ == MainState::kLoaded ? main_ : nullptr;
+  if (form == Form::frmMain) return main_form_.Loaded() ? main_ : nullptr;
   const auto window = open_.find(form);
   return window == open_.end() ? nullptr : window->second;
 }
@@ -133,6 +126,11 @@ void Windows::Unload(Form form) {
   }
 }
 
+void Windows::Dismiss() {
+  CloseAll(QApplication::activePopupWidget);
+  CloseAll(QApplication::activeModalWidget);
+}
+
 void Windows::DoEvents() {
   QCoreApplication::processEvents();
 }
@@ -159,16 +157,11 @@ void Windows::ShowMain() {
 }
 
 void Windows::UnloadMainAndEnd() {
-  if (main_state_ == MainState::kLoading) {
-    // The load itself sees to the rest, at its end.
-    ending_ = true;
-    return;
-  }
-  UnloadMain();
+  main_form_.Form_QueryUnload();
   QMetaObject::invokeMethod(
       this,
       [this] {
-        if (main_state_ == MainState::kUnloaded) Finish();
+        if (!main_form_.Loaded()) Finish();
       },
       Qt::QueuedConnection);
 }
@@ -176,14 +169,14 @@ void Windows::UnloadMainAndEnd() {
 void Windows::Finish() {
   if (std::exchange(ended_, true)) return;
   ending_ = true;
-  CloseBoxes();
+  Dismiss();
   while (!open_.empty()) Unload(open_.begin()->first);
   main_->hide();
   QCoreApplication::quit();
 }
 
 void Windows::Activate() {
-  if (main_state_ == MainState::kLoaded) events_.Form_Activate();
+  main_form_.Form_Activate();
 }
 
 QWidget* Windows::Open(Form form) {

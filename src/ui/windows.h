@@ -19,11 +19,12 @@ void CenterForm(QWidget& window);
 
 class Windows : public QObject, public Forms {
  public:
-  // What frmMain does when the form system calls on it.
-  struct MainEvents {
+  // frmMain, as far as the windows have to do with it. Whether it is loaded is its own to know.
+  struct MainForm {
     std::function<bool()> Form_Load;  // false: the program has to end at once
     std::function<void()> Form_Activate;
     std::function<void()> Form_QueryUnload;
+    std::function<bool()> Loaded;
   };
 
   Windows() = default;
@@ -35,14 +36,14 @@ class Windows : public QObject, public Forms {
   void Make(Form form, std::function<QWidget*()> maker);
 
   // The main window, which lives longer than this object and stands through a reload of frmMain.
-  void MakeMain(QWidget& window, MainEvents events);
+  void MakeMain(QWidget& window, MainForm form);
 
   // Loads frmMain without showing it. False when the program has to end instead.
   bool LoadMain();
 
   // What Unload(frmMain) does, by whatever road the program is made to end, also in the middle of
-  // its load: the open boxes are closed with their quiet answer, frmMain is unloaded once and all
-  // windows go. Nothing is shown any more after this.
+  // its load: what Dismiss closes is closed, frmMain is unloaded and all windows go. Nothing is
+  // shown any more after this.
   void End();
 
   // The end has been decided: there is no need to enter the event loop.
@@ -52,10 +53,6 @@ class Windows : public QObject, public Forms {
   // no longer than a tenth of a second.
   void ShowPainted(Form form);
 
-  // Runs Form_QueryUnload if frmMain is still loaded, or held in its load by a box, and nothing
-  // else: the last resort of a program that is being ended without its event loop.
-  void UnloadMain();
-
   // The window of a form that is open; null otherwise.
   QWidget* Window(Form form) const;
 
@@ -64,6 +61,7 @@ class Windows : public QObject, public Forms {
   void Show(Form form) override;
   void Hide(Form form) override;
   void Unload(Form form) override;
+  void Dismiss() override;
   void DoEvents() override;
 
  protected:
@@ -71,8 +69,6 @@ class Windows : public QObject, public Forms {
   bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
-  enum class MainState { kUnloaded, kLoading, kLoaded };
-
   void ShowMain();
   void UnloadMainAndEnd();
   void Finish();
@@ -82,8 +78,7 @@ class Windows : public QObject, public Forms {
   void DeleteDropped();
 
   QWidget* main_ = nullptr;
-  MainEvents events_;
-  MainState main_state_ = MainState::kUnloaded;
+  MainForm main_form_;
   bool ending_ = false;  // End was called
   bool ended_ = false;   // the event loop has been told to return
   std::map<Form, std::function<QWidget*()>> makers_;

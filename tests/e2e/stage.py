@@ -1,7 +1,9 @@
 """What stands around the program for a test alone: message buses with a stand-in for logind or for
 systemd's user manager, and an X11 display with a window manager."""
 
+import ctypes
 import os
+import re
 import signal
 import subprocess
 from pathlib import Path
@@ -34,25 +36,56 @@ class PrivateBus:
                              interface], env=env)
         connection = dbus.bus.BusConnection(self.address)
         wait_until(lambda: connection.name_has_owner(name), f"{name} is on the bus")
-        manager = connection.get_object(name, path)
+        self.manager = manager = connection.get_object(name, path)
 
         def add(method, takes, gives, code):
             manager.AddMethod(interface, method, takes, gives, code, dbus_interface=MOCK)
 
         return add
 
-    def logind(self, halt="yes", power_off="yes", halt_fails=False, thinks=0):
-        """Answers of CanHalt and CanPowerOff; `halt_fails` has Halt itself refused; logind `thinks`
-        so many seconds about its first answer."""
+    def logind(self, halt="yes", power_off="yes", fails=None, blockers=()):
+        """Answers of CanHalt and CanPowerOff. `fails`: the errors, by their last names, that methods
+        raise. `blockers` are the rows of ListInhibitors."""
+        interface = "org.freedesktop.login1.Manager"
         add = self._stand_in("--system", "org.freedesktop.login1", "/org/freedesktop/login1",
-                             "org.freedesktop.login1.Manager")
-        refuse = ('raise dbus.exceptions.DBusException("Access denied", '
-                  'name="org.freedesktop.DBus.Error.AccessDenied")')
-        add("CanHalt", "", "s", f'import time; time.sleep({thinks}); ret = "{halt}"')
-        add("CanPowerOff", "", "s", f'ret = "{power_off}"')
-        add("Halt", "b", "", refuse if halt_fails else "")
-        add("PowerOff", "b", "", "")
+                             interface)
+        fails = fails or {}
+
+        def method(name, takes, gives, code=""):
+            if name in fails:
+                space = "login1" if "Inhibitor" in fails[name] else "DBus.Error"
+                code = (f'raise dbus.exceptions.DBusException("{fails[name]}", '
+                        f'name="org.freedesktop.{space}.{fails[name]}")')
+            add(name, takes, gives, code)
+
+        method("CanHalt", "", "s", f'ret = "{halt}"')
+        method("CanPowerOff", "", "s", f'ret = "{power_off}"')
+        for name in ("Halt", "PowerOff"):
+            method(name, "b", "")
+            method(name + "WithFlags", "t", "")
+        method("ListInhibitors", "", "a(ssssuu)", f"ret = {list(blockers)!r}")
+        # A lock is a pipe whose one end is the caller's for as long as it wants the lock.
+        method("Inhibit", "ssss", "h", """import os
+ours, theirs = os.pipe()
+self.__dict__.setdefault("locks", []).append((args[0] + " " + args[3], ours))
+ret = dbus.types.UnixFd(theirs)
+os.close(theirs)
+""")
+        add("Locks", "", "as", """import select
+ret = []
+for name, ours in self.__dict__.get("locks", []):
+    if not select.select([ours], [], [], 0)[0]:
+        ret.append(name)
+""")
         return self
+
+    def locks(self):
+        """The locks that are held."""
+        return sorted(map(str, self.manager.Locks(dbus_interface="org.freedesktop.login1.Manager")))
+
+    def prepare_for_sleep(self, asleep):
+        self.manager.EmitSignal("org.freedesktop.login1.Manager", "PrepareForSleep", "b", [asleep],
+                                dbus_interface=MOCK)
 
     def user_manager(self, units):
         """`units`: processes by the names of the units that they make up. Stopping a unit ends its
@@ -77,17 +110,22 @@ for name in units.keys() - stopped:
         return self
 
     def calls(self):
-        """Method and arguments of each call, without those of the test's own setting up."""
+        """Method and arguments of each call, without those of the test's own setting up and those
+        for locks."""
         if not self.log.exists():
             return []
         lines = (line.split(" ", 1)[1] for line in self.log.read_text().splitlines() if " " in line)
-        return [line for line in lines if not line.startswith(("emit", "AddMethod"))]
+        return [line for line in lines
+                if not line.startswith(("emit", "AddMethod", "EmitSignal", "Inhibit", "Locks"))]
 
     def hang(self):
         self.daemon.process.send_signal(signal.SIGSTOP)
 
-    def close(self):
+    def go_on(self):
         self.daemon.process.send_signal(signal.SIGCONT)
+
+    def close(self):
+        self.go_on()
         if self.mock:
             self.mock.close()
         self.daemon.close()
@@ -143,6 +181,23 @@ class XDisplay:
 
     def wait_for_end_of(self, title, but=None):
         wait_until(lambda: not self.find(title, but), f"{title} has gone")
+
+    def place(self, title):
+        """Width, height, left and top of the largest window of this title, also where no window
+        manager knows of it."""
+        tree = self.ask("xwininfo", "-root", "-tree")
+        found = re.findall(rf'"{title}".* (\d+)x(\d+)\S+ +\+(-?\d+)\+(-?\d+)', tree)
+        return max([int(number) for number in place] for place in found)
+
+    def pointer_is_free(self):
+        """Whether another program could take the pointer for itself now."""
+        x11 = ctypes.CDLL("libX11.so.6")
+        x11.XOpenDisplay.restype = ctypes.c_void_p
+        display = ctypes.c_void_p(x11.XOpenDisplay(self.name.encode()))
+        root = ctypes.c_ulong(x11.XDefaultRootWindow(display))
+        taken = x11.XGrabPointer(display, root, 0, 0, 1, 1, *[ctypes.c_ulong(0)] * 3)
+        x11.XCloseDisplay(display)
+        return taken == 0
 
     def key(self, window, *keys):
         """Strokes on the keyboard while the window is the active one."""

@@ -19,6 +19,18 @@ class DisplayTest(UpsTest):
         """Also where no window manager knows of it."""
         wait_until(lambda: f'"{title}"' in display.ask("xwininfo", "-root", "-tree"), title)
 
+    def test_windows_stand_in_the_middle_of_the_screen(self):
+        self.write_settings('1,1,0,0,0,1,0,0,0,0,"",0')
+        self.ups.answer["Q1"] = status("1000")
+        display = self.start_display(managed=False)
+        self.start_orvane(**display.env)
+        self.wait_for_link()
+        for title in ("Warning", "Orvane"):
+            self.wait_for_window(display, title)
+            width, height, left, top = display.place(title)
+            self.assertAlmostEqual(left + width / 2, 1024 / 2, delta=1, msg=title)
+            self.assertAlmostEqual(top + height / 2, 768 / 2, delta=1, msg=title)
+
     def test_end_of_the_desktop_takes_the_closing_path(self):
         log = []
         for window in ("Orvane", "Warning"):
@@ -39,20 +51,22 @@ class DisplayTest(UpsTest):
     def test_second_instance_is_turned_away_and_the_first_notices_nothing(self):
         first = self.start_orvane()
         self.wait_for_link()
-        for end_of_the_desktop in (False, True):
+        log = ["Program start"]
+        for end in ("by a signal", "with the desktop", "with the desktop, after the first one"):
             display = self.start_display(managed=False)
             second = self.start_orvane(**display.env)
             self.wait_for_window(display, "Orvane：Info")
             self.assertFalse(second.holds(self.ups_link))
-            if end_of_the_desktop:
-                display.server.terminate()
-                second.wait()
-            else:
+            if end == "by a signal":
                 self.assertEqual(second.terminate(), 0)
-            self.assertEqual(self.log_messages(), ["Program start"])
-        self.ups.next_poll(2)
-        self.assertEqual(first.terminate(), 0)
-        self.assertEqual(self.log_messages(), ["Program start", "Program end"])
+                continue
+            if end != "with the desktop":
+                self.ups.next_poll(2)
+                self.assertEqual(first.terminate(), 0)
+                log.append("Program end")
+            display.server.terminate()
+            second.wait()
+            self.assertEqual(self.log_messages(), log)
 
     def test_windows_read_old_files_and_delete_none_but_the_log(self):
         old = ('"\n2001-02-16 9:05:33 市电失效"\r\n'.encode("gb18030") + bytes(100) +

@@ -47,6 +47,9 @@ TEST_F(FrmMainTest, SecondInstanceIsTurnedAwayWithoutATrace) {
   dialogs.OnBox = [this] { time.Advance(std::chrono::minutes(10)); };
   EXPECT_FALSE(form.Form_Load());
   EXPECT_EQ(events, Events{"Exclamation [Orvane：Info] Orvane Have been run！"});
+  // The first one may have ended meanwhile.
+  host.previous_instance = false;
+  form.Form_QueryUnload();
   EXPECT_TRUE(disk.files.empty());
   EXPECT_FALSE(MSComm1.PortOpen());
 }
@@ -71,18 +74,68 @@ TEST_F(FrmMainTest, RepliesWaitForTheActivation) {
   EXPECT_EQ(panel.lblAc.Caption(), "Normal");
 }
 
-TEST_F(FrmMainTest, UnloadClosesBothPortsAndLogsLast) {
+TEST_F(FrmMainTest, UnloadClosesBothPortsAndNothingHappensAfterIt) {
   for (const bool port : {true, false}) {
     disk.files.clear();
+    MSComm1.sent.clear();
     if (!port) MSComm1.present = {};
     ASSERT_TRUE(form.Form_Load());
+    form.Form_Activate();
     EXPECT_EQ(MSComm1.PortOpen(), port);
+    // A delay of 0: each second of the count would end in a shutdown.
+    MSComm1.Receive(StatusFrame{.bits = "1000"}.Text());
+    EXPECT_EQ(Timer2.Enabled(), port);
     MSComm2.PortOpen(true);
-    form.Form_QueryUnload();
+    for (int i = 0; i < 2; ++i) form.Form_QueryUnload();
+    MSComm1.present = {1};
+    const std::size_t sent = MSComm1.sent.size();
+    time.Advance(std::chrono::hours(1));
+    form.Form_Activate();
     EXPECT_FALSE(MSComm1.PortOpen());
     EXPECT_FALSE(MSComm2.PortOpen());
+    EXPECT_EQ(MSComm1.sent.size(), sent);
     EXPECT_EQ(Log(), Line("Program start") + Line("Program end"));
+    time.SetWall({2001, 2, 16, 9, 5, 33});
   }
+}
+
+TEST_F(FrmMainTest, SleepLetsGoOfThePortAndIsNoOutage) {
+  disk.files["/prog/Orvane.ini"] = "0,10,0\r\n";
+  ASSERT_TRUE(form.Form_Load());
+  form.Form_Activate();
+  MSComm1.OnSent = [this](const std::string& text) {
+    if (text == "Q1\r") MSComm1.Receive(StatusFrame{.bits = "1000"}.Text());
+  };
+  time.Advance(std::chrono::seconds(12));
+  ASSERT_EQ(state.ShutdownCountdown, 590);
+  EXPECT_TRUE(host.kept_awake);
+  for (int i = 0; i < 2; ++i) host.Sleep(true);
+  EXPECT_FALSE(MSComm1.PortOpen());
+  const std::size_t sent = MSComm1.sent.size();
+  time.Advance(std::chrono::seconds(4));
+  EXPECT_EQ(MSComm1.sent.size(), sent);
+  time.Jump(std::chrono::hours(8));
+  // The device is back a little later than the computer.
+  MSComm1.present = {};
+  host.Sleep(false);
+  MSComm1.present = {1};
+  time.Advance(std::chrono::seconds(4));
+  EXPECT_TRUE(MSComm1.PortOpen());
+  EXPECT_EQ(panel.lblConnect.ForeColor(), kBlue);
+  EXPECT_EQ(state.ShutdownCountdown, 581);
+  MSComm1.OnSent = nullptr;
+  MSComm1.Receive(StatusFrame{}.Text());
+  EXPECT_FALSE(host.kept_awake);
+}
+
+TEST_F(FrmMainTest, SleepStartsNoPollOnAPortThatCouldNotBeOpened) {
+  MSComm1.present = {};
+  ASSERT_TRUE(form.Form_Load());
+  host.Sleep(true);
+  MSComm1.present = {1, 2, 3, 4};
+  host.Sleep(false);
+  time.Advance(std::chrono::seconds(10));
+  EXPECT_FALSE(MSComm1.PortOpen());
 }
 
 TEST_F(FrmMainTest, ReloadStartsTheFormAfresh) {

@@ -27,6 +27,7 @@ class FrmSetupTest : public testing::Test, public World {
 
   // The program runs with this settings file, and the dialog stands open.
   void Start(const std::string& line) {
+    main.Form_QueryUnload();
     disk.files[kPath] = line;
     forms.open.clear();
     forms.Show(Form::frmMain);

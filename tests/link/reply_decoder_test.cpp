@@ -77,6 +77,10 @@ TEST_F(ReplyDecoderTest, ValuesGoToCaptionsAndGauges) {
        {"110.0", "149.9", " 7 ", "2.00", "50.0", "25.0"},
        {"220", "299.8", "7", "51", "50", "25"},
        {220, 200, 7, 51, 50, 25}},
+      {"too small for a float",
+       {"4E-77", "232.0", "035", "2.00", "51.0", "26.0"},
+       {"0", "232", "35", "51", "51", "26"},
+       {200, 232, 35, 51, 51, 26}},
       // A bad field leaves its caption and takes the first branch.
       {"a bad input",
        {"?????", "232.0", "035", "2.00", "51.0", "26.0"},
@@ -129,7 +133,28 @@ TEST_F(ReplyDecoderTest, ShapeDecidesWhatIsDecoded) {
     state.Main.PollsAnswered = 0;
     MSComm1.Receive(row.text);
     EXPECT_EQ(state.Main.PollsAnswered, row.decoded ? 3 : 0);
-    EXPECT_EQ(state.Main.RxText.empty(), row.decoded);
+    // A line is dropped at its end.
+    EXPECT_EQ(state.Main.RxText.empty(), row.decoded || row.text.ends_with('\r'));
+  }
+}
+
+// Replies that come back to back, in whatever pieces: the answers to a poll and to the question for
+// the UPS's data after a silence.
+TEST_F(ReplyDecoderTest, EachReplyCountsInFrontOfAndBehindAnother) {
+  const std::string status = StatusFrame{.bits = "1000"}.Text();
+  const std::string information = "OV,700,2.1,220,x,8,12,y,zzzzzz\r";
+  for (const std::string& text :
+       {status + information, information + status, "MD\r" + information + "\r(\r" + status}) {
+    for (std::size_t piece = 1; piece <= text.size(); ++piece) {
+      SCOPED_TRACE(piece);
+      panel.lblAc.Caption("");
+      panel.Label7[1].Caption("UnKnown");
+      for (std::size_t at = 0; at < text.size(); at += piece) {
+        MSComm1.Receive(text.substr(at, piece));
+      }
+      EXPECT_EQ(panel.lblAc.Caption(), "Fail");
+      EXPECT_EQ(panel.Label7[1].Caption(), "OV");
+    }
   }
 }
 

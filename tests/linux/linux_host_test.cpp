@@ -96,14 +96,14 @@ grep -E 'Sig(Blk|Ign)' /proc/$$/status | sed 's/:.*\(.......\)$/ \1/' >> seen
 
 TEST(PrevInstance, OneProgramForEachDirectory) {
   const TempFolder one, other;
-  LinuxHost first(one.Path(), {}, [] {}), second(one.Path(), {}, [] {});
+  LinuxHost first(one.Path(), {}, {}, {}), second(one.Path(), {}, {}, {});
   for (int i = 0; i < 2; ++i) {
     EXPECT_FALSE(first.PrevInstance());
     EXPECT_TRUE(second.PrevInstance());
   }
   // A directory without a lock holds nobody off.
   for (const std::string& path : {other.Path(), other.Path("none")}) {
-    EXPECT_FALSE(LinuxHost(path, {}, [] {}).PrevInstance());
+    EXPECT_FALSE(LinuxHost(path, {}, {}, {}).PrevInstance());
   }
 }
 

@@ -110,7 +110,7 @@ class Life : public World {
   // left behind.
   void End() {
     forms.Unload(Form::frmMain);
-    const auto halts = std::count(events.begin(), events.end(), "ExitWindowsEx 1 0");
+    const auto halts = std::count(events.begin(), events.end(), "TakeDown");
     Check(halts == sequences_ && sequences_ <= 1, "one sequence at most, each to its end");
     Check(Log() == log_, "the log tells this:\n" + Log() + "and should tell this:\n" + log_);
     Check(DateRec() == records_, "the records are\n" + DateRec() + "and should be\n" + records_);
@@ -193,16 +193,20 @@ class Life : public World {
     };
   }
 
+  // Line by line, each by itself.
   void OnUpsText(std::string_view bytes) {
     if (Down()) return;
-    std::string& text = form_.text;
-    text += bytes;
-    const bool information = text.size() >= 30 && std::count(text.begin(), text.end(), ',') == 8;
-    const bool status = text.size() > 46 && text.front() == '(';
-    if (!information && !status) return;
-    form_.unanswered = 0;
-    if (status) OnReply({text[38] == '1', text[39] == '1', text[41] == '1'});
-    text.clear();
+    while (!bytes.empty()) {
+      const std::size_t size = std::min(bytes.find('\r'), bytes.size() - 1) + 1;
+      std::string& text = form_.text;
+      text += bytes.substr(0, size);
+      bytes.remove_prefix(size);
+      const bool information = text.size() >= 30 && std::count(text.begin(), text.end(), ',') == 8;
+      const bool status = text.size() > 46 && text.front() == '(';
+      if (information || status) form_.unanswered = 0;
+      if (status) OnReply({text[38] == '1', text[39] == '1', text[41] == '1'});
+      if (information || status || text.back() == '\r') text.clear();
+    }
   }
 
   // An episode of a fault is told once: when a reply shows it and one before showed it clear.

@@ -30,7 +30,6 @@ TEST_F(QtDialogsTest, QuestionIsYesForYesAlone) {
       {[](QMessageBox& box) { box.button(QMessageBox::No)->click(); }, false},
       {[](QMessageBox& box) { box.defaultButton()->click(); }, false},  // by Enter
       {[](QMessageBox& box) { box.close(); }, false},
-      {[this](QMessageBox&) { dialogs.Dismiss(); }, false},
   };
   int number = 0;
   for (const auto& [act, answer] : cases) {
@@ -70,22 +69,6 @@ TEST_F(QtDialogsTest, BoxStandsInFrontOfAWindowThatStaysOnTop) {
     });
     dialogs.Plain("text", "Orvane");
   }
-}
-
-TEST_F(QtDialogsTest, DismissTakesEveryBoxAway) {
-  WhenItStands([&](QMessageBox& first) {
-    EXPECT_EQ(first.icon(), QMessageBox::Warning);
-    WhenItStands([&](QMessageBox& second) {
-      EXPECT_EQ(second.icon(), QMessageBox::NoIcon);
-      dialogs.Dismiss();
-      EXPECT_FALSE(first.isVisible());
-      EXPECT_FALSE(second.isVisible());
-    });
-    dialogs.Plain("second", "Orvane");
-  });
-  dialogs.Exclamation("first", "Orvane：Info");
-  EXPECT_EQ(QApplication::activeModalWidget(), nullptr);
-  dialogs.Dismiss();
 }
 
 }  // namespace

@@ -120,7 +120,7 @@ TEST_F(ScheduleEngineTest, ClosedPortAndFullDiskStopNothing) {
   Entry(kWeekly, 5, {"1", "9:00", "9:00", ""});
   MSComm1.PortOpen(true);
   EXPECT_EQ(TickAt(kFridayNine), "TL\rC\rS.5\r");
-  EXPECT_EQ(events.back(), "ExitWindowsEx 1 0");
+  EXPECT_EQ(events.back(), "TakeDown");
 }
 
 TEST_F(ScheduleEngineTest, OnlyTheClockOnTheWallCounts) {

@@ -21,7 +21,9 @@ class FakeHost : public Host {
 
   bool previous_instance = false;
   RunOutcome companion{RunOutcome::End::kExited, 0, ""};
-  bool refuse_shutdown = false;
+  // The computer falls asleep, or has woken.
+  std::function<void(bool asleep)> Sleep;
+  bool kept_awake = false;
   // Runs while the companion does.
   std::function<void()> OnRun;
   std::vector<std::string> reports;
@@ -35,11 +37,9 @@ class FakeHost : public Host {
     if (OnRun) OnRun();
     return companion;
   }
-  void EnableShutdownPrivilege() override { events_.push_back("EnableShutdownPrivilege"); }
-  bool ExitWindowsEx(unsigned flags, unsigned reserved) override {
-    events_.push_back("ExitWindowsEx " + std::to_string(flags) + ' ' + std::to_string(reserved));
-    return !refuse_shutdown;
-  }
+  void TakeDown() override { events_.push_back("TakeDown"); }
+  void OnSleep(std::function<void(bool asleep)> handler) override { Sleep = std::move(handler); }
+  void KeepAwake(bool on) override { kept_awake = on; }
   void Beep() override { events_.push_back("Beep"); }
   void Report(const std::string& line) override { reports.push_back(line); }
 
@@ -63,11 +63,8 @@ class FakeDialogs : public Dialogs {
     Box("Ask", text, title);
     return answer && !dismissed_;
   }
-  void Dismiss() override {
-    if (open_ == 0) return;
-    events_.push_back("Dismiss");
-    dismissed_ = true;
-  }
+  // Takes the open boxes away, as the windows do it.
+  void Dismiss() { dismissed_ = open_ > 0; }
 
  private:
   void Box(const char* kind, std::string_view text, std::string_view title) {
@@ -85,7 +82,7 @@ class FakeDialogs : public Dialogs {
 
 class FakeForms : public Forms {
  public:
-  explicit FakeForms(Events& events) : events_(events) {}
+  FakeForms(Events& events, FakeDialogs& dialogs) : events_(events), dialogs_(dialogs) {}
 
   std::set<Form> open;
   // Runs inside Unload, and inside a Show of what was not open, for a test that plays the window.
@@ -102,6 +99,10 @@ class FakeForms : public Forms {
     Note("Unload", form);
     if (OnUnload) OnUnload(form);
   }
+  void Dismiss() override {
+    events_.push_back("Dismiss");
+    dialogs_.Dismiss();
+  }
   void DoEvents() override { events_.push_back("DoEvents"); }
 
  private:
@@ -113,6 +114,7 @@ class FakeForms : public Forms {
   }
 
   Events& events_;
+  FakeDialogs& dialogs_;
 };
 
 }  // namespace orvane::test

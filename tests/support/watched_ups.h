@@ -26,9 +26,11 @@ struct WatchedComputer : RunningProgram {
   WatchedComputer() : RunningProgram(Language::kEnglish) {
     time.SetWall({2001, 2, 16, 9, 5, 33});
     forms.OnLoad = [this](Form which) {
+      if (which == Form::frmMain) form.Form_Load();
       if (which == Form::frmAlert) form.Alert().Form_Load();
     };
     forms.OnUnload = [this](Form which) {
+      if (which == Form::frmMain) form.Form_QueryUnload();
       if (which == Form::frmAlert) form.Alert().Form_Unload();
     };
   }
@@ -62,7 +64,7 @@ struct WatchedComputer : RunningProgram {
   auto Count(const std::string& event) const {
     return std::count(events.begin(), events.end(), event);
   }
-  bool Down() const { return Count("ExitWindowsEx 1 0") > 0; }
+  bool Down() const { return Count("TakeDown") > 0; }
   bool AlertOpen() const { return forms.open.contains(Form::frmAlert); }
 
   const std::string& Status() const { return panel.Label13.Caption(); }

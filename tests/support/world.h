@@ -23,7 +23,7 @@ struct World {
   Events events;
   FakeHost host{events};
   FakeDialogs dialogs{events};
-  FakeForms forms{events};
+  FakeForms forms{events, dialogs};
   Seams seams{{Timer1, Timer2, Timer3, TimerDial, tmrDate},
               alert_timer,
               dial_pass,

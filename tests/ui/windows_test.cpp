@@ -2,7 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include <QAbstractItemView>
 #include <QApplication>
+#include <QComboBox>
+#include <QMenu>
 #include <QMessageBox>
 #include <QPointer>
 #include <QTimer>
@@ -10,6 +13,7 @@
 #include <QWindow>
 #include <functional>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace orvane::test {
@@ -19,13 +23,17 @@ struct WindowsTest : testing::Test {
   using Events = std::vector<std::string>;
 
   WindowsTest() {
-    windows.MakeMain(main,
-                     {[this] {
-                        Tell("Form_Load");
-                        OnLoad();
-                        return true;
-                      },
-                      [this] { Tell("Form_Activate"); }, [this] { Tell("Form_QueryUnload"); }});
+    windows.MakeMain(main, {[this] {
+                              Tell("Form_Load");
+                              loaded = true;
+                              OnLoad();
+                              return loaded;
+                            },
+                            [this] { Tell("Form_Activate"); },
+                            [this] {
+                              if (std::exchange(loaded, false)) Tell("Form_QueryUnload");
+                            },
+                            [this] { return loaded; }});
     windows.Make(Form::frmLog, [this] { return log = new QWidget; });
   }
   // Some activations come from the window system and some do not; one after the other is as good as
@@ -49,6 +57,7 @@ struct WindowsTest : testing::Test {
   }
 
   QWidget main;
+  bool loaded = false;
   Windows windows;
   Events events;
   std::function<void()> OnLoad = [] {};
@@ -64,7 +73,6 @@ TEST_F(WindowsTest, ClosingByTheUserIsAnUnloadAndTheMainWindowsEndsTheProgram) {
        },
        [&] { main.close(); }});
   windows.End();
-  windows.UnloadMain();
   EXPECT_EQ(events, (Events{"Form_Load", "Form_Activate", "Form_QueryUnload"}));
 }
 
@@ -133,12 +141,41 @@ TEST_F(WindowsTest, WindowThatStaysOnTopComesUpBehindABox) {
   box.exec();
 }
 
-TEST_F(WindowsTest, EndInTheMiddleOfTheLoadUnloadsAtItsEnd) {
+// Menus and lists hold the keyboard and the pointer, boxes the program.
+TEST_F(WindowsTest, DismissTakesAwayWhateverStandsOpen) {
+  main.show();
+  QMenu menu, submenu;
+  menu.addMenu(&submenu);
+  QComboBox list(&main);
+  list.addItems({"one", "two"});
+  list.show();
+  QMessageBox first, second;
+  for (QMessageBox* box : {&first, &second}) {
+    box->setStandardButtons(QMessageBox::Yes | QMessageBox::No);
+  }
+  QTimer::singleShot(0, [&] {
+    QTimer::singleShot(0, [&] {
+      list.showPopup();
+      menu.popup({});
+      submenu.popup({});
+      ASSERT_EQ(QApplication::activePopupWidget(), &submenu);
+      windows.Dismiss();
+      EXPECT_EQ(QApplication::activePopupWidget(), nullptr);
+      EXPECT_FALSE(list.view()->isVisible());
+      for (const QMessageBox* box : {&first, &second}) EXPECT_FALSE(box->isVisible());
+    });
+    EXPECT_EQ(second.exec(), QMessageBox::No);
+  });
+  EXPECT_EQ(first.exec(), QMessageBox::No);
+  windows.Dismiss();
+}
+
+TEST_F(WindowsTest, EndInTheMiddleOfTheLoadIsTheEnd) {
   OnLoad = [this] {
     QMessageBox box;
     QTimer::singleShot(0, [this] { windows.End(); });
     box.exec();
-    EXPECT_EQ(events, Events{"Form_Load"});
+    EXPECT_FALSE(main.isVisible());
   };
   EXPECT_FALSE(windows.LoadMain());
   EXPECT_TRUE(windows.Ended());

@@ -1,35 +1,58 @@
 #include "platform/linux/bus.h"
 
+#include <poll.h>
 #include <systemd/sd-bus.h>
 
 #include <cerrno>
 #include <cstring>
 #include <limits>
+#include <utility>
 
 namespace orvane {
 namespace {
 
 constexpr const char* kNoAnswer = "no answer in time";
 
-// The library's own time-out never comes first: Wait has the deadline.
+// The library's own time-out never comes first: whoever waits has the deadline.
 constexpr std::uint64_t kForEver = std::numeric_limits<std::uint64_t>::max();
 
-// Keeps the call alive until the library has let go of it.
-using Holder = std::shared_ptr<BusCall>;
+// What the library keeps for a call or a subscription, until it has let go of it.
+using CallHolder = std::shared_ptr<BusCall>;
+using SignalHandler = std::function<void(sd_bus_message*)>;
+
+template <class T>
+void Release(void* data) {
+  delete static_cast<T*>(data);
+}
+
+// Leaves the slot, and `holder` with it, to the bus.
+template <class T>
+void LeaveToBus(sd_bus_slot* slot, T*) {
+  sd_bus_slot_set_destroy_callback(slot, Release<T>);
+  sd_bus_slot_set_floating(slot, 1);
+  sd_bus_slot_unref(slot);
+}
+
+void Finish(BusCall& call) {
+  call.done = true;
+  if (const auto on_done = std::exchange(call.on_done, nullptr)) on_done(call);
+}
 
 int TakeAnswer(sd_bus_message* message, void* data, sd_bus_error*) {
-  BusCall& call = **static_cast<Holder*>(data);
-  call.done = true;
+  const CallHolder call = *static_cast<CallHolder*>(data);
   if (const sd_bus_error* error = sd_bus_message_get_error(message)) {
-    call.error = error->message && *error->message ? error->message : error->name;
+    call->error_name = error->name;
+    call->error = error->message && *error->message ? error->message : error->name;
   } else {
-    call.answer = sd_bus_message_ref(message);
+    call->answer = sd_bus_message_ref(message);
   }
+  Finish(*call);
   return 0;
 }
 
-void Release(void* data) {
-  delete static_cast<Holder*>(data);
+int TakeSignal(sd_bus_message* message, void* data, sd_bus_error*) {
+  (*static_cast<SignalHandler*>(data))(message);
+  return 0;
 }
 
 }  // namespace
@@ -61,31 +84,46 @@ Bus::~Bus() {
   sd_bus_close_unref(bus_);
 }
 
-std::shared_ptr<BusCall> Bus::Send(const BusObject& object, const char* member,
-                                   const std::function<void(sd_bus_message*)>& fill) {
+std::shared_ptr<BusCall> Bus::Send(const BusObject& object, const char* member, const Fill& fill,
+                                   std::function<void(const BusCall&)> on_done) {
   auto call = std::make_shared<BusCall>();
+  call->on_done = std::move(on_done);
   sd_bus_message* message = nullptr;
   int result = sd_bus_message_new_method_call(bus_, &message, object.destination, object.path,
                                               object.interface, member);
   if (result >= 0) {
     if (fill) fill(message);
     sd_bus_slot* slot = nullptr;
-    auto* holder = new Holder(call);
+    auto* holder = new CallHolder(call);
     result = sd_bus_call_async(bus_, &slot, message, TakeAnswer, holder, kForEver);
     if (result < 0) {
       delete holder;
     } else {
-      sd_bus_slot_set_destroy_callback(slot, Release);
-      sd_bus_slot_set_floating(slot, 1);
-      sd_bus_slot_unref(slot);
+      LeaveToBus(slot, holder);
     }
   }
   sd_bus_message_unref(message);
   if (result < 0) {
-    call->done = true;
     call->error = std::strerror(-result);
+    Finish(*call);
   }
+  if (OnSend) OnSend();
   return call;
+}
+
+bool Bus::Subscribe(const BusObject& object, const char* member, SignalHandler on_signal) {
+  sd_bus_slot* slot = nullptr;
+  auto* holder = new SignalHandler(std::move(on_signal));
+  const int result =
+      sd_bus_match_signal_async(bus_, &slot, object.destination, object.path, object.interface,
+                                member, TakeSignal, nullptr, holder);
+  if (result < 0) {
+    delete holder;
+    return false;
+  }
+  LeaveToBus(slot, holder);
+  if (OnSend) OnSend();
+  return true;
 }
 
 bool Bus::Wait(const std::function<bool()>& done, Time deadline) {
@@ -104,10 +142,33 @@ bool Bus::Wait(const std::function<bool()>& done, Time deadline) {
 }
 
 std::shared_ptr<BusCall> Bus::Call(const BusObject& object, const char* member, Time deadline,
-                                   const std::function<void(sd_bus_message*)>& fill) {
+                                   const Fill& fill) {
   auto call = Send(object, member, fill);
   if (!Wait([&] { return call->done; }, deadline) && !call->done) call->error = kNoAnswer;
   return call;
+}
+
+int Bus::Descriptor() const {
+  return sd_bus_get_fd(bus_);
+}
+
+bool Bus::WantsToWrite() const {
+  const int events = sd_bus_get_events(bus_);
+  return events > 0 && (events & POLLOUT) != 0;
+}
+
+std::optional<Bus::Time> Bus::Due() const {
+  std::uint64_t microseconds = 0;
+  if (sd_bus_get_timeout(bus_, &microseconds) < 0 || microseconds == kForEver) return std::nullopt;
+  return Time(std::chrono::microseconds(microseconds));
+}
+
+bool Bus::Serve() {
+  int served = 0;
+  do {
+    served = sd_bus_process(bus_, nullptr);
+  } while (served > 0);
+  return served == 0;
 }
 
 }  // namespace orvane

@@ -101,8 +101,9 @@ bool AppendTo(const File& file, off_t size, std::string_view record, bool settle
   const bool whole = put == static_cast<ssize_t>(record.size());
   if (whole && (!settle || fdatasync(file.Get()) == 0)) return true;
   // Nothing more can be done about a file that will not be cut back either.
-  if (put > 0) [[maybe_unused]]
-    const int cut = ftruncate(file.Get(), size);
+  if (put > 0) {
+    [[maybe_unused]] const int cut = ftruncate(file.Get(), size);
+  }
   return false;
 }
 

@@ -75,10 +75,12 @@ void ReportLine(const std::string& line) {
 }
 
 LinuxHost::LinuxHost(std::string program_directory, const PlatformSettings& settings,
-                     std::function<void()> beep)
+                     SystemBus::Attach attach, std::function<void()> beep)
     : program_directory_(std::move(program_directory)),
       windows_directory_(settings.windows_directory),
-      logind_(settings.action, ReportOwnLine),
+      bus_(std::move(attach)),
+      logind_(settings.action, bus_, ReportOwnLine),
+      sleep_locks_(bus_, ReportOwnLine),
       beep_(std::move(beep)) {}
 
 bool LinuxHost::PrevInstance() {

@@ -6,6 +6,7 @@
 #include "platform/host.h"
 #include "platform/linux/file.h"
 #include "platform/linux/platform_settings.h"
+#include "platform/linux/sleep_locks.h"
 
 namespace orvane {
 
@@ -22,24 +23,29 @@ void ReportLine(const std::string& line);
 
 class LinuxHost : public Host {
  public:
-  // `beep` sounds the beep of the desktop.
+  // `attach` has the event loop serve the system bus; `beep` sounds the beep of the desktop.
   LinuxHost(std::string program_directory, const PlatformSettings& settings,
-            std::function<void()> beep);
+            SystemBus::Attach attach, std::function<void()> beep);
 
   std::string ProgramDirectory() const override { return program_directory_; }
   std::string WindowsDirectory() const override { return windows_directory_; }
   std::string CompanionPath() const override { return ExecutableDirectory() + "/exit.exe"; }
   bool PrevInstance() override;
   RunOutcome RunHidden(const std::string& path, std::chrono::milliseconds limit) override;
-  void EnableShutdownPrivilege() override { logind_.EnableShutdownPrivilege(); }
-  bool ExitWindowsEx(unsigned, unsigned) override { return logind_.ExitWindowsEx(); }
+  void TakeDown() override { logind_.TakeDown(); }
+  void OnSleep(std::function<void(bool asleep)> handler) override {
+    sleep_locks_.Watch(std::move(handler));
+  }
+  void KeepAwake(bool on) override { sleep_locks_.KeepAwake(on); }
   void Beep() override { beep_(); }
   void Report(const std::string& line) override;
 
  private:
   const std::string program_directory_;
   const std::string windows_directory_;
+  SystemBus bus_;
   Logind logind_;
+  SleepLocks sleep_locks_;
   const std::function<void()> beep_;
   File lock_;  // held while this process lives
 };

@@ -2,37 +2,89 @@
 
 #include <systemd/sd-bus.h>
 
-#include <algorithm>
-#include <array>
+#include <cstdint>
 
-#include "platform/linux/bus.h"
 #include "platform/text.h"
 
 namespace orvane {
 namespace {
 
-constexpr BusObject kManager = {"org.freedesktop.login1", "/org/freedesktop/login1",
-                                "org.freedesktop.login1.Manager"};
+// SD_LOGIND_SKIP_INHIBITORS. A logind that does not know it, before systemd 257, refuses the
+// request as invalid and takes the plain one, which no block lock holds up for whoever may override
+// it.
+constexpr std::uint64_t kSkipInhibitors = 1U << 4U;
 
-// What a bus that hangs may cost in all, and how much of it the questions may.
-constexpr std::chrono::milliseconds kPatience{5000};
-constexpr std::chrono::milliseconds kQuestionPatience{2500};
+void WithFlags(sd_bus_message* message) {
+  sd_bus_message_append_basic(message, 't', &kSkipInhibitors);
+}
 
-constexpr const char* kYes = "yes";
-constexpr const char* kNotAsked = "not asked";
-constexpr const char* kNoAnswer = "no answer";
+void NotInteractive(sd_bus_message* message) {
+  const int interactive = 0;
+  sd_bus_message_append_basic(message, 'b', &interactive);
+}
 
-// What "no" and its like mean to whoever reads the line.
+struct Request {
+  const char* method;
+  void (*fill)(sd_bus_message*);
+};
+
+constexpr std::size_t kRequests = 4;
+constexpr Request kHaltFirst[kRequests] = {{"HaltWithFlags", WithFlags},
+                                           {"Halt", NotInteractive},
+                                           {"PowerOffWithFlags", WithFlags},
+                                           {"PowerOff", NotInteractive}};
+constexpr Request kPowerOffFirst[kRequests] = {kHaltFirst[2], kHaltFirst[3], kHaltFirst[0],
+                                               kHaltFirst[1]};
+
+struct Question {
+  const char* method;
+  const char* end;
+};
+constexpr Question kQuestions[] = {{"CanHalt", "Halt"}, {"CanPowerOff", "PowerOff"}};
+
+void Add(std::string& list, const std::string& entry) {
+  if (!list.empty()) list += "; ";
+  list += entry;
+}
+
+// What an answer but "yes" means to whoever reads the line.
 std::string InWords(const BusCall& call) {
-  if (!call.Answered()) return call.error.empty() ? kNoAnswer : call.error;
+  if (!call.Answered()) return call.error;
   const std::string answer = call.Text();
   if (answer == "challenge") return "only with a password";
   if (answer == "na") return "not possible on this computer";
+  if (answer == "inhibited" || answer == "inhibitor-blocked") return "blocked by another program";
+  if (answer == "challenge-inhibitor-blocked") {
+    return "blocked by another program, and only with a password";
+  }
   return answer.empty() ? "no clear answer" : answer;
 }
 
-Bus::Time In(std::chrono::milliseconds wait) {
-  return std::chrono::steady_clock::now() + wait;
+std::string DoesNotGoDown(const std::string& reason) {
+  return "the computer does not go down: " + reason;
+}
+
+std::string CouldNotGoDown(const std::string& reason) {
+  return "the computer could not go down (" + reason + "); Action=None leaves it running anyway";
+}
+
+// Who holds up a shutdown for good; empty when nobody does. The reply lists what, who, why, mode,
+// user and process of each lock.
+std::string BlockersIn(const BusCall& call) {
+  std::string blockers;
+  if (!call.Answered() || sd_bus_message_enter_container(call.answer, 'a', "(ssssuu)") < 0) {
+    return blockers;
+  }
+  const char *what = nullptr, *who = nullptr, *why = nullptr, *mode = nullptr;
+  std::uint32_t user = 0, process = 0;
+  while (sd_bus_message_read(call.answer, "(ssssuu)", &what, &who, &why, &mode, &user, &process) >
+         0) {
+    if (!std::string_view(mode).starts_with("block")) continue;
+    if ((':' + std::string(what) + ':').find(":shutdown:") == std::string::npos) continue;
+    if (!blockers.empty()) blockers += ", ";
+    blockers += std::string(who) + " (" + why + ", process " + std::to_string(process) + ')';
+  }
+  return blockers;
 }
 
 }  // namespace
@@ -51,77 +103,55 @@ bool ReadShutdownAction(std::string_view text, ShutdownAction& action) {
   return false;
 }
 
-void Logind::EnableShutdownPrivilege() {
-  const End halt = {"Halt", "CanHalt", kNotAsked};
-  const End power_off = {"PowerOff", "CanPowerOff", kNotAsked};
-  ends_[0] = action_ == ShutdownAction::kPowerOff ? power_off : halt;
-  ends_[1] = action_ == ShutdownAction::kPowerOff ? halt : power_off;
-
-  left_ = kPatience;
-  const Bus::Time begun = std::chrono::steady_clock::now();
+void Logind::TakeDown() {
+  const bool none = action_ == ShutdownAction::kNone;
   std::string error;
-  const auto bus = Bus::Open(Bus::Which::kSystem, error);
-  if (!bus) {
-    for (End& end : ends_) end.answer = "no system bus: " + error;
-    return;
+  open_ = bus_.Get(error);
+  if (!open_) {
+    const std::string reason = "no system bus: " + error;
+    report_(none ? CouldNotGoDown(reason) : DoesNotGoDown(reason));
+  } else if (none) {
+    AskWhatIsAllowed();
+  } else {
+    TryNext();
   }
-  // Both questions at once: one slow answer costs no more than two.
-  const std::array calls = {bus->Send(kManager, ends_[0].question),
-                            bus->Send(kManager, ends_[1].question)};
-  static_cast<void>(
-      bus->Wait([&] { return calls[0]->done && calls[1]->done; }, In(kQuestionPatience)));
-  for (std::size_t i = 0; i < calls.size(); ++i) ends_[i].answer = InWords(*calls[i]);
-  left_ -= std::chrono::duration_cast<std::chrono::milliseconds>(std::chrono::steady_clock::now() -
-                                                                 begun);
 }
 
-bool Logind::ExitWindowsEx() {
-  const auto said = [](const char* answer) {
-    return [answer](const End& end) { return end.answer == answer; };
-  };
-  const auto first = std::find_if(std::begin(ends_), std::end(ends_), said(kYes));
-  if (action_ == ShutdownAction::kNone) {
-    report_(first == std::end(ends_)
-                ? "the computer could not go down (" + Refusals() +
-                      "); Action=None leaves it running anyway"
-                : std::string("the computer would now go down (") + first->method +
-                      " is allowed); Action=None leaves it running");
-    return false;
-  }
-  // A logind that is too busy to say what is allowed may still do it.
-  const auto worth_a_try = said(first == std::end(ends_) ? kNoAnswer : kYes);
-  const Bus::Time deadline = In(left_);
-  std::string error;
-  const auto bus = std::any_of(std::begin(ends_), std::end(ends_), worth_a_try)
-                       ? Bus::Open(Bus::Which::kSystem, error)
-                       : nullptr;
-  for (End& end : ends_) {
-    if (!worth_a_try(end)) continue;
-    if (!bus) {
-      end.answer = "no system bus: " + error;
-      continue;
-    }
-    const auto call = bus->Call(kManager, end.method, deadline, [](sd_bus_message* message) {
-      const int interactive = 0;
-      sd_bus_message_append_basic(message, 'b', &interactive);
+// Any failure leads on, since whatever logind has against one request it may not have against the
+// next, and nothing is left to lose.
+void Logind::TryNext() {
+  if (next_ == kRequests) return ReportWithBlockers(DoesNotGoDown(refusals_));
+  const Request& request =
+      (action_ == ShutdownAction::kPowerOff ? kPowerOffFirst : kHaltFirst)[next_++];
+  open_->Send(kLogindManager, request.method, request.fill, [&](const BusCall& call) {
+    if (call.Answered()) return;
+    Add(refusals_, std::string(request.method) + ": " + call.error);
+    TryNext();
+  });
+}
+
+void Logind::AskWhatIsAllowed() {
+  unanswered_ = std::size(kQuestions);
+  for (const Question& question : kQuestions) {
+    open_->Send(kLogindManager, question.method, {}, [&](const BusCall& call) {
+      if (call.Text() == "yes") {
+        if (allowed_.empty()) allowed_ = question.end;
+      } else {
+        Add(refusals_, std::string(question.end) + ": " + InWords(call));
+      }
+      if (--unanswered_ > 0) return;
+      ReportWithBlockers(allowed_.empty() ? CouldNotGoDown(refusals_)
+                                          : "the computer would now go down (" + allowed_ +
+                                                " is allowed); Action=None leaves it running");
     });
-    if (call->Answered()) return true;
-    end.answer = call->error.empty() ? kNoAnswer : call->error;
-    // Asked and perhaps heard: the other end must not come on top of it.
-    if (!call->done) break;
   }
-  report_("the computer does not go down: " + Refusals());
-  return false;
 }
 
-std::string Logind::Refusals() const {
-  std::string text;
-  for (const End& end : ends_) {
-    if (!end.method) return "logind was not asked";
-    if (!text.empty()) text += "; ";
-    text += std::string(end.method) + ": " + end.answer;
-  }
-  return text;
+void Logind::ReportWithBlockers(const std::string& line) {
+  open_->Send(kLogindManager, "ListInhibitors", {}, [this, line](const BusCall& call) {
+    const std::string blockers = BlockersIn(call);
+    report_(blockers.empty() ? line : line + "; a shutdown is blocked by " + blockers);
+  });
 }
 
 }  // namespace orvane

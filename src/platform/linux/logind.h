@@ -1,13 +1,18 @@
 // The end of the computer by way of logind, which lets an ordinary user take it down where the
-// administrator allows it.
+// administrator allows it. The methods are those of org.freedesktop.login1(5).
 #pragma once
 
-#include <chrono>
 #include <functional>
+#include <span>
 #include <string>
 #include <string_view>
 
+#include "platform/linux/system_bus.h"
+
 namespace orvane {
+
+inline constexpr BusObject kLogindManager = {"org.freedesktop.login1", "/org/freedesktop/login1",
+                                             "org.freedesktop.login1.Manager"};
 
 // How the computer goes down.
 enum class ShutdownAction {
@@ -23,33 +28,29 @@ bool ReadShutdownAction(std::string_view text, ShutdownAction& action);
 class Logind {
  public:
   // `report` takes one line for whoever looks for the reason of a failure.
-  Logind(ShutdownAction action, std::function<void(const std::string&)> report)
-      : action_(action), report_(std::move(report)) {}
+  Logind(ShutdownAction action, SystemBus& bus, std::function<void(const std::string&)> report)
+      : action_(action), bus_(bus), report_(std::move(report)) {}
 
-  // Asks what this user may do without a password. The two operations together take at most five
-  // seconds, whatever the bus does.
-  void EnableShutdownPrivilege();
-
-  // Asks for the end that `action` names where that is allowed, else for the other one; where
-  // logind did not answer in time what is allowed, asks all the same. Returns as soon as logind has
-  // taken it. False when the computer stays up, by refusal or because `action` says so; the reason
-  // has been reported.
-  bool ExitWindowsEx();
+  // Asks for the end that `action` names, then for the other one, each at first over the heads of
+  // programs that block a shutdown; the first request that logind takes ends it. Returns at once.
+  // The answers are waited for by the event loop, for as long as the program runs: logind refuses a
+  // request whose caller has gone. Where the computer stays up, a line reports why, and which
+  // programs block a shutdown. For kNone, asks only what is allowed, and reports that.
+  void TakeDown();
 
  private:
-  // One of the two ends, and what logind said to it.
-  struct End {
-    const char* method = nullptr;
-    const char* question = nullptr;
-    std::string answer;  // "yes", or why not
-  };
-
-  std::string Refusals() const;
+  void TryNext();
+  void AskWhatIsAllowed();
+  void ReportWithBlockers(const std::string& line);
 
   ShutdownAction action_;
+  SystemBus& bus_;
   std::function<void(const std::string&)> report_;
-  End ends_[2];                        // in the order in which they are tried
-  std::chrono::milliseconds left_{0};  // of the time that the bus may take
+  Bus* open_ = nullptr;         // the connection that the requests go over
+  std::size_t next_ = 0;        // the next request
+  std::string refusals_;        // what came of those before it
+  std::string allowed_;         // the first end that is allowed; kNone alone
+  std::size_t unanswered_ = 0;  // questions under way; kNone alone
 };
 
 }  // namespace orvane

@@ -43,10 +43,7 @@ int QtDialogs::Show(QMessageBox::Icon icon, std::string_view text, std::string_v
     box.winId();
     box.windowHandle()->setTransientParent(owner->windowHandle());
   }
-  open_.push_back(&box);
-  const int answer = box.exec();
-  std::erase(open_, &box);
-  return answer;
+  return box.exec();
 }
 
 void QtDialogs::Exclamation(std::string_view text, std::string_view title) {
@@ -60,10 +57,6 @@ void QtDialogs::Plain(std::string_view text, std::string_view title) {
 bool QtDialogs::Ask(std::string_view text, std::string_view title) {
   return Show(QMessageBox::Question, text, title, QMessageBox::Yes | QMessageBox::No,
               QMessageBox::No) == QMessageBox::Yes;
-}
-
-void QtDialogs::Dismiss() {
-  for (auto box = open_.rbegin(); box != open_.rend(); ++box) (*box)->reject();
 }
 
 }  // namespace orvane

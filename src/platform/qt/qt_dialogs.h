@@ -3,7 +3,6 @@
 
 #include <QMessageBox>
 #include <functional>
-#include <vector>
 
 #include "platform/dialogs.h"
 
@@ -17,13 +16,10 @@ class QtDialogs : public Dialogs {
   void Exclamation(std::string_view text, std::string_view title) override;
   void Plain(std::string_view text, std::string_view title) override;
   bool Ask(std::string_view text, std::string_view title) override;
-  void Dismiss() override;
 
  private:
   int Show(QMessageBox::Icon icon, std::string_view text, std::string_view title,
            QMessageBox::StandardButtons buttons, QMessageBox::StandardButton by_default);
-
-  std::vector<QMessageBox*> open_;  // the later ones stand in front
 };
 
 }  // namespace orvane

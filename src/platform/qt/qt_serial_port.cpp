@@ -57,6 +57,7 @@ QtSerialPort::QtSerialPort(std::function<std::string(int)> device_of,
                            std::chrono::milliseconds gather)
     : device_of_(std::move(device_of)), gather_(static_cast<int>(gather.count())) {
   gather_timer_.setSingleShot(true);
+  gather_timer_.setTimerType(Qt::PreciseTimer);
   connect(&gather_timer_, &QTimer::timeout, this, &QtSerialPort::Collect);
   connect(&port_, &QSerialPort::readyRead, this, &QtSerialPort::Arrived);
   connect(&port_, &QSerialPort::errorOccurred, this, &QtSerialPort::Lost);
