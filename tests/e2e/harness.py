@@ -86,9 +86,13 @@ class Process:
         return code
 
     def close(self):
-        if self.running():
+        # A program that is killed leaves the lock of its port behind, which holds another user off.
+        self.process.terminate()
+        try:
+            self.wait()
+        except subprocess.TimeoutExpired:
             self.process.kill()
-        self.wait()
+            self.wait()
         for stream in (self.process.stdin, self.process.stdout, self.process.stderr):
             stream.close()
 
