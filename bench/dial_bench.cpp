@@ -18,7 +18,7 @@ struct Call : World {
     dialler.Attach();
     state.PhoneCode = "5550100";
     state.Settings[kModemPort] = 2;
-    TimerDial.Enabled(true);
+    dial_timer.Enabled(true);
     dialler.Dial();
   }
 };
@@ -26,9 +26,9 @@ struct Call : World {
 void PassWithoutAReply(benchmark::State& run) {
   Call call;
   for (auto _ : run) {
-    call.dial_pass.Tick();
+    call.modem_timer.Tick();
     if (!call.dialler.Running()) {
-      call.TimerDial.Enabled(true);
+      call.dial_timer.Enabled(true);
       call.dialler.Dial();
     }
   }
@@ -43,10 +43,10 @@ void Flood(benchmark::State& run) {
   noise.resize(size);
   Call call;
   for (auto _ : run) {
-    call.MSComm2.Receive(noise);
-    call.dial_pass.Tick();
+    call.modem_port.Receive(noise);
+    call.modem_timer.Tick();
     if (!call.dialler.Running()) {
-      call.TimerDial.Enabled(true);
+      call.dial_timer.Enabled(true);
       call.dialler.Dial();
     }
   }

@@ -41,15 +41,15 @@ struct Bench : World {
 
   Bench() {
     link.Attach();
-    MSComm1.PortOpen(true);
-    MSComm1.RThreshold(1);
+    ups_port.Open();
+    ups_port.Notify(true);
     CaptureNeedles(panel, state.Main);
   }
 
   void Run(benchmark::State& run, const std::vector<std::string>& replies) {
     std::size_t i = 0;
     const auto next = [&] {
-      MSComm1.Receive(replies[i]);
+      ups_port.Receive(replies[i]);
       i = i + 1 == replies.size() ? 0 : i + 1;
     };
     for (int warm = 0; warm < 1000; ++warm) next();
@@ -89,7 +89,7 @@ BENCHMARK(InformationReplyValuesChange);
 
 void FetchMessage(benchmark::State& run) {
   const int number = static_cast<int>(run.range(0));
-  for (auto _ : run) benchmark::DoNotOptimize(LoadResString(number));
+  for (auto _ : run) benchmark::DoNotOptimize(MessageText(number));
 }
 BENCHMARK(FetchMessage)->Arg(1)->Arg(121)->Arg(1001)->Arg(1121);
 

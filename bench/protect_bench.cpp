@@ -36,8 +36,8 @@ struct Bench : World {
     written.emplace(medium, time, real ? folder : host.ProgramDirectory());
     state.Settings = {1, 0, 60, 0, 20, 0, 30, 1, 3, 0, 0};
     state.ShutdownCommand = "S01";
-    static_cast<void>(MSComm1.PortOpen(true));
-    MSComm1.RThreshold(1);
+    static_cast<void>(ups_port.Open());
+    ups_port.Notify(true);
   }
   ~Bench() {
     std::error_code error;
@@ -51,21 +51,21 @@ struct Bench : World {
 
 void TickToCommand(benchmark::State& run, bool real) {
   Bench bench(real);
-  bench.panel.lblAc.Caption("Fail");
-  bench.panel.lblBatt.Caption("Normal");
+  bench.panel.mains.Caption("Fail");
+  bench.panel.battery.Caption("Normal");
   double elapsed = 0;
   Clock::time_point begun;
-  bench.MSComm1.OnSent = [&](const std::string&) { elapsed = Since(begun); };
+  bench.ups_port.OnSent = [&](const std::string&) { elapsed = Since(begun); };
   for (auto _ : run) {
     Shutdown shutdown(bench.state, bench.panel, *bench.written, bench.seams);
     Countdown countdown(bench.state, bench.panel, shutdown, bench.seams);
     bench.state.Main.AlertSeconds = 59;
     bench.state.ShutdownCountdown = 1;
     begun = Clock::now();
-    countdown.Timer2_Timer();
+    countdown.OnCountdown();
     run.SetIterationTime(elapsed);
     bench.events.clear();
-    bench.MSComm1.sent.clear();
+    bench.ups_port.sent.clear();
     bench.disk.files.clear();
   }
 }
@@ -77,18 +77,18 @@ void ReplyToJournals(benchmark::State& run, bool real) {
   const std::string well = StatusFrame{}.Text();
   const std::string failed = StatusFrame{.bits = "1000"}.Text();
   for (auto _ : run) {
-    bench.MSComm1.Receive(well);
+    bench.ups_port.Receive(well);
     // All but the last character, which the program waits for.
-    bench.MSComm1.Receive(failed.substr(0, 46));
+    bench.ups_port.Receive(failed.substr(0, 46));
     const auto begun = Clock::now();
-    bench.MSComm1.Receive(failed.substr(46));
+    bench.ups_port.Receive(failed.substr(46));
     run.SetIterationTime(Since(begun));
-    if (!bench.Timer2.Enabled() || bench.state.Main.EventArmed[kAcFail]) {
+    if (!bench.countdown_timer.Enabled() || bench.state.Main.EventArmed[kAcFail]) {
       run.SkipWithError("the fault was not reacted to");
       break;
     }
     bench.events.clear();
-    bench.MSComm1.sent.clear();
+    bench.ups_port.sent.clear();
     bench.disk.files.clear();
   }
 }

@@ -72,7 +72,7 @@ void StepToAnotherDay(benchmark::State& state) {
 void ReadDayRecords(benchmark::State& state) {
   Bench bench;
   DayHistory history(bench.real_disk, bench.time, bench.date_rec);
-  for (auto _ : state) history.Form_Load();
+  for (auto _ : state) history.Load();
   const DayRecords& records = history.Records();
   state.counters["records"] = static_cast<double>(records.Count());
   state.counters["bytes_a_record"] =

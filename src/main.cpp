@@ -8,7 +8,7 @@
 #include <cstdlib>
 #include <memory>
 
-#include "frame/frm_main.h"
+#include "frame/main_form.h"
 #include "platform/linux/linux_clock.h"
 #include "platform/linux/linux_disk.h"
 #include "platform/linux/linux_host.h"
@@ -26,8 +26,8 @@
 #include "ui/look.h"
 #include "ui/main_window.h"
 #include "ui/schedule_window.h"
-#include "ui/setup_window.h"
-#include "ui/shutdown_record_window.h"
+#include "ui/settings_window.h"
+#include "ui/shutdown_report_window.h"
 #include "ui/splash_window.h"
 #include "ui/windows.h"
 
@@ -51,16 +51,17 @@ struct Outside {
                  [](Bus& bus) { return std::make_shared<BusNotifier>(bus); },
                  [] { QApplication::beep(); }};
   PortMap ports{settings.ports};
-  QtSerialPort MSComm1{[this](int number) { return ports.DeviceOf(number); }, kUpsGather};
-  QtSerialPort MSComm2{[this](int number) { return ports.DeviceOf(number); }, kModemGather};
-  QtTimer Timer1, Timer2, Timer3, TimerDial, tmrDate, alert_timer, dial_pass;
+  QtSerialPort ups_port{[this](int number) { return ports.DeviceOf(number); }, kUpsGather};
+  QtSerialPort modem_port{[this](int number) { return ports.DeviceOf(number); }, kModemGather};
+  QtTimer poll_timer, countdown_timer, schedule_timer, dial_timer, clock_timer, alert_timer,
+      modem_timer;
   QtDialogs dialogs;
   Windows windows;
-  Seams seams{{Timer1, Timer2, Timer3, TimerDial, tmrDate},
+  Seams seams{{poll_timer, countdown_timer, schedule_timer, dial_timer, clock_timer},
               alert_timer,
-              dial_pass,
-              MSComm1,
-              MSComm2,
+              modem_timer,
+              ups_port,
+              modem_port,
               clock,
               disk,
               host,
@@ -69,7 +70,7 @@ struct Outside {
 };
 
 // The main form of a program that is being ended behind its back: the display goes away.
-FrmMain* form_at_exit = nullptr;
+MainForm* form_at_exit = nullptr;
 
 // Descriptors 0 to 2 are never a port or a file of ours, whoever closed them before the start.
 void OccupyStandardDescriptors() {
@@ -81,25 +82,25 @@ void OccupyStandardDescriptors() {
 }
 
 // Tells how the window of each form is made; each is made when it is asked for.
-void MakeForms(Outside& outside, State& state, Panel& panel, FrmMain& frm_main) {
+void MakeForms(Outside& outside, State& state, Panel& panel, MainForm& main_form) {
   Windows& windows = outside.windows;
-  windows.Make(Form::frmSplash, [&] { return new SplashWindow(windows); });
-  windows.Make(Form::frmAbout, [&] { return new AboutWindow(state, windows, outside.dialogs); });
-  windows.Make(Form::frmAlert, [&] { return new AlertWindow(state, frm_main.Alert()); });
-  windows.Make(Form::frmLog, [&] {
+  windows.Make(Form::kSplash, [&] { return new SplashWindow(windows); });
+  windows.Make(Form::kAbout, [&] { return new AboutWindow(state, windows, outside.dialogs); });
+  windows.Make(Form::kAlert, [&] { return new AlertWindow(state, main_form.Alert()); });
+  windows.Make(Form::kLog, [&] {
     return new LogWindow(state, outside.disk, outside.dialogs,
                          outside.program_directory + "/System.log");
   });
-  windows.Make(Form::frmDateRc, [&] {
+  windows.Make(Form::kDayHistory, [&] {
     return new DayHistoryWindow(state, outside.disk, outside.clock,
                                 outside.program_directory + "/DateRec.rec");
   });
-  windows.Make(Form::frmShutRec, [&] {
-    return new ShutdownRecordWindow(state, outside.disk,
-                                    outside.host.WindowsDirectory() + "/SaverApp.INI");
+  windows.Make(Form::kShutdownReport, [&] {
+    return new ShutdownReportWindow(state, outside.disk,
+                                    outside.host.ReportDirectory() + "/SaverApp.INI");
   });
-  windows.Make(Form::frmSetup,
-               [&] { return new SetupWindow(state, panel, frm_main, outside.seams); });
+  windows.Make(Form::kSettings,
+               [&] { return new SettingsWindow(state, panel, main_form, outside.seams); });
   for (const auto look : {&WeekLook, &SpecialLook, &SelfTestLook}) {
     windows.Make(look().form,
                  [&, look] { return new ScheduleWindow(look(), state, outside.seams); });
@@ -127,30 +128,29 @@ int Main(int argc, char** argv) {
                         "); a shutdown halts the computer");
   }
   State state;
-  outside.dialogs.Chinese = [&state] { return state.ResBase != 0; };
+  outside.dialogs.Chinese = [&state] { return state.language == Language::kChinese; };
   Panel panel;
-  FrmMain frm_main(state, panel, outside.seams);
-  MainWindow main_window(state, panel, frm_main);
+  MainForm main_form(state, panel, outside.seams);
+  MainWindow main_window(state, panel, main_form);
   Windows& windows = outside.windows;
-  windows.MakeMain(main_window,
-                   {[&] { return frm_main.Form_Load(); }, [&] { frm_main.Form_Activate(); },
-                    [&] { frm_main.Form_QueryUnload(); }, [&] { return frm_main.Loaded(); }});
-  MakeForms(outside, state, panel, frm_main);
+  windows.MakeMain(main_window, {[&] { return main_form.Load(); }, [&] { main_form.Activate(); },
+                                 [&] { main_form.Unload(); }, [&] { return main_form.Loaded(); }});
+  MakeForms(outside, state, panel, main_form);
 
   const EndSignals end_signals([&] { windows.End(); });
-  form_at_exit = &frm_main;
+  form_at_exit = &main_form;
   std::atexit([] {
-    if (form_at_exit) form_at_exit->Form_QueryUnload();
+    if (form_at_exit) form_at_exit->Unload();
   });
 
-  windows.ShowPainted(Form::frmSplash);
+  windows.ShowPainted(Form::kSplash);
   LoadSchedule(outside.disk, SchedulePath(outside.program_directory), state);
   const bool loaded = windows.LoadMain();
-  windows.Unload(Form::frmSplash);
+  windows.Unload(Form::kSplash);
   // A schedule may have taken the system down while a box of the load stood open.
-  if (loaded && !frm_main.GoingDown()) windows.Show(Form::frmMain);
+  if (loaded && !main_form.GoingDown()) windows.Show(Form::kMain);
   if (!windows.Ended()) QApplication::exec();
-  frm_main.Form_QueryUnload();
+  main_form.Unload();
   form_at_exit = nullptr;
   return 0;
 }

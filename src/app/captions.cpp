@@ -1,70 +1,100 @@
 #include "app/captions.h"
 
-#include "app/message_numbers.h"
-
 namespace orvane {
 namespace {
 
 struct MenuRow {
   Caption Panel::*entry;
-  int message;
+  Message message;
 };
 
 constexpr MenuRow kMenus[] = {
-    {&Panel::mnuSystem, 51},   {&Panel::mnuSetup, 52},       {&Panel::mnuOnOrOffBeep, 53},
-    {&Panel::mnuExit, 54},     {&Panel::mnuTimer, 55},       {&Panel::mnuWeek, 56},
-    {&Panel::mnuSpecial, 57},  {&Panel::mnuTestTimer, 58},   {&Panel::mnuControl, 59},
-    {&Panel::mnuTest10S, 60},  {&Panel::mnuTestToLow, 61},   {&Panel::mnuCancelTest, 62},
-    {&Panel::mnuShutDown, 63}, {&Panel::mnuHelp, 64},        {&Panel::mnuInternet, 65},
-    {&Panel::mnuAbout, 66},    {&Panel::mnuDateAnalyse, 95}, {&Panel::mnuLog, 96},
-    {&Panel::mnuShutRec, 97},
+    {&Panel::system_menu, Message::kSystemMenu},
+    {&Panel::settings_entry, Message::kSettingsEntry},
+    {&Panel::beeper_entry, Message::kBeeperEntry},
+    {&Panel::exit_entry, Message::kExitEntry},
+    {&Panel::schedule_menu, Message::kScheduleMenu},
+    {&Panel::week_entry, Message::kWeekEntry},
+    {&Panel::special_days_entry, Message::kSpecialDaysEntry},
+    {&Panel::self_tests_entry, Message::kSelfTestsEntry},
+    {&Panel::analysis_menu, Message::kAnalysisMenu},
+    {&Panel::log_entry, Message::kLogEntry},
+    {&Panel::day_history_entry, Message::kDayHistoryEntry},
+    {&Panel::shutdown_report_entry, Message::kShutdownReportEntry},
+    {&Panel::control_menu, Message::kControlMenu},
+    {&Panel::short_test_entry, Message::kShortTestEntry},
+    {&Panel::test_to_low_entry, Message::kTestToLowEntry},
+    {&Panel::cancel_test_entry, Message::kCancelTestEntry},
+    {&Panel::shutdown_entry, Message::kShutdownEntry},
+    {&Panel::help_menu, Message::kHelpMenu},
+    {&Panel::about_entry, Message::kAboutEntry},
 };
 
 struct LabelRow {
   Label Panel::*label;
-  int message;
+  Message message;
 };
 
-constexpr LabelRow kStateStrip[] = {
-    {&Panel::Label3, 67}, {&Panel::Label4, 70}, {&Panel::Label5, 73},
-    {&Panel::Label6, 76}, {&Panel::Label8, 79}, {&Panel::lblConnect, 81},
+constexpr LabelRow kLabels[] = {
+    {&Panel::mains_caption, Message::kMainsCaption},
+    {&Panel::battery_caption, Message::kBatteryCaption},
+    {&Panel::bypass_caption, Message::kBypassCaption},
+    {&Panel::ups_caption, Message::kUpsCaption},
+    {&Panel::link_caption, Message::kLinkCaption},
+    {&Panel::link, Message::kNoLinkYet},
+    {&Panel::input_unit, Message::kVoltsDial},
+    {&Panel::output_unit, Message::kVoltsDial},
 };
 
-struct ElementRow {
-  std::size_t index;
-  int message;
+struct GaugeRow {
+  Gauge gauge;
+  Message dial;
+  Message bar;
 };
 
-constexpr ElementRow kDialCaptions[] = {
-    {4, 98}, {7, 99}, {5, 100}, {6, 101}, {0, 102}, {1, 103}, {2, 104}, {3, 103},
+constexpr GaugeRow kGaugeRows[] = {
+    {Gauge::kInput, Message::kInputDial, Message::kInputBar},
+    {Gauge::kOutput, Message::kOutputDial, Message::kOutputBar},
+    {Gauge::kLoad, Message::kLoadDial, Message::kLoadBar},
+    {Gauge::kBattery, Message::kBatteryDial, Message::kBatteryBar},
+    {Gauge::kFrequency, Message::kFrequencyDial, Message::kFrequencyBar},
+    {Gauge::kTemperature, Message::kTemperatureDial, Message::kTemperatureBar},
 };
 
-constexpr int kFirstInformationCaption = 89;
-constexpr int kFirstBarCaption = 106;
+struct DatumRow {
+  UpsDatum datum;
+  Message caption;
+};
+
+constexpr DatumRow kDatumRows[] = {
+    {UpsDatum::kBatteryCount, Message::kBatteryCountCaption},
+    {UpsDatum::kModel, Message::kModelCaption},
+    {UpsDatum::kVersion, Message::kVersionCaption},
+    {UpsDatum::kRatedVoltage, Message::kRatedVoltageCaption},
+    {UpsDatum::kRatedPower, Message::kRatedPowerCaption},
+    {UpsDatum::kBatteryVoltage, Message::kBatteryVoltageCaption},
+};
 
 }  // namespace
 
 void SetCaptions(const State& state, Panel& panel) {
-  for (const MenuRow& row : kMenus) (panel.*row.entry).Text(state.Message(row.message));
-  for (const LabelRow& row : kStateStrip) (panel.*row.label).Caption(state.Message(row.message));
-  panel.Frame1.Text(state.Message(88));
-  for (std::size_t i = 0; i < panel.Label1.size(); ++i) {
-    panel.Label1[i].Caption(state.Message(kFirstInformationCaption + static_cast<int>(i)));
+  for (const MenuRow& row : kMenus) (panel.*row.entry).Text(state.Text(row.message));
+  for (const LabelRow& row : kLabels) (panel.*row.label).Caption(state.Text(row.message));
+  for (const GaugeRow& row : kGaugeRows) {
+    panel.dial_captions[row.gauge].Caption(state.Text(row.dial));
+    panel.bar_captions[row.gauge].Caption(state.Text(row.bar));
   }
-  for (const ElementRow& row : kDialCaptions) {
-    panel.Label9[row.index].Caption(state.Message(row.message));
+  panel.information_heading.Text(state.Text(Message::kInformationHeading));
+  for (const DatumRow& row : kDatumRows) {
+    panel.information_captions[row.datum].Caption(state.Text(row.caption));
   }
-  panel.mnuEmail.Text(state.Message(105));
-  for (std::size_t i = 0; i < panel.lblApcCap.size(); ++i) {
-    panel.lblApcCap[i].Caption(state.Message(kFirstBarCaption + static_cast<int>(i)));
+  for (Face* face : {&panel.bar_face, &panel.dial_face}) {
+    face->ToolTipText(state.Text(Message::kFaceToolTip));
   }
-  panel.picAPC.ToolTipText(state.Message(112));
-  panel.Image2.ToolTipText(state.Message(112));
-  panel.mnuDateRecord.Text(state.Message(113));
 }
 
 std::string PortLine(const State& state, int port) {
-  return std::string(state.Message(message::kUpsOnPort)) + std::to_string(port);
+  return std::string(state.Text(Message::kUpsOnPort)) + std::to_string(port);
 }
 
 }  // namespace orvane

@@ -1,4 +1,4 @@
-// The words of the main form that follow the language.
+// The words of the main window that follow the language.
 #pragma once
 
 #include <string>
@@ -8,12 +8,12 @@
 
 namespace orvane {
 
-// Writes every caption and tool tip of the main form in the language of `ResBase`. The states
-// themselves keep the language in which they were last set, but `lblConnect` is set to "No Conn".
+// Writes every caption and tool tip of the main window in the language of this moment. The states
+// themselves keep the language in which they were last set, but the link is set to "No Conn".
 void SetCaptions(const State& state, Panel& panel);
 
-// What `Label14` tells of a UPS port that is open, in the language of `ResBase`. `port` as it is
-// shown, 1 to 4.
+// What the port line tells of a UPS port that is open, in the language of this moment. `port` as it
+// is shown, 1 to 4.
 std::string PortLine(const State& state, int port);
 
 }  // namespace orvane

@@ -12,33 +12,31 @@ struct Scale {
   int divisor;
 };
 
-constexpr Scale kScales[kGauges] = {
-    {200, 90, 50}, {200, 90, 50}, {0, 90, 125}, {0, 9, 10}, {30, 90, 50}, {0, 90, 75},
-};
+constexpr PerGauge<Scale> kScales = {
+    {{{200, 90, 50}, {200, 90, 50}, {0, 90, 125}, {0, 9, 10}, {30, 90, 50}, {0, 90, 75}}}};
 
 constexpr double kPi = 3.1416;
 
 }  // namespace
 
 void CaptureNeedles(const Panel& panel, MainFormState& form) {
-  for (std::size_t i = 0; i < kGauges; ++i) {
-    const Needle::Ends& line = panel.Line1[i].Line();
-    form.NeedleX[i] = static_cast<std::int16_t>(line.x2);
-    form.NeedleY[i] = static_cast<std::int16_t>(line.y2);
-    form.NeedleRadius[i] = static_cast<std::int16_t>(line.x2 - line.x1);
+  for (const Gauge gauge : kGauges) {
+    const Needle::Ends& line = panel.needles[gauge].Line();
+    form.NeedleX[gauge] = static_cast<std::int16_t>(line.x2);
+    form.NeedleY[gauge] = static_cast<std::int16_t>(line.y2);
+    form.NeedleRadius[gauge] = static_cast<std::int16_t>(line.x2 - line.x1);
   }
 }
 
-void SetGauge(const MainFormState& form, Panel& panel, int index, std::int16_t value) {
-  if (index < 0 || index >= static_cast<int>(kGauges)) return;
-  const auto i = static_cast<std::size_t>(index);
-  const Scale& scale = kScales[i];
+void SetGauge(const MainFormState& form, Panel& panel, Gauge gauge, std::int16_t value) {
+  const Scale& scale = kScales[gauge];
   const int n = (value - scale.zero) * scale.factor;
   const double angle = n * kPi / scale.divisor / 180;
-  Needle::Ends line = panel.Line1[i].Line();
-  line.x2 = static_cast<float>(form.NeedleX[i] - (1 - std::cos(angle)) * form.NeedleRadius[i]);
-  line.y2 = static_cast<float>(form.NeedleY[i] - form.NeedleRadius[i] * std::sin(angle));
-  panel.Line1[i].Line(line);
+  const int radius = form.NeedleRadius[gauge];
+  Needle::Ends line = panel.needles[gauge].Line();
+  line.x2 = static_cast<float>(form.NeedleX[gauge] - (1 - std::cos(angle)) * radius);
+  line.y2 = static_cast<float>(form.NeedleY[gauge] - radius * std::sin(angle));
+  panel.needles[gauge].Line(line);
 }
 
 }  // namespace orvane

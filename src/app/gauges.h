@@ -9,8 +9,8 @@ namespace orvane {
 // Takes rest tip and length of the needles from where they stand. Before any SetGauge.
 void CaptureNeedles(const Panel& panel, MainFormState& form);
 
-// Moves one needle. `index` 0 to 5 as `Label2`; any other does nothing. `value` is in the gauge's
-// unit and lies inside its scale: the caller limits it. Touches neither read-out nor bar.
-void SetGauge(const MainFormState& form, Panel& panel, int index, std::int16_t value);
+// Moves one needle. `value` is in the gauge's unit and lies inside its scale: the caller limits it.
+// Touches neither read-out nor bar.
+void SetGauge(const MainFormState& form, Panel& panel, Gauge gauge, std::int16_t value);
 
 }  // namespace orvane

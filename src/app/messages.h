@@ -1,16 +1,125 @@
-// The program's texts by number, in English and Chinese.
+// The program's texts by what they say, in English and Chinese.
 #pragma once
 
+#include <cstddef>
 #include <string_view>
 
 namespace orvane {
 
-// What is added to a message number to get its Chinese row.
-inline constexpr int kChineseBase = 1000;
+enum class Language { kEnglish, kChinese };
 
-// One row of the message table, UTF-8: rows 1 to 42 and 51 to 121 are English, the same plus 1000
-// Chinese. Callers pass `ResBase` plus the message number at the moment of use. A number without a
-// row gives an empty text. Constant time.
-std::string_view LoadResString(int number);
+enum class Message : std::size_t {
+  // The emergency call.
+  kModemPortInvalid,
+  kBusy,
+  kRinging,
+  kHangUp,
+  kVoidNumber,
+  kNoDialTone,
+  kNoModem,
+  kDialTimes,  // the number of attempts follows
+  kCallSucceeded,
+  kGiveUpDialling,
+  // Start, port and end. A port that cannot be had has a text for its box and one for its line.
+  kProgramStart,
+  kUpsOnPort,  // the number of the port follows
+  kNoPortBox,
+  kWarning,
+  kNoPortLine,
+  kFixedPortBox,
+  kFixedPortLine,
+  kProgramEnd,
+  kSettingsNotSaved,
+  // The way down, and the log lines that begin it. The seconds left stand between two texts.
+  kAskShutdown,
+  kSavingFiles,
+  kShutdownByMenu,
+  kSecondsLeftBefore,
+  kSecondsLeftBehind,
+  kCountdownEnded,
+  kSwitchOnTime,
+  kSwitchOffTime,
+  // States and warnings.
+  kOverloadWarning,
+  kFail,
+  kMainsFailed,
+  kNormal,
+  kReady,
+  kLow,
+  kBatteryLow,
+  kBypass,
+  kOnLine,
+  kConnected,
+  kNotConnected,
+  kBypassWarning,
+  kMainsWarning,
+  // The event log, and who wrote the program.
+  kAskClearLog,
+  kCopyright,
+  // Menus and their entries.
+  kSystemMenu,
+  kSettingsEntry,
+  kBeeperEntry,
+  kExitEntry,
+  kScheduleMenu,
+  kWeekEntry,
+  kSpecialDaysEntry,
+  kSelfTestsEntry,
+  kAnalysisMenu,
+  kLogEntry,
+  kDayHistoryEntry,
+  kShutdownReportEntry,
+  kControlMenu,
+  kShortTestEntry,
+  kTestToLowEntry,
+  kCancelTestEntry,
+  kShutdownEntry,
+  kHelpMenu,
+  kAboutEntry,
+  // Captions of the state lines, and what the link shows before the first reply.
+  kMainsCaption,
+  kBatteryCaption,
+  kBypassCaption,
+  kUpsCaption,
+  kLinkCaption,
+  kNoLinkYet,
+  // The UPS's own data.
+  kInformationHeading,
+  kBatteryCountCaption,
+  kModelCaption,
+  kVersionCaption,
+  kRatedVoltageCaption,
+  kRatedPowerCaption,
+  kBatteryVoltageCaption,
+  // Captions of the dials and of the bars, and the tool tip of both faces.
+  kInputDial,
+  kOutputDial,
+  kLoadDial,
+  kBatteryDial,
+  kFrequencyDial,
+  kTemperatureDial,
+  kVoltsDial,
+  kInputBar,
+  kOutputBar,
+  kLoadBar,
+  kBatteryBar,
+  kFrequencyBar,
+  kTemperatureBar,
+  kFaceToolTip,
+  // The day history.
+  kDayHistoryTitle,
+  kDateCaption,
+  kPreviousDay,
+  kNextDay,
+  kCancel,
+  kScheduleLegend,
+  kMainsLegend,
+  kBatteryLegend,
+};
+
+inline constexpr std::size_t kMessages = static_cast<std::size_t>(Message::kBatteryLegend) + 1;
+
+// The text of a message, UTF-8. Constant time.
+std::string_view MessageText(Message message, Language language);
 
 }  // namespace orvane

@@ -2,11 +2,13 @@
 // them. What mains, battery, bypass, UPS and link are doing stands here and nowhere else.
 #pragma once
 
-#include <array>
 #include <cstdint>
 #include <functional>
+#include <iterator>
 #include <string>
 #include <string_view>
+
+#include "app/enum_array.h"
 
 namespace orvane {
 
@@ -70,7 +72,7 @@ class Label : public Control {
   bool visible_ = true;
 };
 
-// One of the two faces: the board with the bars (`picAPC`), the picture with the dials (`Image2`).
+// One of the two faces of the measured values: the bars or the dials.
 class Face : public Control {
  public:
   bool Visible() const { return visible_; }
@@ -111,14 +113,27 @@ class Bar : public Control {
   float width_ = kRestWidth;
 };
 
-// Order of `Label2`, of the needles and of SetGauge.
-inline constexpr int kInput = 0;
-inline constexpr int kOutput = 1;
-inline constexpr int kLoad = 2;
-inline constexpr int kBattery = 3;
-inline constexpr int kFrequency = 4;
-inline constexpr int kTemperature = 5;
-inline constexpr std::size_t kGauges = 6;
+// The measured values, in the order in which tables list them.
+enum class Gauge { kInput, kOutput, kLoad, kBattery, kFrequency, kTemperature };
+inline constexpr Gauge kGauges[] = {Gauge::kInput,   Gauge::kOutput,    Gauge::kLoad,
+                                    Gauge::kBattery, Gauge::kFrequency, Gauge::kTemperature};
+template <class T>
+using PerGauge = EnumArray<Gauge, T, std::size(kGauges)>;
+
+// What the UPS tells about itself.
+enum class UpsDatum {
+  kBatteryCount,
+  kModel,
+  kVersion,
+  kRatedVoltage,
+  kRatedPower,
+  kBatteryVoltage
+};
+inline constexpr UpsDatum kUpsData[] = {UpsDatum::kBatteryCount, UpsDatum::kModel,
+                                        UpsDatum::kVersion,      UpsDatum::kRatedVoltage,
+                                        UpsDatum::kRatedPower,   UpsDatum::kBatteryVoltage};
+template <class T>
+using PerUpsDatum = EnumArray<UpsDatum, T, std::size(kUpsData)>;
 
 struct Panel {
   Panel() { Design(); }
@@ -127,43 +142,43 @@ struct Panel {
   // empty, read-outs at 0, needles and bars at rest, the bar face up. Runs no Change event.
   void Design();
 
-  // State strip: a caption, then the state.
-  Label Label3, lblAc;       // mains
-  Label Label4, lblBatt;     // battery
-  Label Label5, lblBattIn;   // on line or bypass
-  Label Label6, lblUps;      // UPS
-  Label Label8, lblConnect;  // link
+  // State lines, each with its caption.
+  Label mains_caption, mains;
+  Label battery_caption, battery;
+  Label bypass_caption, bypass;  // on line or bypass
+  Label ups_caption, ups;
+  Label link_caption, link;
 
   // Measured values: the read-outs of the dials, and the figures of the bars, which copy them.
-  std::array<Label, kGauges> Label2;
-  Label lblApcAc, lblApcOutput, lblApcLoad, lblApcBatt, lblApcFreq, lblApcTemp;
-  Bar shpInput, shpOutput, shpLoad, shpBatt, shpFreq, shpTemp;
-  std::array<Needle, kGauges> Line1;
+  PerGauge<Label> read_outs;
+  PerGauge<Label> bar_figures;
+  PerGauge<Bar> bars;
+  PerGauge<Needle> needles;
 
-  // Captions of the two faces: `Label9` on the dials, `lblApcCap` on the rows of bars.
-  std::array<Label, 8> Label9;
-  std::array<Label, kGauges> lblApcCap;
-  Face picAPC;
-  Face Image2;
+  // Captions of the two faces. Of the dials, those of the voltages have their unit beside them.
+  PerGauge<Label> dial_captions;
+  Label input_unit, output_unit;
+  PerGauge<Label> bar_captions;
+  Face bar_face;  // covers the dials while it is visible
+  Face dial_face;
 
-  // UPS information: number of batteries, model, version, rated voltage, rated power, battery
-  // voltage.
-  Caption Frame1;
-  std::array<Label, 6> Label1;
-  std::array<Label, 6> Label7;
+  // The UPS's own data.
+  Caption information_heading;
+  PerUpsDatum<Label> information_captions;
+  PerUpsDatum<Label> information;
 
-  // Warnings: element 1 tells of bypass or mains, element 2 of overload. There is no element 0.
-  std::array<Label, 3> lblAlert;
+  Label supply_warning;  // bypass or mains
+  Label overload_warning;
 
-  Label Label13;  // what the program is doing
-  Label Label14;  // the UPS port
-  Label Label15;  // date and time
+  Label status_line;  // what the program is doing
+  Label port_line;    // the UPS port
+  Label clock;        // date and time
 
-  Caption mnuSystem, mnuSetup, mnuOnOrOffBeep, mnuExit;
-  Caption mnuTimer, mnuWeek, mnuSpecial, mnuTestTimer;
-  Caption mnuDateAnalyse, mnuLog, mnuDateRecord, mnuShutRec;
-  Caption mnuControl, mnuTest10S, mnuTestToLow, mnuCancelTest, mnuShutDown;
-  Caption mnuHelp, mnuInternet, mnuEmail, mnuAbout;
+  Caption system_menu, settings_entry, beeper_entry, exit_entry;
+  Caption schedule_menu, week_entry, special_days_entry, self_tests_entry;
+  Caption analysis_menu, log_entry, day_history_entry, shutdown_report_entry;
+  Caption control_menu, short_test_entry, test_to_low_entry, cancel_test_entry, shutdown_entry;
+  Caption help_menu, about_entry;
 };
 
 }  // namespace orvane

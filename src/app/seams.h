@@ -11,26 +11,29 @@
 
 namespace orvane {
 
-// The timers of `frmMain`.
+// The timers of the main form.
 struct Timers {
-  Timer& Timer1;     // 2000 ms: poll and link watchdog
-  Timer& Timer2;     // 1000 ms, while a fault stands: the shutdown countdown
-  Timer& Timer3;     // 5000 ms: the schedule
-  Timer& TimerDial;  // 5000 ms, one shot: the delay before an emergency dial
-  Timer& tmrDate;    // 1000 ms: the clock on the panel
+  Timer& poll_timer;       // 2000 ms: poll and link watchdog
+  Timer& countdown_timer;  // 1000 ms, while a fault stands: the count to shutdown
+  Timer& schedule_timer;   // 5000 ms: the schedule
+  Timer& dial_timer;       // 5000 ms, one shot: the delay before an emergency call
+  Timer& clock_timer;      // 1000 ms: the clock on the panel
 
   // Disables all of them.
   void Stop() const {
-    for (Timer* timer : {&Timer1, &Timer2, &Timer3, &TimerDial, &tmrDate}) timer->Enabled(false);
+    for (Timer* timer :
+         {&poll_timer, &countdown_timer, &schedule_timer, &dial_timer, &clock_timer}) {
+      timer->Enabled(false);
+    }
   }
 };
 
 struct Seams {
   Timers timers;
-  Timer& alert_timer;   // 1000 ms: `Timer1` of frmAlert, while that form lives
-  Timer& dial_pass;     // 20 ms, while an emergency call runs: one look at the modem
-  SerialPort& MSComm1;  // the UPS line
-  SerialPort& MSComm2;  // the modem line
+  Timer& alert_timer;  // 1000 ms, while the alert stands
+  Timer& modem_timer;  // 20 ms, while an emergency call runs: one look at the modem
+  SerialPort& ups_port;
+  SerialPort& modem_port;
   Clock& clock;
   Disk& disk;
   Host& host;

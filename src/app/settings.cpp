@@ -92,8 +92,8 @@ std::string DeriveShutdownCommand(const State& state) {
   return (delay < 0 ? "S-" : "S") + digits;
 }
 
-std::int16_t DeriveResBase(const State& state) {
-  return state.Settings[kLanguage] == 0 ? 0 : kChineseBase;
+Language DeriveLanguage(const State& state) {
+  return state.Settings[kLanguage] == 0 ? Language::kEnglish : Language::kChinese;
 }
 
 std::int32_t MainsFailureDelay(const State& state) {

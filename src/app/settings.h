@@ -39,8 +39,8 @@ void ParseSettings(std::string_view text, State& state);
 // "S.5" for slot 7 of 0, else "S" and the slot in at least two digits.
 std::string DeriveShutdownCommand(const State& state);
 
-// 1000 when slot 10 is not 0.
-std::int16_t DeriveResBase(const State& state);
+// English for slot 10 of 0, else Chinese.
+Language DeriveLanguage(const State& state);
 
 // Slot 1 x 60 + slot 2, and slot 3 x 60 + slot 4, in seconds; wide enough for every slot value.
 std::int32_t MainsFailureDelay(const State& state);

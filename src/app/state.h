@@ -3,41 +3,42 @@
 
 #include <array>
 #include <cstdint>
+#include <iterator>
+#include <optional>
 #include <string>
 #include <string_view>
 
-#include "app/message_numbers.h"
 #include "app/messages.h"
 #include "app/panel.h"
 
 namespace orvane {
 
-// The faults that are logged and may dial: indexes of `EventArmed`, values of `DialReason`.
-inline constexpr int kAcFail = 1;
-inline constexpr int kBatteryLow = 2;
-inline constexpr int kUpsFail = 3;
+// The faults that are logged and may ask for an emergency call.
+enum class Fault { kMains, kBatteryLow, kUps };
+inline constexpr Fault kFaults[] = {Fault::kMains, Fault::kBatteryLow, Fault::kUps};
+template <class T>
+using PerFault = EnumArray<Fault, T, std::size(kFaults)>;
 
-// What `frmMain` holds between its events. A load of the form starts it afresh.
+// What the main form holds between its events. A load of the form starts it afresh.
 struct MainFormState {
-  std::int16_t PortTry = 0;        // index of the port in the search, port number less 1
-  bool PortWasOpen = false;        // this load opened the UPS port, which may be opened again
-  std::uint8_t DialReason = 0;     // the fault that armed TimerDial last; 0 before the first
-  std::string RxText;              // received since the last clear (a reply, or the poll tick)
-  std::int32_t PollsAnswered = 0;  // PollsSent when the last reply was consumed
-  std::int32_t PollsSent = 0;      // polls since the last link loss
-  std::int32_t AlertSeconds = 0;   // ticks of Timer2 since mains was last seen normal
-  std::int32_t AlertPeriods = 0;   // those of them that lay in the alert phase
-  // Fault k was seen clear, so that its next appearance is logged. Index 0 is not in use.
-  std::array<bool, 4> EventArmed{};
+  std::int16_t PortTry = 0;         // index of the port in the search, port number less 1
+  bool PortWasOpen = false;         // this load opened the UPS port, which may be opened again
+  std::optional<Fault> DialReason;  // the fault that armed dial_timer last
+  std::string RxText;               // received since the last clear (a reply, or the poll tick)
+  std::int32_t PollsAnswered = 0;   // PollsSent when the last reply was consumed
+  std::int32_t PollsSent = 0;       // polls since the last link loss
+  std::int32_t AlertSeconds = 0;    // ticks of countdown_timer since mains was last seen normal
+  std::int32_t AlertPeriods = 0;    // those of them that lay in the alert phase
+  PerFault<bool> EventArmed;  // the fault was seen clear, so that its next appearance is logged
   // Rest tip and length of each needle, taken from the panel by the load.
-  std::array<std::int16_t, kGauges> NeedleX{}, NeedleY{}, NeedleRadius{};
+  PerGauge<std::int16_t> NeedleX, NeedleY, NeedleRadius;
 };
 
 struct State {
   // Slots 0 to 10; app/settings.h names them. Written by the load and by the settings dialog.
   std::array<std::int16_t, 11> Settings{};
-  std::string PhoneCode;               // the emergency number as typed
-  std::int16_t ResBase = 0;            // 0 English, 1000 Chinese
+  std::string PhoneCode;  // the emergency number as typed
+  Language language = Language::kEnglish;
   std::string ShutdownCommand;         // UPS shutdown command without its carriage return
   std::int32_t ShutdownCountdown = 0;  // seconds left; 0 until the first tick of a count
 
@@ -50,12 +51,12 @@ struct State {
 
   MainFormState Main;
 
-  // Message `number` in the language of this moment.
-  std::string_view Message(int number) const { return LoadResString(ResBase + number); }
+  // A message in the language of this moment.
+  std::string_view Text(Message message) const { return MessageText(message, language); }
 
   // Whether a state line counts as normal, which its caption alone says, in the language of this
   // moment.
-  bool IsNormal(const Label& line) const { return line.Caption() == Message(message::kNormal); }
+  bool IsNormal(const Label& line) const { return line.Caption() == Text(Message::kNormal); }
 };
 
 }  // namespace orvane

@@ -52,7 +52,7 @@ int main() {
 
   LinuxDisk disk;
   const std::string program = ProgramDirectoryFor(ExecutableDirectory());
-  const std::string path = LoadPlatformSettings(disk, program).windows_directory + "/SaverApp.INI";
+  const std::string path = LoadPlatformSettings(disk, program).report_directory + "/SaverApp.INI";
 
   const auto desktops = companion::OpenDesktops();
   if (desktops.empty()) ReportLine("exit.exe: no desktop here, and no applications to close");

@@ -2,7 +2,6 @@
 
 #include <string_view>
 
-#include "app/message_numbers.h"
 #include "app/settings.h"
 #include "platform/text.h"
 
@@ -21,34 +20,22 @@ constexpr std::string_view kHangUp = "ATH\r";
 // A flood leaves no more than this behind for good.
 constexpr std::size_t kKeptCapacity = 4096;
 
-// The state line of the fault that armed the dialler; none before the first.
-const Label* FaultLine(const Panel& panel, int reason) {
-  switch (reason) {
-    case kAcFail:
-      return &panel.lblAc;
-    case kBatteryLow:
-      return &panel.lblBatt;
-    case kUpsFail:
-      return &panel.lblUps;
-    default:
-      return nullptr;
-  }
-}
+constexpr PerFault<Label Panel::*> kFaultLines = {{&Panel::mains, &Panel::battery, &Panel::ups}};
 
 }  // namespace
 
 void Dialler::Attach() {
-  seams_.dial_pass.Enabled(false);
-  seams_.dial_pass.Interval(kPassInterval);
-  seams_.dial_pass.Tick = [this] { Pass(); };
-  seams_.timers.TimerDial.Tick = [this] { TimerDial_Timer(); };
+  seams_.modem_timer.Enabled(false);
+  seams_.modem_timer.Interval(kPassInterval);
+  seams_.modem_timer.Tick = [this] { Pass(); };
+  seams_.timers.dial_timer.Tick = [this] { OnDialDelay(); };
 }
 
-void Dialler::TimerDial_Timer() {
+void Dialler::OnDialDelay() {
   if (Running()) return;
-  const Label* fault = FaultLine(panel_, state_.Main.DialReason);
-  if (fault && !state_.IsNormal(*fault)) Dial();
-  if (!Running()) seams_.timers.TimerDial.Enabled(false);
+  const auto reason = state_.Main.DialReason;
+  if (reason && !state_.IsNormal(panel_.*kFaultLines[*reason])) Dial();
+  if (!Running()) seams_.timers.dial_timer.Enabled(false);
 }
 
 void Dialler::Dial() {
@@ -58,48 +45,48 @@ void Dialler::Dial() {
   dial_text_ += number;
   dial_text_ += ";\r";
   if (!OpenPort()) {
-    Show(message::kModemPortInvalid);
+    Show(Message::kModemPortInvalid);
     return;
   }
   go_on_ = true;
   attempts_ = 0;
-  seams_.dial_pass.Enabled(true);
+  seams_.modem_timer.Enabled(true);
   BeginAttempt();
 }
 
 void Dialler::Stop() {
   if (!Running()) return;
   phase_ = Phase::kIdle;
-  seams_.dial_pass.Enabled(false);
-  seams_.timers.TimerDial.Enabled(false);
+  seams_.modem_timer.Enabled(false);
+  seams_.timers.dial_timer.Enabled(false);
 }
 
-void Dialler::Show(int message) {
-  panel_.Label13.Caption(state_.Message(message));
+void Dialler::Show(Message message) {
+  panel_.status_line.Caption(state_.Text(message));
 }
 
 // Only the opening counts. A slot that names no port leaves nothing to open: the port that the
 // control last held may have anything on it.
 bool Dialler::OpenPort() {
-  SerialPort& port = seams_.MSComm2;
+  SerialPort& port = seams_.modem_port;
   const int number = state_.Settings[kModemPort];
-  static_cast<void>(port.PortOpen(false));
-  static_cast<void>(port.Settings(kLineSettings));
-  static_cast<void>(port.CommPort(number));
-  return port.CommPort() == number && port.PortOpen(true);
+  port.Close();
+  static_cast<void>(port.Configure(kLineSettings));
+  static_cast<void>(port.Select(number));
+  return port.Number() == number && port.Open();
 }
 
 void Dialler::BeginAttempt() {
   phase_ = Phase::kWaiting;
   passes_ = 0;
   reply_.Clear();
-  seams_.MSComm2.ClearInBuffer();
+  seams_.modem_port.Discard();
   // A write that fails shows as a modem that does not answer.
-  static_cast<void>(seams_.MSComm2.Output(dial_text_));
+  static_cast<void>(seams_.modem_port.Write(dial_text_));
 }
 
 void Dialler::Pass() {
-  if (!seams_.timers.TimerDial.Enabled()) return Stop();
+  if (!seams_.timers.dial_timer.Enabled()) return Stop();
   switch (phase_) {
     case Phase::kIdle:
       break;
@@ -108,68 +95,68 @@ void Dialler::Pass() {
       break;
     case Phase::kRinging:
       // Nothing that comes now matters, and it must not pile up.
-      seams_.MSComm2.ClearInBuffer();
+      seams_.modem_port.Discard();
       if (SecondsField() > kRingSeconds) {
-        Show(message::kHangUp);
+        Show(Message::kHangUp);
         go_on_ = false;
         HangUp();
       }
       break;
     case Phase::kHangingUp:
-      seams_.MSComm2.ClearInBuffer();
+      seams_.modem_port.Discard();
       if (SecondsField() > kHangUpSeconds) EndAttempt();
       break;
   }
 }
 
 void Dialler::Look() {
-  SerialPort& port = seams_.MSComm2;
-  if (port.InBufferCount() > 0) {
+  SerialPort& port = seams_.modem_port;
+  if (port.Waiting() > 0) {
     arrived_.clear();
-    port.Input(arrived_);
+    port.Read(arrived_);
     reply_.Append(arrived_);
     if (arrived_.capacity() > kKeptCapacity) arrived_ = {};
-    panel_.Label13.Caption(reply_.Shown());
+    panel_.status_line.Caption(reply_.Shown());
     if (reply_.Contains(ReplyBuffer::kOk)) {
       seams_.host.Beep();
       if (!reply_.Contains(ReplyBuffer::kBusy)) return Ring();
-      Show(message::kBusy);
+      Show(Message::kBusy);
       return HangUp();
     }
     if (reply_.Contains(ReplyBuffer::kNoCarrier)) {
-      Show(message::kVoidNumber);
+      Show(Message::kVoidNumber);
       return HangUp();
     }
     if (reply_.Contains(ReplyBuffer::kNoDialtone)) {
-      Show(message::kNoDialTone);
+      Show(Message::kNoDialTone);
       return HangUp();
     }
   }
   if (++passes_ > kPassLimit) {
-    Show(message::kNoModem);
+    Show(Message::kNoModem);
     Stop();
   }
 }
 
 void Dialler::Ring() {
-  Show(message::kRinging);
+  Show(Message::kRinging);
   Mark();
   phase_ = Phase::kRinging;
 }
 
 void Dialler::HangUp() {
-  static_cast<void>(seams_.MSComm2.Output(kHangUp));
+  static_cast<void>(seams_.modem_port.Write(kHangUp));
   Mark();
   phase_ = Phase::kHangingUp;
 }
 
 void Dialler::EndAttempt() {
   ++attempts_;
-  panel_.Label13.Caption(std::string(state_.Message(message::kDialTimes)) +
-                         std::to_string(attempts_));
+  panel_.status_line.Caption(std::string(state_.Text(Message::kDialTimes)) +
+                             std::to_string(attempts_));
   if (attempts_ < kAttempts && go_on_) return BeginAttempt();
-  Show(go_on_ ? message::kGiveUpDialling : message::kCallSucceeded);
-  static_cast<void>(seams_.MSComm2.PortOpen(false));
+  Show(go_on_ ? Message::kGiveUpDialling : Message::kCallSucceeded);
+  seams_.modem_port.Close();
   Stop();
 }
 

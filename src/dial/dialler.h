@@ -12,10 +12,10 @@
 
 namespace orvane {
 
-// A run of `Dial` never holds the event loop: it moves on by the ticks of `dial_pass`, one look at
-// the modem for each. It is the only one to enable that timer.
+// A run of `Dial` never holds the event loop: it moves on by the ticks of `modem_timer`, one look
+// at the modem for each. It is the only one to enable that timer.
 //
-// `TimerDial` stays enabled while a run goes on and is disabled when the run is over, so that only
+// `dial_timer` stays enabled while a run goes on and is disabled when the run is over, so that only
 // a fault that shows after that arms it anew. Whoever disables it earlier disarms the dialler: the
 // run ends where it stands, with nothing more sent or shown.
 class Dialler {
@@ -23,16 +23,16 @@ class Dialler {
   Dialler(const State& state, Panel& panel, const Seams& seams)
       : state_(state), panel_(panel), seams_(seams) {}
 
-  // Puts the ticks of `TimerDial` and of the passes on their timers.
+  // Puts the ticks of `dial_timer` and of the passes on their timers.
   void Attach();
 
   // Five seconds after a fault asked for a call: begins a run if the fault named by `DialReason`
   // does not show as normal. Does nothing while a run goes on.
-  void TimerDial_Timer();
+  void OnDialDelay();
 
   // Begins a run: up to four attempts to ring `PhoneCode` by the modem on the port of slot 8. What
-  // comes of it is told on `Label13`. Returns at once; without a number, or without a port that
-  // opens, the run is over by then. Not to be called while a run goes on.
+  // comes of it is told on the status line. Returns at once; without a number, or without a port
+  // that opens, the run is over by then. Not to be called while a run goes on.
   void Dial();
 
   // A run goes on.
@@ -44,7 +44,7 @@ class Dialler {
  private:
   enum class Phase { kIdle, kWaiting, kRinging, kHangingUp };
 
-  void Show(int message);
+  void Show(Message message);
   bool OpenPort();
   void BeginAttempt();
   void Pass();

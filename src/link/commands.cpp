@@ -7,7 +7,7 @@ namespace orvane {
 bool SendCommand(SerialPort& port, std::string_view command) {
   std::string text(command);
   text += '\r';
-  return port.Output(text);
+  return port.Write(text);
 }
 
 }  // namespace orvane

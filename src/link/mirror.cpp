@@ -10,51 +10,36 @@ namespace {
 
 // A value's way to the bar face: the width is (value - zero) x scale + 15, and never less than 15
 // for a bar that starts above 0.
-struct MirrorRow {
-  std::size_t index;
-  Label Panel::*figure;
-  Bar Panel::*bar;
+struct Scale {
   double zero;
-  double scale;
+  double factor;
 };
 
-constexpr MirrorRow kMirror[] = {
-    {kInput, &Panel::lblApcAc, &Panel::shpInput, 0, 14.4},
-    {kOutput, &Panel::lblApcOutput, &Panel::shpOutput, 0, 14.4},
-    {kLoad, &Panel::lblApcLoad, &Panel::shpLoad, 0, 31.7},
-    {kBattery, &Panel::lblApcBatt, &Panel::shpBatt, 0, 47.55},
-    {kTemperature, &Panel::lblApcTemp, &Panel::shpTemp, 0, 63.4},
-    {kFrequency, &Panel::lblApcFreq, &Panel::shpFreq, 40, 190.2},
-};
-
-double Width(const MirrorRow& row, double value) {
-  if (row.zero > 0 && value < row.zero) return Bar::kRestWidth;
-  return (value - row.zero) * row.scale + Bar::kRestWidth;
-}
+constexpr PerGauge<Scale> kScales = {
+    {{{0, 14.4}, {0, 14.4}, {0, 31.7}, {0, 47.55}, {40, 190.2}, {0, 63.4}}}};
 
 }  // namespace
 
-double BarWidth(std::size_t index, double value) {
-  for (const MirrorRow& row : kMirror) {
-    if (row.index == index) return Width(row, value);
-  }
-  return Bar::kRestWidth;
+double BarWidth(Gauge gauge, double value) {
+  const Scale& scale = kScales[gauge];
+  if (scale.zero > 0 && value < scale.zero) return Bar::kRestWidth;
+  return (value - scale.zero) * scale.factor + Bar::kRestWidth;
 }
 
 void MirrorValues(Panel& panel) {
-  for (const MirrorRow& row : kMirror) {
-    const std::string& caption = panel.Label2[row.index].Caption();
-    (panel.*row.figure).Caption(caption);
+  for (const Gauge gauge : kGauges) {
+    const std::string& caption = panel.read_outs[gauge].Caption();
+    panel.bar_figures[gauge].Caption(caption);
     const auto value = ReadNumber(caption);
     if (!value) continue;
-    const double width = Width(row, *value);
+    const double width = BarWidth(gauge, *value);
     // A width beyond a 32-bit float is none.
     if (std::abs(width) > std::numeric_limits<float>::max()) continue;
-    (panel.*row.bar).Width(static_cast<float>(width));
+    panel.bars[gauge].Width(static_cast<float>(width));
   }
 }
 
-void ValueMirror::Label2_Change() {
+void ValueMirror::OnReadOutChange() {
   if (open_batches_ > 0) {
     due_ = true;
   } else {

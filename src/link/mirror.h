@@ -1,16 +1,14 @@
-// The second display of the measured values: figures and bars that follow `Label2`.
+// The second display of the measured values: figures and bars that follow the read-outs.
 #pragma once
 
 #include "app/panel.h"
 
 namespace orvane {
 
-// How wide the bar of a value is, in twips, and so where a mark for that value stands. `index` as
-// `Label2`.
-double BarWidth(std::size_t index, double value);
+// How wide the bar of a value is, in twips, and so where a mark for that value stands.
+double BarWidth(Gauge gauge, double value);
 
-// Copies all six captions of `Label2` to the figures of the bars and sets the bars' widths. Note
-// that the bars have temperature above frequency, the other way round than `Label2`.
+// Copies all read-outs to the figures of the bars and sets the bars' widths.
 void MirrorValues(Panel& panel);
 
 // Holds the mirror back while several values are written, and runs it once at the end if any of
@@ -19,8 +17,8 @@ class ValueMirror {
  public:
   explicit ValueMirror(Panel& panel) : panel_(panel) {}
 
-  // The Change event of `Label2`, whichever element.
-  void Label2_Change();
+  // The Change event of any read-out.
+  void OnReadOutChange();
 
   class Batch {
    public:

@@ -33,12 +33,14 @@ std::optional<Commas> FindInformation(std::string_view text) {
 // One field of the information reply and the place where it is shown.
 struct InformationField {
   std::size_t field;  // 0 stands before the first comma
-  std::size_t target;
+  UpsDatum datum;
   std::string_view unit;
 };
 
 constexpr InformationField kInformation[] = {
-    {0, 1, ""}, {1, 4, "W"}, {2, 2, ""}, {3, 3, "V"}, {5, 0, ""}, {6, 5, "V"},
+    {0, UpsDatum::kModel, ""},        {1, UpsDatum::kRatedPower, "W"},
+    {2, UpsDatum::kVersion, ""},      {3, UpsDatum::kRatedVoltage, "V"},
+    {5, UpsDatum::kBatteryCount, ""}, {6, UpsDatum::kBatteryVoltage, "V"},
 };
 
 // Columns of the status reply, counted from 1.
@@ -110,11 +112,11 @@ void ReplyDecoder::DecodeInformation(const Commas& commas) {
     const std::size_t start = row.field == 0 ? 0 : commas[row.field - 1] + 1;
     const std::string_view value = Trimmed(text.substr(start, commas[row.field] - start));
     if (row.unit.empty()) {
-      panel_.Label7[row.target].Caption(value);
+      panel_.information[row.datum].Caption(value);
     } else {
       unit_text_.assign(value);
       unit_text_ += row.unit;
-      panel_.Label7[row.target].Caption(unit_text_);
+      panel_.information[row.datum].Caption(unit_text_);
     }
   }
   Consume();
@@ -122,9 +124,9 @@ void ReplyDecoder::DecodeInformation(const Commas& commas) {
 
 void ReplyDecoder::DecodeStatus() {
   const std::string_view text = state_.Main.RxText;
-  auto& value = panel_.Label2;
-  const auto set_gauge = [&](int index, std::int16_t figure) {
-    SetGauge(state_.Main, panel_, index, figure);
+  auto& value = panel_.read_outs;
+  const auto set_gauge = [&](Gauge gauge, std::int16_t figure) {
+    SetGauge(state_.Main, panel_, gauge, figure);
   };
   {
     const ValueMirror::Batch batch(mirror_);
@@ -132,28 +134,28 @@ void ReplyDecoder::DecodeStatus() {
     const auto input = ReadSingle(Cut(text, kInputVoltage));
     const auto output = ReadSingle(Cut(text, kOutputVoltage));
     const bool doubled = Below(output, 150.0F);
-    Show(value[kInput], doubled ? Doubled(input) : input);
-    set_gauge(kInput, OnScale(ReadNumber(value[kInput].Caption()), 200, 250));
+    Show(value[Gauge::kInput], doubled ? Doubled(input) : input);
+    set_gauge(Gauge::kInput, OnScale(ReadNumber(value[Gauge::kInput].Caption()), 200, 250));
 
-    Show(value[kOutput], doubled ? Doubled(output) : output);
-    set_gauge(kOutput, OnScale(output, 200, 250));
+    Show(value[Gauge::kOutput], doubled ? Doubled(output) : output);
+    set_gauge(Gauge::kOutput, OnScale(output, 200, 250));
 
     const auto load = ReadInteger(Cut(text, kLoadPercent));
-    if (load) value[kLoad].Caption(NumberText(int{*load}));
-    set_gauge(kLoad, Above(load, std::int16_t{125}) ? std::int16_t{125} : *load);
+    if (load) value[Gauge::kLoad].Caption(NumberText(int{*load}));
+    set_gauge(Gauge::kLoad, Above(load, std::int16_t{125}) ? std::int16_t{125} : *load);
     evaluation_.Overload(load);
 
     const int battery = BatteryPercent(ReadSingle(Cut(text, kBatteryVoltage)));
-    value[kBattery].Caption(NumberText(battery));
-    set_gauge(kBattery, static_cast<std::int16_t>(battery));
+    value[Gauge::kBattery].Caption(NumberText(battery));
+    set_gauge(Gauge::kBattery, static_cast<std::int16_t>(battery));
 
     const auto frequency = ReadSingle(Cut(text, kFrequencyHertz));
-    Show(value[kFrequency], frequency);
-    set_gauge(kFrequency, OnScale(frequency, 30, 80));
+    Show(value[Gauge::kFrequency], frequency);
+    set_gauge(Gauge::kFrequency, OnScale(frequency, 30, 80));
 
     const auto temperature = ReadSingle(Cut(text, kTemperatureCelsius));
-    Show(value[kTemperature], temperature);
-    set_gauge(kTemperature, OnScale(temperature, 0, 75));
+    Show(value[Gauge::kTemperature], temperature);
+    set_gauge(Gauge::kTemperature, OnScale(temperature, 0, 75));
   }
   evaluation_.Evaluate(text.substr(kFirstBit - 1, 4));
   Consume();

@@ -2,8 +2,9 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <iterator>
+#include <utility>
 
-#include "app/message_numbers.h"
 #include "app/settings.h"
 
 namespace orvane {
@@ -11,39 +12,49 @@ namespace {
 
 constexpr int kOverloadPercent = 100;
 
-// Captions of a state line by its bit; a set bit is red, a clear one blue.
-void ShowState(const State& state, Label& line, bool set, int set_message, int clear_message) {
-  line.Caption(state.Message(set ? set_message : clear_message));
-  line.ForeColor(set ? kRed : kBlue);
-}
+// A status bit and its state line: red with one message while the bit is set, blue with the other
+// while it is clear.
+struct StateColumn {
+  Label Panel::*line;
+  Message set;
+  Message clear;
+  std::optional<Fault> fault;  // what a set bit is
+};
 
-// The digit of slot 9 that asks for a dial. The hundreds are taken by division, the others as
+// In the order of the reply.
+constexpr StateColumn kColumns[] = {
+    {&Panel::mains, Message::kFail, Message::kNormal, Fault::kMains},
+    {&Panel::battery, Message::kLow, Message::kNormal, Fault::kBatteryLow},
+    {&Panel::bypass, Message::kBypass, Message::kOnLine, std::nullopt},
+    {&Panel::ups, Message::kFail, Message::kNormal, Fault::kUps},
+};
+
+// How a fault that appears is told.
+struct FaultRecord {
+  Message log_line;
+  RecordCode code;
+};
+
+constexpr PerFault<FaultRecord> kRecords = {
+    {{{Message::kMainsFailed, RecordCode::kMainsFailed},
+      {Message::kBatteryLow, RecordCode::kBatteryLowOrUpsFault},
+      {Message::kBatteryLow, RecordCode::kBatteryLowOrUpsFault}}}};
+
+// The digit of slot 9 that asks for a call. The hundreds are taken by division, the others as
 // characters of the slot written with at least three digits, behind the sign if it has one.
-bool DialAsked(std::int16_t conditions, int fault) {
-  if (fault == kAcFail) return conditions / 100 == 1;
+bool CallAsked(std::int16_t conditions, Fault fault) {
+  if (fault == Fault::kMains) return conditions / 100 == 1;
   char digits[16];
   std::snprintf(digits, sizeof digits, "%s%03d", conditions < 0 ? "-" : "", std::abs(conditions));
-  return digits[fault - 1] == '1';
+  return digits[static_cast<std::size_t>(fault)] == '1';
 }
-
-struct FaultRow {
-  int log_message;
-  int record_code;
-};
-
-constexpr FaultRow kFaults[] = {
-    {},
-    {message::kAcFail, kRecordAcFail},
-    {message::kBatteryLow, kRecordLowOrUpsFail},
-    {message::kBatteryLow, kRecordLowOrUpsFail},
-};
 
 }  // namespace
 
 void StatusEvaluation::Overload(std::optional<std::int16_t> load) {
-  Label& warning = panel_.lblAlert[2];
+  Label& warning = panel_.overload_warning;
   if (!load || *load >= kOverloadPercent) {
-    warning.Caption(state_.Message(message::kOverloadWarning));
+    warning.Caption(state_.Text(Message::kOverloadWarning));
     warning.Visible(true);
   } else {
     warning.Visible(false);
@@ -51,68 +62,44 @@ void StatusEvaluation::Overload(std::optional<std::int16_t> load) {
 }
 
 void StatusEvaluation::Evaluate(std::string_view bits) {
-  Mains(bits[0] == '1');
-  Battery(bits[1] == '1');
-  Bypass(bits[2] == '1');
-  Ups(bits[3] == '1');
-  Link();
+  for (std::size_t i = 0; i < std::size(kColumns); ++i) {
+    const StateColumn& column = kColumns[i];
+    const bool set = bits[i] == '1';
+    Label& line = panel_.*column.line;
+    line.Caption(state_.Text(set ? column.set : column.clear));
+    line.ForeColor(set ? kRed : kBlue);
+    if (column.fault == Fault::kMains && !set) EndCount();
+    if (!column.fault) continue;
+    if (set) {
+      React(*column.fault);
+    } else {
+      state_.Main.EventArmed[*column.fault] = true;
+    }
+  }
+  host_.KeepAwake(panel_.mains.ForeColor() == kRed);
+  // The caption first: its Change event reads the colour of the state that is being left.
+  panel_.link.Caption(state_.Text(Message::kConnected));
+  panel_.link.ForeColor(kBlue);
 }
 
-void StatusEvaluation::Mains(bool failed) {
-  ShowState(state_, panel_.lblAc, failed, message::kFail, message::kNormal);
-  host_.KeepAwake(failed);
-  if (failed) {
-    React(kAcFail);
-    return;
-  }
-  timers_.Timer2.Enabled(false);
-  panel_.Label13.Caption(state_.Message(message::kReady));
+// The mains is there. Another fault of the same reply may start the count again.
+void StatusEvaluation::EndCount() {
+  timers_.countdown_timer.Enabled(false);
+  panel_.status_line.Caption(state_.Text(Message::kReady));
   state_.Main.AlertSeconds = 0;
   state_.Main.AlertPeriods = 0;
-  state_.Main.EventArmed[kAcFail] = true;
 }
 
-void StatusEvaluation::Battery(bool low) {
-  ShowState(state_, panel_.lblBatt, low, message::kLow, message::kNormal);
-  if (low) {
-    React(kBatteryLow);
-  } else {
-    state_.Main.EventArmed[kBatteryLow] = true;
+void StatusEvaluation::React(Fault fault) {
+  timers_.countdown_timer.Enabled(true);
+  if (CallAsked(state_.Settings[kDialConditions], fault)) {
+    state_.Main.DialReason = fault;
+    timers_.dial_timer.Enabled(true);
   }
-}
-
-void StatusEvaluation::Bypass(bool active) {
-  ShowState(state_, panel_.lblBattIn, active, message::kByPass, message::kOnLine);
-}
-
-void StatusEvaluation::Ups(bool failed) {
-  ShowState(state_, panel_.lblUps, failed, message::kFail, message::kNormal);
-  if (failed) {
-    React(kUpsFail);
-  } else {
-    state_.Main.EventArmed[kUpsFail] = true;
-  }
-}
-
-// The caption first: its Change event reads the colour of the state that is being left.
-void StatusEvaluation::Link() {
-  panel_.lblConnect.Caption(state_.Message(message::kConnected));
-  panel_.lblConnect.ForeColor(kBlue);
-}
-
-void StatusEvaluation::React(int fault) {
-  timers_.Timer2.Enabled(true);
-  if (DialAsked(state_.Settings[kDialConditions], fault)) {
-    state_.Main.DialReason = static_cast<std::uint8_t>(fault);
-    timers_.TimerDial.Enabled(true);
-  }
-  bool& armed = state_.Main.EventArmed[static_cast<std::size_t>(fault)];
-  if (!armed) return;
-  const FaultRow& row = kFaults[fault];
+  if (!std::exchange(state_.Main.EventArmed[fault], false)) return;
   // A journal that cannot be written costs its line and nothing else.
-  static_cast<void>(journals_.WriteLog(state_.Message(row.log_message)));
-  static_cast<void>(journals_.WriteDateRec(row.record_code));
-  armed = false;
+  static_cast<void>(journals_.WriteLog(state_.Text(kRecords[fault].log_line)));
+  static_cast<void>(journals_.WriteDateRec(kRecords[fault].code));
 }
 
 }  // namespace orvane

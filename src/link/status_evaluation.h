@@ -33,12 +33,8 @@ class StatusEvaluation {
   void Evaluate(std::string_view bits);
 
  private:
-  void Mains(bool failed);
-  void Battery(bool low);
-  void Bypass(bool active);
-  void Ups(bool failed);
-  void Link();
-  void React(int fault);
+  void EndCount();
+  void React(Fault fault);
 
   State& state_;
   Panel& panel_;

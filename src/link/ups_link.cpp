@@ -4,7 +4,6 @@
 
 #include "app/captions.h"
 #include "app/gauges.h"
-#include "app/message_numbers.h"
 #include "app/settings.h"
 #include "link/commands.h"
 
@@ -17,8 +16,8 @@ constexpr int kUnansweredPolls = 3;
 // A flood leaves no more than this behind for good.
 constexpr std::size_t kKeptCapacity = 4096;
 
-// Where the needles go when the link is lost; the captions all go to 0.
-constexpr std::int16_t kLostGauges[kGauges] = {200, 200, 0, 0, 30, 0};
+// Where the needles go when the link is lost; the read-outs all go to 0.
+constexpr PerGauge<std::int16_t> kLostGauges = {{200, 200, 0, 0, 30, 0}};
 
 // Every reply ends with it.
 constexpr char kLineEnd = '\r';
@@ -43,15 +42,15 @@ UpsLink::UpsLink(State& state, Panel& panel, Journals& journals, const Seams& se
       decoder_(state, panel, mirror_, evaluation_) {}
 
 void UpsLink::Attach() {
-  panel_.lblConnect.Change = [this] { lblConnect_Change(); };
-  for (Label& value : panel_.Label2) value.Change = [this] { mirror_.Label2_Change(); };
-  seams_.MSComm1.OnComm = [this] { MSComm1_OnComm(); };
+  panel_.link.Change = [this] { OnLinkChange(); };
+  for (Label& value : panel_.read_outs) value.Change = [this] { mirror_.OnReadOutChange(); };
+  seams_.ups_port.OnReceive = [this] { OnReceive(); };
 }
 
 void UpsLink::OpenPort() {
   suspended_ = false;
   // The line settings are the control's design.
-  static_cast<void>(seams_.MSComm1.Settings("2400,N,8,1"));
+  static_cast<void>(seams_.ups_port.Configure("2400,N,8,1"));
   if (const int port = state_.Settings[kUpsPort]) {
     OpenFixedPort(port);
   } else {
@@ -60,20 +59,19 @@ void UpsLink::OpenPort() {
 }
 
 bool UpsLink::Open(int number) {
-  SerialPort& port = seams_.MSComm1;
-  if (!port.CommPort(number) || !port.PortOpen(true)) return false;
+  SerialPort& port = seams_.ups_port;
+  if (!port.Select(number) || !port.Open()) return false;
   state_.Main.PortWasOpen = true;
-  panel_.Label14.Caption(PortLine(state_, number));
+  panel_.port_line.Caption(PortLine(state_, number));
   return true;
 }
 
 void UpsLink::OpenFixedPort(int number) {
   if (Open(number)) return;
-  seams_.timers.Timer1.Enabled(false);
-  seams_.timers.Timer2.Enabled(false);
-  seams_.dialogs.Exclamation(state_.Message(message::kFixedPortBox),
-                             state_.Message(message::kWarning));
-  panel_.Label14.Caption(state_.Message(message::kFixedPortLine));
+  seams_.timers.poll_timer.Enabled(false);
+  seams_.timers.countdown_timer.Enabled(false);
+  seams_.dialogs.Exclamation(state_.Text(Message::kFixedPortBox), state_.Text(Message::kWarning));
+  panel_.port_line.Caption(state_.Text(Message::kFixedPortLine));
 }
 
 void UpsLink::SearchPort() {
@@ -83,73 +81,71 @@ void UpsLink::SearchPort() {
     if (Open(number)) return;
     if (number == kLastPort) break;
   }
-  seams_.timers.Timer1.Enabled(false);
-  seams_.dialogs.Exclamation(state_.Message(message::kNoPortBox),
-                             state_.Message(message::kWarning));
-  panel_.Label14.Caption(state_.Message(message::kNoPortLine));
+  seams_.timers.poll_timer.Enabled(false);
+  seams_.dialogs.Exclamation(state_.Text(Message::kNoPortBox), state_.Text(Message::kWarning));
+  panel_.port_line.Caption(state_.Text(Message::kNoPortLine));
 }
 
-void UpsLink::Timer1_Timer() {
+void UpsLink::OnPoll() {
   MainFormState& form = state_.Main;
   ++form.PollsSent;
   Forget(form.RxText);
   // A lost port is asked for again with every poll; until it is back the watchdog tells the user.
-  SerialPort& port = seams_.MSComm1;
-  if (port.PortOpen() || port.PortOpen(true)) static_cast<void>(SendCommand(port, kStatusQuery));
+  SerialPort& port = seams_.ups_port;
+  if (port.IsOpen() || port.Open()) static_cast<void>(SendCommand(port, kStatusQuery));
   if (form.PollsSent - form.PollsAnswered > kUnansweredPolls) LinkLoss();
   RefreshWarningLine();
 }
 
 void UpsLink::Suspend() {
-  Timer& poll = seams_.timers.Timer1;
+  Timer& poll = seams_.timers.poll_timer;
   suspended_ = suspended_ || poll.Enabled();
   poll.Enabled(false);
-  static_cast<void>(seams_.MSComm1.PortOpen(false));
+  seams_.ups_port.Close();
 }
 
 void UpsLink::Resume() {
   if (!std::exchange(suspended_, false)) return;
   // A device that takes its time to come back is asked for again with every poll.
-  static_cast<void>(seams_.MSComm1.PortOpen(true));
-  seams_.timers.Timer1.Enabled(true);
+  static_cast<void>(seams_.ups_port.Open());
+  seams_.timers.poll_timer.Enabled(true);
 }
 
 void UpsLink::LinkLoss() {
-  panel_.lblConnect.Caption(state_.Message(message::kNotConnected));
-  panel_.lblConnect.ForeColor(kRed);
-  for (Label& field : panel_.Label7) field.Caption("UnKnown");
-  for (Label* line : {&panel_.lblAc, &panel_.lblBatt, &panel_.lblBattIn, &panel_.lblUps}) {
+  panel_.link.Caption(state_.Text(Message::kNotConnected));
+  panel_.link.ForeColor(kRed);
+  for (Label& field : panel_.information) field.Caption("UnKnown");
+  for (Label* line : {&panel_.mains, &panel_.battery, &panel_.bypass, &panel_.ups}) {
     line->Caption("");
   }
   state_.Main.PollsSent = 0;
   {
     const ValueMirror::Batch batch(mirror_);
-    for (std::size_t i = 0; i < kGauges; ++i) {
-      SetGauge(state_.Main, panel_, static_cast<int>(i), kLostGauges[i]);
-      panel_.Label2[i].Caption("0");
+    for (const Gauge gauge : kGauges) {
+      SetGauge(state_.Main, panel_, gauge, kLostGauges[gauge]);
+      panel_.read_outs[gauge].Caption("0");
     }
   }
-  seams_.timers.Timer2.Enabled(false);
-  panel_.Label13.Caption(state_.Message(message::kReady));
+  seams_.timers.countdown_timer.Enabled(false);
+  panel_.status_line.Caption(state_.Text(Message::kReady));
 }
 
 // By colour, not by caption: a warning stays while the link is down.
 void UpsLink::RefreshWarningLine() {
-  Label& warning = panel_.lblAlert[1];
-  if (IsRed(panel_.lblBattIn)) {
-    warning.Caption(state_.Message(message::kByPassWarning));
+  Label& warning = panel_.supply_warning;
+  if (IsRed(panel_.bypass)) {
+    warning.Caption(state_.Text(Message::kBypassWarning));
     warning.Visible(true);
-  } else if (IsRed(panel_.lblAc)) {
+  } else if (IsRed(panel_.mains)) {
     warning.Visible(true);
-    warning.Caption(state_.Message(message::kAcFailWarning));
+    warning.Caption(state_.Text(Message::kMainsWarning));
   } else {
     warning.Visible(false);
   }
 }
 
-void UpsLink::MSComm1_OnComm() {
-  if (seams_.MSComm1.CommEvent() != kCommEventReceive) return;
-  seams_.MSComm1.Input(received_);
+void UpsLink::OnReceive() {
+  seams_.ups_port.Read(received_);
   std::string& text = state_.Main.RxText;
   for (std::size_t begin = 0; begin < received_.size();) {
     const std::size_t line_end = received_.find(kLineEnd, begin);
@@ -164,13 +160,13 @@ void UpsLink::MSComm1_OnComm() {
   Forget(received_);
 }
 
-void UpsLink::lblConnect_Change() {
-  if (panel_.lblConnect.ForeColor() == kRed) {
-    panel_.lblAlert[1].Visible(false);
-    panel_.lblAlert[2].Visible(false);
+void UpsLink::OnLinkChange() {
+  if (panel_.link.ForeColor() == kRed) {
+    panel_.supply_warning.Visible(false);
+    panel_.overload_warning.Visible(false);
   }
   // On a port that is not open the query is lost, and nobody needs to know.
-  static_cast<void>(SendCommand(seams_.MSComm1, kInformationQuery));
+  static_cast<void>(SendCommand(seams_.ups_port, kInformationQuery));
 }
 
 }  // namespace orvane

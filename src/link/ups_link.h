@@ -15,19 +15,18 @@ class UpsLink {
  public:
   UpsLink(State& state, Panel& panel, Journals& journals, const Seams& seams);
 
-  // Puts the Change reactions of `lblConnect` and `Label2` on the panel and the receive event on
-  // the port.
+  // Puts the Change reactions of link and read-outs on the panel and the receive event on the port.
   void Attach();
 
   // Port steps of the load: the port of slot 0, or with slot 0 at 0 the first of ports 1 to 4 that
-  // opens. Tells the outcome on `Label14`; a failure stops the poll and shows a box, during which
-  // other events are served.
+  // opens. Tells the outcome on the port line; a failure stops the poll and shows a box, during
+  // which other events are served.
   void OpenPort();
 
   // Poll tick: sends "Q1", declares the link lost on the fourth poll in a row without an answer,
   // refreshes the warning line. A port that was lost while the program ran is opened again first,
   // as soon as its device is back.
-  void Timer1_Timer();
+  void OnPoll();
 
   // The computer falls asleep: lets go of the port and sends no poll until Resume, which takes
   // both up again. The counts of the program take no notice. Resume without Suspend does nothing.
@@ -36,11 +35,11 @@ class UpsLink {
 
   // Receive event: collects, and decodes and evaluates one reply after the other. A line, up to its
   // carriage return, that is no reply is dropped; what has no end yet waits for the rest.
-  void MSComm1_OnComm();
+  void OnReceive();
 
   // Runs inside the write of the link's caption: a link that was down takes its warnings along;
   // the UPS is asked for its data.
-  void lblConnect_Change();
+  void OnLinkChange();
 
  private:
   bool Open(int number);

@@ -1,20 +1,20 @@
-// The form layer as the logic sees it: windows by name, shown and unloaded.
+// The windows as the logic sees them: shown and unloaded by name.
 #pragma once
 
 namespace orvane {
 
 enum class Form {
-  frmMain,
-  frmSplash,
-  frmAbout,
-  frmAlert,
-  frmSetup,
-  frmWeek,
-  frmSpecial,
-  frmSelfTest,
-  frmLog,
-  frmDateRc,
-  frmShutRec,
+  kMain,
+  kSplash,
+  kAbout,
+  kAlert,
+  kSettings,
+  kWeek,
+  kSpecialDays,
+  kSelfTests,
+  kLog,
+  kDayHistory,
+  kShutdownReport,
 };
 
 struct Forms {
@@ -27,8 +27,8 @@ struct Forms {
   // Takes the form off the screen; it lives on.
   virtual void Hide(Form form) = 0;
 
-  // Ends the form. A form that is not open is left alone. Unloading frmMain ends the program when
-  // the running handler is over, unless frmMain is shown again before that.
+  // Ends the form. A form that is not open is left alone. Unloading the main form ends the program
+  // when the running handler is over, unless it is shown again before that.
   virtual void Unload(Form form) = 0;
 
   // Takes every menu, drop-down list and message box that stands open off the screen, and with it

@@ -27,7 +27,7 @@ struct Host {
   virtual std::string ProgramDirectory() const = 0;
 
   // The directory that holds `SaverApp.INI`. No slash at the end.
-  virtual std::string WindowsDirectory() const = 0;
+  virtual std::string ReportDirectory() const = 0;
 
   // Full path of the companion, beside the executable.
   virtual std::string CompanionPath() const = 0;
@@ -35,7 +35,7 @@ struct Host {
   // True when another process runs on the same program directory. The first call claims the
   // directory for this process, until it ends in whatever way; later calls of the holder are false.
   // A directory in which no claim can be laid holds nobody off.
-  virtual bool PrevInstance() = 0;
+  virtual bool IsSecondInstance() = 0;
 
   // Starts a program without arguments and without a window, and waits until it ends, for at most
   // `limit`. No event of this program is served meanwhile. Never ends the other program.

@@ -173,23 +173,13 @@ std::string ProfileFile::Text() const {
   return text;
 }
 
-std::string GetPrivateProfileString(const ProfileFile& file, std::string_view section,
-                                    std::string_view key, std::string_view fallback,
-                                    std::size_t size) {
-  if (size == 0) return {};
-  const auto value = file.Get(section, key);
-  return std::string(WholeCharacters(value ? std::string_view(*value) : fallback, size - 1));
+std::string ReadProfileValue(const ProfileFile& file, std::string_view section,
+                             std::string_view key, std::size_t limit) {
+  return std::string(WholeCharacters(file.Get(section, key).value_or(""), limit));
 }
 
-std::string GetPrivateProfileString(const Disk& disk, std::string_view section,
-                                    std::string_view key, std::string_view fallback,
-                                    std::size_t size, const std::string& path) {
-  return GetPrivateProfileString(ProfileFile::Parse(disk.Read(path).value_or("")), section, key,
-                                 fallback, size);
-}
-
-bool WritePrivateProfileStrings(Disk& disk, std::string_view section,
-                                const std::vector<ProfileEntry>& entries, const std::string& path) {
+bool WriteProfileValues(Disk& disk, std::string_view section,
+                        const std::vector<ProfileEntry>& entries, const std::string& path) {
   const auto text = disk.Read(path);
   if (!text && disk.Exists(path)) return false;
   ProfileFile file = ProfileFile::Parse(text.value_or(""));

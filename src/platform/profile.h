@@ -63,16 +63,10 @@ class ProfileFile {
   std::string line_end_ = "\r\n";  // that of the file's first line
 };
 
-// The value of a key in the profile file at `path`, or `fallback` when the file, the section or the
-// key is absent; cut to at most `size` - 1 bytes, never inside a UTF-8 character.
-std::string GetPrivateProfileString(const Disk& disk, std::string_view section,
-                                    std::string_view key, std::string_view fallback,
-                                    std::size_t size, const std::string& path);
-
-// The same from a file that is parsed already.
-std::string GetPrivateProfileString(const ProfileFile& file, std::string_view section,
-                                    std::string_view key, std::string_view fallback,
-                                    std::size_t size);
+// The value of a key, empty when the section or the key is absent; cut to at most `limit` bytes,
+// never inside a UTF-8 character.
+std::string ReadProfileValue(const ProfileFile& file, std::string_view section,
+                             std::string_view key, std::size_t limit);
 
 struct ProfileEntry {
   std::string key;
@@ -82,7 +76,7 @@ struct ProfileEntry {
 // Sets the keys in the profile file at `path`, in order, and leaves the rest of it alone; creates
 // file and section if need be. One replacement of the file, whatever the number of keys. False,
 // with the old file untouched, when it could not be written, or is there and cannot be read.
-bool WritePrivateProfileStrings(Disk& disk, std::string_view section,
-                                const std::vector<ProfileEntry>& entries, const std::string& path);
+bool WriteProfileValues(Disk& disk, std::string_view section,
+                        const std::vector<ProfileEntry>& entries, const std::string& path);
 
 }  // namespace orvane

@@ -3,7 +3,6 @@
 #include <cstdint>
 #include <string>
 
-#include "app/message_numbers.h"
 #include "app/settings.h"
 
 namespace orvane {
@@ -13,26 +12,26 @@ constexpr std::int32_t kSecondsPerMinute = 60;
 
 }  // namespace
 
-void Countdown::Timer2_Timer() {
+void Countdown::OnCountdown() {
   std::int32_t& countdown = state_.ShutdownCountdown;
   if (++state_.Main.AlertSeconds == 1) countdown = MainsFailureDelay(state_);
   CountDown();
   ShowAlertWhenDue();
   if (countdown <= 0) countdown = 0;
-  std::string text(state_.Message(message::kSecondsLeftBefore));
+  std::string text(state_.Text(Message::kSecondsLeftBefore));
   text += ' ' + std::to_string(countdown) + ' ';
-  text += state_.Message(message::kSecondsLeftBehind);
-  panel_.Label13.Caption(text);
-  if (countdown == 0) shutdown_.ShutdownSequence(message::kCountdownEnded);
+  text += state_.Text(Message::kSecondsLeftBehind);
+  panel_.status_line.Caption(text);
+  if (countdown == 0) shutdown_.ShutdownSequence(Message::kCountdownEnded);
 }
 
 // A low battery shortens the count at most: it jumps down to the time that the battery has left,
 // and from there on falls like any other.
 void Countdown::CountDown() {
-  if (state_.IsNormal(panel_.lblAc)) return;
+  if (state_.IsNormal(panel_.mains)) return;
   std::int32_t& countdown = state_.ShutdownCountdown;
   const std::int32_t low = BatteryLowDelay(state_);
-  if (!state_.IsNormal(panel_.lblBatt) && countdown > low) {
+  if (!state_.IsNormal(panel_.battery) && countdown > low) {
     countdown = low;
   } else {
     --countdown;
@@ -49,7 +48,7 @@ void Countdown::ShowAlertWhenDue() {
   // Without a period the alert is shown once, when the phase begins.
   const int period = state_.Settings[kWarnPeriod];
   const bool due = period == 0 ? form.AlertPeriods == 0 : form.AlertPeriods % period == 0;
-  if (due) seams_.forms.Show(Form::frmAlert);
+  if (due) seams_.forms.Show(Form::kAlert);
   ++form.AlertPeriods;
 }
 

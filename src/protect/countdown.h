@@ -1,4 +1,4 @@
-// The count to shutdown: what each tick of `Timer2` does while a fault stands.
+// The count to shutdown: what each second does while a fault stands.
 #pragma once
 
 #include "app/panel.h"
@@ -8,15 +8,15 @@
 
 namespace orvane {
 
-// Reads what mains and battery do from the captions of `lblAc` and `lblBatt` and from nothing else.
-// The status evaluation starts and stops `Timer2` and clears the two tick counters.
+// Reads what mains and battery do from the captions of their state lines and from nothing else. The
+// status evaluation starts and stops the timer and clears the two tick counters.
 class Countdown {
  public:
   Countdown(State& state, Panel& panel, Shutdown& shutdown, const Seams& seams)
       : state_(state), panel_(panel), shutdown_(shutdown), seams_(seams) {}
 
   // One second of the count. At 0 it runs the shutdown sequence, which blocks.
-  void Timer2_Timer();
+  void OnCountdown();
 
  private:
   void CountDown();

@@ -2,7 +2,6 @@
 
 #include <chrono>
 
-#include "app/message_numbers.h"
 #include "link/commands.h"
 
 namespace orvane {
@@ -12,26 +11,26 @@ constexpr std::chrono::milliseconds kCompanionLimit{40000};
 
 }  // namespace
 
-void Shutdown::ShutdownSequence(int log_message, std::optional<int> record_code) {
+void Shutdown::ShutdownSequence(Message log_line, std::optional<RecordCode> record) {
   if (begun_) return;
   begun_ = true;
   Host& host = seams_.host;
   seams_.forms.Dismiss();
-  seams_.forms.Unload(Form::frmAlert);
-  seams_.forms.Unload(Form::frmSetup);
+  seams_.forms.Unload(Form::kAlert);
+  seams_.forms.Unload(Form::kSettings);
   seams_.timers.Stop();
   // A reply that is still under way would start the count again.
-  seams_.MSComm1.RThreshold(0);
-  panel_.Label13.Caption(state_.Message(message::kSavingFiles));
+  seams_.ups_port.Notify(false);
+  panel_.status_line.Caption(state_.Text(Message::kSavingFiles));
   // The UPS must not wait for a disk: that of a computer in trouble may take its time.
-  const bool logged = journals_.WriteLog(state_.Message(log_message), OnMedium::kWithSettle);
-  const bool recorded = record_code && journals_.WriteDateRec(*record_code, OnMedium::kWithSettle);
-  seams_.forms.Hide(Form::frmMain);
+  const bool logged = journals_.WriteLog(state_.Text(log_line), OnMedium::kWithSettle);
+  const bool recorded = record && journals_.WriteDateRec(*record, OnMedium::kWithSettle);
+  seams_.forms.Hide(Form::kMain);
   if (!TellUps()) {
     host.Report("the UPS did not get its shutdown command " + state_.ShutdownCommand);
   }
   SettleJournal(journals_.LogPath(), logged);
-  if (record_code) SettleJournal(journals_.DateRecPath(), recorded);
+  if (record) SettleJournal(journals_.DateRecPath(), recorded);
   RunCompanion();
   host.TakeDown();
 }
@@ -39,8 +38,8 @@ void Shutdown::ShutdownSequence(int log_message, std::optional<int> record_code)
 // A lost port is asked for once more, as every poll would: a dip of the mains makes adapters come
 // and go. What hangs on a port that the load could not open is nobody's to speak to.
 bool Shutdown::TellUps() {
-  SerialPort& port = seams_.MSComm1;
-  const bool open = port.PortOpen() || (state_.Main.PortWasOpen && port.PortOpen(true));
+  SerialPort& port = seams_.ups_port;
+  const bool open = port.IsOpen() || (state_.Main.PortWasOpen && port.Open());
   return open && SendCommand(port, state_.ShutdownCommand);
 }
 

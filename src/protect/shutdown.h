@@ -16,12 +16,12 @@ class Shutdown {
   Shutdown(const State& state, Panel& panel, Journals& journals, const Seams& seams)
       : state_(state), panel_(panel), journals_(journals), seams_(seams) {}
 
-  // Stops the program's own activity, logs message `log_message`, writes a daily record where
-  // `record_code` holds one, sends `ShutdownCommand` to the UPS, lets the companion save the user's
+  // Stops the program's own activity, logs `log_line`, writes a daily record where
+  // `record` holds one, sends `ShutdownCommand` to the UPS, lets the companion save the user's
   // work and asks the operating system to go down. Blocks until the companion is done; no event of
   // the program is served meanwhile. A step that fails is reported on standard error and the next
   // one runs. A second call does nothing: nothing comes back from the first.
-  void ShutdownSequence(int log_message, std::optional<int> record_code = std::nullopt);
+  void ShutdownSequence(Message log_line, std::optional<RecordCode> record = std::nullopt);
 
   // The sequence has started.
   bool Begun() const { return begun_; }

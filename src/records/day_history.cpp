@@ -105,7 +105,7 @@ std::string PreviousDay(std::string_view date) {
 DayHistory::DayHistory(const Disk& disk, const Clock& clock, std::string path)
     : disk_(disk), clock_(clock), path_(std::move(path)) {}
 
-void DayHistory::Form_Load() {
+void DayHistory::Load() {
   date_ = DateText(clock_.Now());
   const auto file = disk_.Open(path_);
   records_.Read(file ? file->Bytes() : std::string_view());
@@ -113,11 +113,11 @@ void DayHistory::Form_Load() {
   ShowDay();
 }
 
-void DayHistory::cmdNext_Click() {
+void DayHistory::ShowNext() {
   Turn(NextDay(date_));
 }
 
-void DayHistory::cmdPrev_Click() {
+void DayHistory::ShowPrevious() {
   Turn(PreviousDay(date_));
 }
 
@@ -132,14 +132,14 @@ void DayHistory::ShowDay() {
   if (const auto date = DateKey(date_)) {
     records_.ForEachOf(*date, [this](int hour, int code) { MarkCell(hour + 24 * code); });
   }
-  grid_[0].count = CellZeroCount;
+  grid_[0].count = cell_zero_count_;
 }
 
 void DayHistory::MarkCell(int cell) {
   if (cell >= kGridCells) return;
   Cell& marked = grid_[static_cast<std::size_t>(cell)];
   if (cell == 0) {
-    if (CellZeroCount < std::numeric_limits<std::int16_t>::max()) ++CellZeroCount;
+    if (cell_zero_count_ < std::numeric_limits<std::int16_t>::max()) ++cell_zero_count_;
   } else {
     ++marked.count;
   }
@@ -147,7 +147,7 @@ void DayHistory::MarkCell(int cell) {
 }
 
 void DayHistory::ClearDayGrid() {
-  CellZeroCount = 0;
+  cell_zero_count_ = 0;
   grid_ = {};
 }
 

@@ -1,5 +1,5 @@
 // The day history: which kinds of power events fell into which hour of a day, counted from the
-// records of `DateRec.rec`, and the steps from day to day. This is all of `frmDateRc` but its
+// records of `DateRec.rec`, and the steps from day to day. This is all of the window but its
 // drawing.
 #pragma once
 
@@ -60,20 +60,20 @@ class DayHistory {
   DayHistory(const Disk& disk, const Clock& clock, std::string path);
 
   // Today, by a fresh reading of the file; an absent or unreadable one has no records.
-  void Form_Load();
+  void Load();
 
-  void cmdNext_Click();
-  void cmdPrev_Click();
+  void ShowNext();
+  void ShowPrevious();
 
   // The day shown, as "yyyy-MM-dd".
-  const std::string& lblDate() const { return date_; }
+  const std::string& Date() const { return date_; }
 
   // Whether the mark and the count of a cell are to be seen.
   bool Visible(int cell) const { return grid_[static_cast<std::size_t>(cell)].visible; }
 
-  // The caption of a cell's count: for a cell in use the number of its events in that hour. Cell 0
-  // always has one, and on a day without its events it reads 0.
-  std::int32_t lblCount(int cell) const { return grid_[static_cast<std::size_t>(cell)].count; }
+  // For a cell in use the number of its events in that hour; of cell 0 always a number, on a day
+  // without its events 0.
+  std::int32_t Count(int cell) const { return grid_[static_cast<std::size_t>(cell)].count; }
 
   const DayRecords& Records() const { return records_; }
 
@@ -93,11 +93,11 @@ class DayHistory {
   std::string path_;
 
   DayRecords records_;  // as read by the load
-  std::string date_;    // the caption of `lblDate`
+  std::string date_;    // the day shown
   std::array<Cell, kGridCells> grid_{};
   // Events of cell 0, which reach its count when the day is complete. Stays at its highest value
   // when more fall into that one hour.
-  std::int16_t CellZeroCount = 0;
+  std::int16_t cell_zero_count_ = 0;
 };
 
 // The day behind and the day before `date`, a text of year, "-", two digits of the month, "-" and

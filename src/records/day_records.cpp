@@ -119,9 +119,9 @@ std::optional<std::uint32_t> DateKey(std::string_view text) {
 void DayRecords::Read(std::string_view bytes) {
   // No line that is held is shorter than its fields and its end.
   const std::size_t most = bytes.size() / (kFieldsEnd + kLineEnd.size()) + 1;
-  RecDates.clear();
-  RecHours.resize(most);
-  RecCodes.resize(most);
+  runs_.clear();
+  hours_.resize(most);
+  codes_.resize(most);
   count_ = 0;
   const char* at = bytes.data();
   const char* const end = at + bytes.size();
@@ -132,11 +132,11 @@ void DayRecords::Read(std::string_view bytes) {
     ReadLine(rest.substr(0, length));
     at += std::min(length + kLineEnd.size(), rest.size());
   }
-  RecHours.resize(count_);
-  RecCodes.resize(count_);
+  hours_.resize(count_);
+  codes_.resize(count_);
   if (count_ >= most / 2) return;
-  RecHours.shrink_to_fit();
-  RecCodes.shrink_to_fit();
+  hours_.shrink_to_fit();
+  codes_.shrink_to_fit();
 }
 
 // Takes whole records of the exact form from `at` on; returns where the first other line begins.
@@ -145,14 +145,14 @@ const char* DayRecords::ReadRecords(const char* at, const char* end) {
     // The records of a day stand together.
     const char* const day = at + kDateAt;
     BeginRun(KeyOf(day));
-    std::uint8_t* hour = RecHours.data() + count_;
-    std::uint8_t* code = RecCodes.data() + count_;
+    std::uint8_t* hour = hours_.data() + count_;
+    std::uint8_t* code = codes_.data() + count_;
     do {
       *hour++ = static_cast<std::uint8_t>(Digit(at[kHourAt]) * 10 + Digit(at[kHourAt + 1]));
       *code++ = static_cast<std::uint8_t>(Digit(at[kCodeAt]));
       at += kRecordBytes;
     } while (HasRecord(at, end) && SameDate(at + kDateAt, day));
-    count_ = static_cast<std::size_t>(code - RecCodes.data());
+    count_ = static_cast<std::size_t>(code - codes_.data());
   }
   return at;
 }
@@ -173,19 +173,19 @@ void DayRecords::ReadLine(std::string_view line) {
   const auto code = Number(text.substr(kCodeAt, 1));
   if (!date || !hour || !code) return;
   BeginRun(*date);
-  RecHours[count_] = static_cast<std::uint8_t>(*hour);
-  RecCodes[count_] = static_cast<std::uint8_t>(*code);
+  hours_[count_] = static_cast<std::uint8_t>(*hour);
+  codes_[count_] = static_cast<std::uint8_t>(*code);
   ++count_;
 }
 
 void DayRecords::BeginRun(std::uint32_t date) {
-  if (RecDates.empty() || RecDates.back().date != date) {
-    RecDates.push_back({date, static_cast<std::uint32_t>(count_)});
+  if (runs_.empty() || runs_.back().date != date) {
+    runs_.push_back({date, static_cast<std::uint32_t>(count_)});
   }
 }
 
 std::size_t DayRecords::Memory() const {
-  return RecDates.size() * sizeof(Run) + RecHours.capacity() + RecCodes.capacity();
+  return runs_.size() * sizeof(Run) + hours_.capacity() + codes_.capacity();
 }
 
 }  // namespace orvane

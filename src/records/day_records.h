@@ -44,19 +44,19 @@ class DayRecords {
   void ReadLine(std::string_view line);
   void BeginRun(std::uint32_t date);
 
-  std::deque<Run> RecDates;
-  std::vector<std::uint8_t> RecHours;
-  std::vector<std::uint8_t> RecCodes;
+  std::deque<Run> runs_;
+  std::vector<std::uint8_t> hours_;
+  std::vector<std::uint8_t> codes_;
   std::size_t count_ = 0;  // records held, also while they are being read
 };
 
 template <typename Found>
 void DayRecords::ForEachOf(std::uint32_t date, Found found) const {
-  for (auto run = RecDates.begin(); run != RecDates.end(); ++run) {
+  for (auto run = runs_.begin(); run != runs_.end(); ++run) {
     if (run->date != date) continue;
     const auto next = std::next(run);
-    const std::size_t end = next == RecDates.end() ? Count() : next->first;
-    for (std::size_t i = run->first; i < end; ++i) found(int{RecHours[i]}, int{RecCodes[i]});
+    const std::size_t end = next == runs_.end() ? Count() : next->first;
+    for (std::size_t i = run->first; i < end; ++i) found(int{hours_[i]}, int{codes_[i]});
   }
 }
 

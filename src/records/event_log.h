@@ -1,4 +1,4 @@
-// The event log as its window shows and clears it. This is all of `frmLog` but its list.
+// The event log as its window shows and clears it. This is all of the window but its list.
 #pragma once
 
 #include <cstddef>
@@ -20,7 +20,7 @@ class EventLog {
 
   // Reads the file anew; of one that cannot be read, nothing. True when the window is to put its
   // English captions in place: it keeps the Chinese ones also where there is no log file.
-  bool Form_Load();
+  bool Load();
 
   // The lines, as they stood at the load and without their ends. They stay while the file grows.
   std::size_t Lines() const { return index_.Lines(); }
@@ -28,7 +28,7 @@ class EventLog {
 
   // With lines and the user's Yes: deletes the file, whether or not that can be done, and forgets
   // the lines. False when everything stays.
-  bool cmdClear_Click();
+  bool Clear();
 
  private:
   const State& state_;

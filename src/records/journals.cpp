@@ -27,11 +27,12 @@ bool Journals::WriteLog(std::string_view text, OnMedium when) {
              when);
 }
 
-bool Journals::WriteDateRec(int code, OnMedium when) {
+bool Journals::WriteDateRec(RecordCode code, OnMedium when) {
   const LocalTime now = clock_.Now();
   const std::string hour = {static_cast<char>('0' + now.hour / 10),
                             static_cast<char>('0' + now.hour % 10)};
-  return Add(date_rec_path_, Quoted(DateText(now) + ' ' + hour + ' ' + std::to_string(code)), when);
+  const std::string number = std::to_string(static_cast<int>(code));
+  return Add(date_rec_path_, Quoted(DateText(now) + ' ' + hour + ' ' + number), when);
 }
 
 bool Journals::Add(const std::string& path, const std::string& line, OnMedium when) {

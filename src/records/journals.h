@@ -10,10 +10,8 @@
 
 namespace orvane {
 
-// Codes of the daily record.
-inline constexpr int kRecordScheduleDown = 0;
-inline constexpr int kRecordAcFail = 1;
-inline constexpr int kRecordLowOrUpsFail = 2;
+// What a daily record tells of; its number stands in the file.
+enum class RecordCode { kScheduleDown = 0, kMainsFailed = 1, kBatteryLowOrUpsFault = 2 };
 
 // When a line or record is on the medium: when the writer returns, or with Settle.
 enum class OnMedium { kNow, kWithSettle };
@@ -29,7 +27,7 @@ class Journals {
 
   // Appends one record to `DateRec.rec`: in double quotes a line feed, date, blank, two-digit hour,
   // blank and `code`; then carriage return and line feed. False when it could not be written.
-  bool WriteDateRec(int code, OnMedium when = OnMedium::kNow);
+  bool WriteDateRec(RecordCode code, OnMedium when = OnMedium::kNow);
 
   // Has what was written before on the medium. False when that failed for the journal at `path`.
   bool Settle(const std::string& path) { return disk_.Settle(path); }

@@ -20,32 +20,31 @@ bool IsSet(std::string_view enable) {
 
 }  // namespace
 
-bool ScheduleEditor::Reads(std::size_t index, std::string_view text) {
+bool ScheduleEditor::Reads(std::string Row::*box, std::string_view text) {
   if (Trimmed(text, kTypedBlanks).empty()) return true;
-  return index < kDate ? ReadTime(text).has_value() : ReadDate(text).has_value();
+  return box == &Row::date ? ReadDate(text).has_value() : ReadTime(text).has_value();
 }
 
-void ScheduleEditor::Form_Load() {
+void ScheduleEditor::Load() {
   const ScheduleEntries entries = ReadSchedule(seams_.disk, Path(), section_);
   for (std::size_t i = 0; i < kScheduleEntries; ++i) {
-    Check1[i] = IsSet(entries[i].enable);
-    txtTime[kOn + i] = entries[i].on;
-    txtTime[kOff + i] = entries[i].off;
-    txtTime[kDate + i] = entries[i].date;
+    const ScheduleEntry& entry = entries[i];
+    rows[i] = {IsSet(entry.enable), entry.on, entry.off, entry.date};
   }
 }
 
-void ScheduleEditor::cmdEnter_Click() {
+void ScheduleEditor::Save() {
   ScheduleEntries entries;
   for (std::size_t i = 0; i < kScheduleEntries; ++i) {
-    entries[i] = {Check1[i] ? "1" : "0", txtTime[kOn + i], txtTime[kOff + i], txtTime[kDate + i]};
+    const Row& row = rows[i];
+    entries[i] = {row.enabled ? "1" : "0", row.on, row.off, row.date};
   }
   WriteSection(entries);
   StoreSchedule(section_, entries, state_);
   seams_.forms.Unload(form_);
 }
 
-void ScheduleEditor::cmdCancel_Click() {
+void ScheduleEditor::Cancel() {
   seams_.forms.Unload(form_);
 }
 
@@ -64,7 +63,7 @@ void ScheduleEditor::WriteSection(const ScheduleEntries& entries) {
   add("On", &ScheduleEntry::on);
   if (section_.off_slots) add("Off", &ScheduleEntry::off);
   if (section_.date_slots) add("Date", &ScheduleEntry::date);
-  if (!WritePrivateProfileStrings(seams_.disk, section_.name, keys, Path())) {
+  if (!WriteProfileValues(seams_.disk, section_.name, keys, Path())) {
     seams_.host.Report("the schedule could not be written to " + Path());
   }
 }

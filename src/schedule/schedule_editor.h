@@ -1,4 +1,4 @@
-// The logic of the three schedule editors: `frmWeek`, `frmSpecial` and `frmSelfTest`.
+// The logic of the three schedule editors: the week, the special days and the self-tests.
 #pragma once
 
 #include <array>
@@ -12,35 +12,33 @@ namespace orvane {
 
 class ScheduleEditor {
  public:
-  // Edits `section`; `form` is the window that the two buttons unload.
+  // Edits `section`; `form` is the window that Save and Cancel unload.
   ScheduleEditor(const ScheduleSection& section, Form form, State& state, const Seams& seams)
       : section_(section), form_(form), state_(state), seams_(seams) {}
 
-  // The controls, by index. `txtTime` 0 to 6 are switch-on times (of self-tests: their times), 7 to
-  // 13 switch-off times, 14 to 20 dates; those of texts that the section does not have stay empty.
-  std::array<bool, kScheduleEntries> Check1{};
-  std::array<std::string, 3 * kScheduleEntries> txtTime;
+  // What the controls of a row hold. Texts that the section does not have stay empty.
+  struct Row {
+    bool enabled = false;
+    std::string on;  // of a self-test its time
+    std::string off;
+    std::string date;
+  };
+  std::array<Row, kScheduleEntries> rows;
 
-  static constexpr std::size_t kOn = 0;  // first index of each kind of text
-  static constexpr std::size_t kOff = kScheduleEntries;
-  static constexpr std::size_t kDate = 2 * kScheduleEntries;
-
-  const ScheduleSection& Section() const { return section_; }
-
-  // The engine would read the text of `txtTime(index)`, or the box is empty: an empty box is no
-  // slip.
-  static bool Reads(std::size_t index, std::string_view text);
+  // The engine would read this as a time, or for `date` as a date, or the text is empty: an empty
+  // box is no slip.
+  static bool Reads(std::string Row::*box, std::string_view text);
 
   // Fills the controls from the file, never from the tables.
-  void Form_Load();
+  void Load();
 
   // Writes every key of the section in one replacement of the file, takes the controls over into
   // the tables, and unloads the form. A file that cannot be written is reported on standard error
   // and changes nothing else: the tables hold until the program ends.
-  void cmdEnter_Click();
+  void Save();
 
   // Unloads the form; file and tables stay as they are.
-  void cmdCancel_Click();
+  void Cancel();
 
  private:
   std::string Path() const;

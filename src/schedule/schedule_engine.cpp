@@ -1,14 +1,13 @@
 #include "schedule/schedule_engine.h"
 
 #include "app/calendar.h"
-#include "app/message_numbers.h"
 #include "link/commands.h"
 #include "schedule/due_texts.h"
 #include "schedule/schedule_tables.h"
 
 namespace orvane {
 
-void ScheduleEngine::Timer3_Timer() {
+void ScheduleEngine::OnSchedule() {
   const LocalTime now = seams_.clock.Now();
   const std::string date = DateText(now);
   const std::string time = TimeForm(now);
@@ -42,18 +41,18 @@ void ScheduleEngine::Timer3_Timer() {
 
   if (TestDue) Send(kSelfTestToLow);
   if (SwitchOnDue) SwitchOn();
-  if (SwitchOffDue) shutdown_.ShutdownSequence(message::kSwitchOffTime, kRecordScheduleDown);
+  if (SwitchOffDue) shutdown_.ShutdownSequence(Message::kSwitchOffTime, RecordCode::kScheduleDown);
 }
 
 void ScheduleEngine::SwitchOn() {
-  if (!journals_.WriteLog(state_.Message(message::kSwitchOnTime))) {
+  if (!journals_.WriteLog(state_.Text(Message::kSwitchOnTime))) {
     seams_.host.Report("the event could not be written to " + journals_.LogPath());
   }
   Send(kSwitchOn);
 }
 
 void ScheduleEngine::Send(std::string_view command) {
-  if (SendCommand(seams_.MSComm1, command)) return;
+  if (SendCommand(seams_.ups_port, command)) return;
   seams_.host.Report("the UPS did not get its command " + std::string(command));
 }
 

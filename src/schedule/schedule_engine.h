@@ -18,7 +18,7 @@ class ScheduleEngine {
   // to the next, so that every tick inside a due minute acts again. A journal that cannot be
   // written and a command that the port does not take are reported on standard error, and the tick
   // goes on.
-  void Timer3_Timer();
+  void OnSchedule();
 
  private:
   void SwitchOn();

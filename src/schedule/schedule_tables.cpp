@@ -5,13 +5,13 @@
 namespace orvane {
 namespace {
 
-constexpr std::size_t kReadBuffer = 1024;
+constexpr std::size_t kLongestText = 1023;  // bytes
 
 ScheduleEntries ReadSection(const ProfileFile& file, const ScheduleSection& section) {
   ScheduleEntries entries;
   for (std::size_t n = 1; n <= kScheduleEntries; ++n) {
     const auto read = [&](std::string_view suffix) {
-      return GetPrivateProfileString(file, section.name, ScheduleKey(n, suffix), "", kReadBuffer);
+      return ReadProfileValue(file, section.name, ScheduleKey(n, suffix), kLongestText);
     };
     ScheduleEntry& entry = entries[n - 1];
     entry.enable = read("Enable");

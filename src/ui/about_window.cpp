@@ -20,9 +20,9 @@ namespace orvane {
 namespace {
 
 constexpr Place kForm{0, 0, 6300, 4050};
-constexpr Place kImage1{300, 330, 1200, 1200};
-constexpr Place kFrame1{300, 1800, 5700, 15};
-constexpr Place kCommand1{5040, 3360, 960, 465};
+constexpr Place kLogo{300, 330, 1200, 1200};
+constexpr Place kRule{300, 1800, 5700, 15};
+constexpr Place kOk{5040, 3360, 960, 465};
 
 constexpr Words kTitle{"关于Orvane", "About Orvane"};
 constexpr Words kButton{"确定", "OK"};
@@ -39,13 +39,13 @@ constexpr int kTextLeft = 1800;
 constexpr int kTextWidth = 4200;
 
 constexpr Line kLines[] = {
-    {"Label1", {"Orvane", "Orvane"}, {kTextLeft, 300, kTextWidth, 525}, {.size = 30, .bold = true}},
-    {"Label2", {kPlatform, kPlatform}, {kTextLeft, 870, kTextWidth, 285}, {.size = 14}},
-    {"Label3",
+    {"name", {"Orvane", "Orvane"}, {kTextLeft, 300, kTextWidth, 525}, {.size = 30, .bold = true}},
+    {"platform", {kPlatform, kPlatform}, {kTextLeft, 870, kTextWidth, 285}, {.size = 14}},
+    {"copyright",
      kCopyright,
      {kTextLeft, 1230, kTextWidth, 270},
      {.size = 12, .ink = look::kQuietInk}},
-    {"Label4",
+    {"notice",
      kNotice,
      {300, 1950, 5700, 1275},
      {.size = 12, .alignment = Qt::AlignLeft | Qt::AlignTop, .ink = look::kQuietInk, .wrap = true}},
@@ -58,35 +58,35 @@ constexpr char kContactLine[] = "Contact: 555-0100";
 
 AboutWindow::AboutWindow(const State& state, Forms& forms, Dialogs& dialogs)
     : QWidget(nullptr, kFormFlags), state_(state), dialogs_(dialogs) {
-  setObjectName("frmAbout");
+  setObjectName("about");
   setFixedSize(Pixels(kForm).size());
   CenterForm(*this);
   setWindowTitle(Pick(state, kTitle));
-  auto* picture = new Picture("Image1", ":/orvane.svg", kImage1, this);
+  auto* picture = new Picture("logo", ":/orvane.svg", kLogo, this);
   picture->setAccessibleName("Orvane");
   for (const Line& line : kLines) {
     (new TextLabel(line.name, line.place, line.style, this))->Show(Pick(state, line.words));
   }
-  QPushButton* button = NewButton("Command1", kCommand1, this);
+  QPushButton* button = NewButton("ok", kOk, this);
   button->setAccessibleName(Pick(state, kButton));
   button->setIcon(QIcon(":/ok.svg"));
   button->setIconSize({20, 20});
   button->setAttribute(Qt::WA_NoMousePropagation);
-  connect(button, &QPushButton::clicked, this, [&forms] { forms.Unload(Form::frmAbout); });
+  connect(button, &QPushButton::clicked, this, [&forms] { forms.Unload(Form::kAbout); });
   connect(new QShortcut(Qt::Key_Escape, this), &QShortcut::activated, button, &QPushButton::click);
 }
 
 void AboutWindow::paintEvent(QPaintEvent*) {
   QPainter painter(this);
   painter.fillRect(rect(), look::kCard);
-  painter.fillRect(Pixels(kFrame1), look::kHairline);
+  painter.fillRect(Pixels(kRule), look::kHairline);
 }
 
 void AboutWindow::mousePressEvent(QMouseEvent* event) {
   constexpr Qt::KeyboardModifiers kAllThree =
       Qt::ShiftModifier | Qt::ControlModifier | Qt::AltModifier;
   if (event->button() != Qt::RightButton || event->modifiers() != kAllThree) return;
-  dialogs_.Plain(std::string(state_.Message(41)) + "\r\r" + kContactLine, kBoxTitle);
+  dialogs_.Plain(std::string(state_.Text(Message::kCopyright)) + "\r\r" + kContactLine, kBoxTitle);
 }
 
 }  // namespace orvane

@@ -1,4 +1,4 @@
-// frmAbout: what the program is.
+// What the program is.
 #pragma once
 
 #include <QWidget>

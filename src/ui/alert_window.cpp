@@ -69,11 +69,12 @@ QLabel* NewLabel(const QString& text, int pixels, QColor ink, bool bold) {
 
 }  // namespace
 
-AlertWindow::AlertWindow(const State& state, FrmAlert& frm_alert)
+AlertWindow::AlertWindow(const State& state, AlertForm& alert_form)
     : QWidget(nullptr, Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint |
                            Qt::WindowCloseButtonHint | Qt::WindowStaysOnTopHint),
-      frm_alert_(frm_alert) {
-  frm_alert_.Form_Load();
+      alert_form_(alert_form) {
+  alert_form_.Load();
+  setObjectName("alert");
   setWindowTitle(Pick(state, kTitle));
   QPalette ground = palette();
   ground.setColor(QPalette::Window, kGround);
@@ -83,20 +84,21 @@ AlertWindow::AlertWindow(const State& state, FrmAlert& frm_alert)
   auto* image = new QLabel;
   image->setPixmap(WarningIcon(devicePixelRatioF()));
   QLabel* what = NewLabel(Pick(state, kWhat), kLargePixels, kInk, true);
-  what->setObjectName("Label1");
+  what->setObjectName("what");
   QLabel* when = NewLabel(Pick(state, kWhen), kPixels, kInk, false);
-  when->setObjectName("Label2");
-  Label& count = frm_alert_.lblSecond;
+  when->setObjectName("when");
+  Label& count = alert_form_.seconds;
   QLabel* seconds = NewLabel(QString::fromStdString(count.Caption()), kSecondsPixels,
                              look::Exact(count.ForeColor()), true);
-  seconds->setObjectName("lblSecond");
+  seconds->setObjectName("seconds");
   // The figures stand next to the words that they belong to.
-  seconds->setAlignment((state.ResBase == 0 ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignVCenter);
+  seconds->setAlignment((state.language == Language::kEnglish ? Qt::AlignRight : Qt::AlignLeft) |
+                        Qt::AlignVCenter);
   seconds->setMinimumWidth(seconds->fontMetrics().horizontalAdvance(kWidestCount));
   QLabel* unit = NewLabel(kSeconds, kPixels, kInk, false);
-  unit->setObjectName("Label3");
+  unit->setObjectName("unit");
   auto* ok = new QPushButton(Pick(state, kOk));
-  ok->setObjectName("Command1");
+  ok->setObjectName("ok");
   ok->setDefault(true);
   ok->setMinimumWidth(96);
   // The window's yellow is no colour for a button.
@@ -114,11 +116,11 @@ AlertWindow::AlertWindow(const State& state, FrmAlert& frm_alert)
   grid->addWidget(ok, 2, 0, 1, 4, Qt::AlignHCenter);
   grid->setColumnStretch(1, 1);
   grid->setSizeConstraint(QLayout::SetFixedSize);
-  unit->setVisible(state.ResBase == 0);
+  unit->setVisible(state.language == Language::kEnglish);
 
   count.Observer = [seconds, &count] { seconds->setText(QString::fromStdString(count.Caption())); };
   CenterForm(*this);
-  connect(ok, &QPushButton::clicked, this, [this] { frm_alert_.Command1_Click(); });
+  connect(ok, &QPushButton::clicked, this, [this] { alert_form_.Close(); });
 }
 
 AlertWindow::~AlertWindow() {
@@ -138,8 +140,8 @@ void AlertWindow::closeEvent(QCloseEvent* event) {
 
 void AlertWindow::Unload() {
   if (!std::exchange(loaded_, false)) return;
-  frm_alert_.lblSecond.Observer = nullptr;
-  frm_alert_.Form_Unload();
+  alert_form_.seconds.Observer = nullptr;
+  alert_form_.Unload();
 }
 
 }  // namespace orvane

@@ -4,15 +4,15 @@
 #include <QWidget>
 
 #include "app/state.h"
-#include "protect/frm_alert.h"
+#include "protect/alert_form.h"
 
 namespace orvane {
 
 class AlertWindow : public QWidget {
  public:
-  // Loads `frm_alert`, which outlives the window, and unloads it when the window is closed. The
+  // Loads `alert_form`, which outlives the window, and unloads it when the window is closed. The
   // words are those of the language of this moment.
-  AlertWindow(const State& state, FrmAlert& frm_alert);
+  AlertWindow(const State& state, AlertForm& alert_form);
   ~AlertWindow() override;
 
  protected:
@@ -22,7 +22,7 @@ class AlertWindow : public QWidget {
  private:
   void Unload();
 
-  FrmAlert& frm_alert_;
+  AlertForm& alert_form_;
   bool loaded_ = true;
 };
 

@@ -6,7 +6,6 @@
 #include <cmath>
 
 #include "link/mirror.h"
-#include "ui/element_name.h"
 #include "ui/gauge_look.h"
 #include "ui/look.h"
 #include "ui/text_label.h"
@@ -15,7 +14,7 @@
 namespace orvane {
 namespace {
 
-constexpr Place kPicApc{15, 780, 7725, 3645};
+constexpr Place kBoard{15, 780, 7725, 3645};
 constexpr int kTroughLeft = 1305;
 constexpr int kTroughWidth = 4785;
 constexpr int kTroughHeight = 300;
@@ -29,27 +28,6 @@ constexpr Place kCaption{135, 0, 1095, 300};
 constexpr Place kFigure{6315, -15, 795, 330};
 constexpr Place kUnit{7170, 0, 450, 300};
 
-struct Row {
-  std::size_t index;  // of Label2
-  Label Panel::*figure;
-  const char* figure_name;
-  Bar Panel::*bar;
-  int trough_top;
-  int marks_top;
-  int first_mark_element;  // of lblMark
-  Marks marks;
-};
-
-// From the top down.
-constexpr Row kRows[kGauges] = {
-    {kInput, &Panel::lblApcAc, "lblApcAc", &Panel::shpInput, 285, 105, 0, {0, 55, 7}},
-    {kOutput, &Panel::lblApcOutput, "lblApcOutput", &Panel::shpOutput, 870, 690, 7, {0, 55, 7}},
-    {kLoad, &Panel::lblApcLoad, "lblApcLoad", &Panel::shpLoad, 1455, 1275, 14, {0, 25, 7}},
-    {kBattery, &Panel::lblApcBatt, "lblApcBatt", &Panel::shpBatt, 2025, 1845, 21, {0, 20, 6}},
-    {kTemperature, &Panel::lblApcTemp, "lblApcTemp", &Panel::shpTemp, 2610, 2430, 27, {0, 15, 6}},
-    {kFrequency, &Panel::lblApcFreq, "lblApcFreq", &Panel::shpFreq, 3195, 3000, 33, {40, 5, 6}},
-};
-
 constexpr TextLabel::Style kCaptionStyle{.size = 13, .least = 10};
 constexpr TextLabel::Style kMarkStyle{
     .size = 10, .least = 9, .alignment = Qt::AlignCenter, .ink = look::kQuietInk};
@@ -62,8 +40,8 @@ constexpr TextLabel::Style kUnitStyle{.size = 12, .least = 10, .ink = look::kQui
 
 }  // namespace
 
-Trough::Trough(const Bar& bar, std::size_t index, const Marks& marks, QWidget* parent)
-    : QWidget(parent), bar_(bar), index_(index), marks_(marks) {
+Trough::Trough(const Bar& bar, Gauge gauge, const Marks& marks, QWidget* parent)
+    : QWidget(parent), bar_(bar), gauge_(gauge), marks_(marks) {
   setAttribute(Qt::WA_OpaquePaintEvent);
   setAttribute(Qt::WA_NoMousePropagation);
 }
@@ -84,75 +62,88 @@ void Trough::Moved() {
 void Trough::paintEvent(QPaintEvent*) {
   QPainter painter(this);
   painter.fillRect(rect(), look::kTrough);
-  const auto [from, to] = DangerZone(index_);
+  const auto [from, to] = DangerZone(gauge_);
   if (from < to) {
-    const double left = Pixels(BarWidth(index_, from));
-    const double right = Pixels(BarWidth(index_, to));
+    const double left = Pixels(BarWidth(gauge_, from));
+    const double right = Pixels(BarWidth(gauge_, to));
     painter.fillRect(QRectF(left, 0, right - left, height()), look::kDangerTint);
   }
   // The first and the last mark stand at the trough's own edges.
   for (int k = 1; k < marks_.count - 1; ++k) {
-    const double centre = Pixels(BarWidth(index_, marks_.Value(k)));
+    const double centre = Pixels(BarWidth(gauge_, marks_.Value(k)));
     painter.fillRect(QRectF(centre - 0.5, 0, 1, height()), look::kHairline);
   }
   shown_ = BarRect();
   painter.fillRect(shown_, look::Exact(look::kBarGreen));
 }
 
+struct BarFace::Row {
+  Gauge gauge;
+  int trough_top;
+  int marks_top;
+  Marks marks;
+};
+
+// From the top down.
+const BarFace::Row BarFace::kRows[] = {
+    {Gauge::kInput, 285, 105, {0, 55, 7}},         {Gauge::kOutput, 870, 690, {0, 55, 7}},
+    {Gauge::kLoad, 1455, 1275, {0, 25, 7}},        {Gauge::kBattery, 2025, 1845, {0, 20, 6}},
+    {Gauge::kTemperature, 2610, 2430, {0, 15, 6}}, {Gauge::kFrequency, 3195, 3000, {40, 5, 6}},
+};
+
 BarFace::BarFace(const State& state, Panel& panel, std::function<void()> double_click,
                  QWidget* parent)
     : QWidget(parent), state_(state), panel_(panel), double_click_(std::move(double_click)) {
-  setObjectName("picAPC");
-  setGeometry(Pixels(kPicApc));
+  setObjectName("bar_face");
+  setGeometry(Pixels(kBoard));
   setAttribute(Qt::WA_OpaquePaintEvent);
-  for (std::size_t i = 0; i < kGauges; ++i) {
-    AddRow(i);
-    AddMarks(i);
-    ShowCaption(i);
+  for (const Row& row : kRows) {
+    AddRow(row);
+    AddMarks(row);
+    ShowCaption(row.gauge);
   }
 }
 
-void BarFace::AddRow(std::size_t i) {
-  const Row& row = kRows[i];
+void BarFace::AddRow(const Row& row) {
+  const Gauge gauge = row.gauge;
   const auto beside = [&](const Place& place) {
     return Place{place.left, row.trough_top + place.top, place.width, place.height};
   };
-  captions_[i] = new TextLabel(ElementName("lblApcCap", i), beside(kCaption), kCaptionStyle, this);
-  panel_.lblApcCap[i].Observer = [self = QPointer(this), i] {
-    if (self) self->ShowCaption(i);
+  captions_[gauge] =
+      new TextLabel(Id(gauge) + "_bar_caption", beside(kCaption), kCaptionStyle, this);
+  panel_.bar_captions[gauge].Observer = [self = QPointer(this), gauge] {
+    if (self) self->ShowCaption(gauge);
   };
 
-  Bar& bar = panel_.*row.bar;
-  auto* trough = new Trough(bar, row.index, row.marks, this);
-  trough->setObjectName(ElementName("Picture3", i));
+  Bar& bar = panel_.bars[gauge];
+  auto* trough = new Trough(bar, gauge, row.marks, this);
+  trough->setObjectName(Id(gauge) + "_bar");
   trough->setGeometry(Pixels(Place{kTroughLeft, row.trough_top, kTroughWidth, kTroughHeight}));
   bar.Observer = [trough = QPointer(trough)] {
     if (trough) trough->Moved();
   };
 
-  figures_[i] = new TextLabel(row.figure_name, beside(kFigure), kFigureStyle, this);
-  figures_[i]->Follow(panel_.*row.figure);
-  auto* unit = new TextLabel(ElementName("Label18", i), beside(kUnit), kUnitStyle, this);
-  unit->Show(Unit(row.index));
+  figures_[gauge] = new TextLabel(Id(gauge) + "_bar_figure", beside(kFigure), kFigureStyle, this);
+  figures_[gauge]->Follow(panel_.bar_figures[gauge]);
+  (new TextLabel(Id(gauge) + "_bar_unit", beside(kUnit), kUnitStyle, this))->Show(Unit(gauge));
 }
 
 // Each mark stands centred over the end that the bar has at its value.
-void BarFace::AddMarks(std::size_t i) {
-  const Row& row = kRows[i];
+void BarFace::AddMarks(const Row& row) {
   for (int k = 0; k < row.marks.count; ++k) {
     const int value = row.marks.Value(k);
-    const double centre = kTroughLeft + BarWidth(row.index, value);
+    const double centre = kTroughLeft + BarWidth(row.gauge, value);
     const int left = static_cast<int>(std::lround(centre)) - kMarkWidth / 2;
-    auto* mark = new TextLabel(ElementName("lblMark", row.first_mark_element + k),
+    const QString text = QString::number(value);
+    auto* mark = new TextLabel(Id(row.gauge) + "_bar_mark_" + text,
                                {left, row.marks_top, kMarkWidth, kMarkHeight}, kMarkStyle, this);
-    mark->Show(QString::number(value));
+    mark->Show(text);
   }
 }
 
-void BarFace::ShowCaption(std::size_t i) {
-  captions_[i]->Show(panel_.lblApcCap[i]);
-  const std::size_t index = kRows[i].index;
-  figures_[i]->Spoken(SpokenName(state_, index) + ", ", ' ' + Unit(index));
+void BarFace::ShowCaption(Gauge gauge) {
+  captions_[gauge]->Show(panel_.bar_captions[gauge]);
+  figures_[gauge]->Spoken(SpokenName(state_, gauge) + ", ", ' ' + Unit(gauge));
 }
 
 void BarFace::paintEvent(QPaintEvent*) {

@@ -1,8 +1,7 @@
-// The bar face of the main form: six rows of trough, bar and figure on a board.
+// The bar face of the main window: six rows of trough, bar and figure on a board.
 #pragma once
 
 #include <QWidget>
-#include <array>
 #include <functional>
 
 #include "app/panel.h"
@@ -26,8 +25,8 @@ class Trough : public QWidget {
   Q_OBJECT
 
  public:
-  // `index` as `Label2`. Each mark gets a line.
-  Trough(const Bar& bar, std::size_t index, const Marks& marks, QWidget* parent);
+  // Each mark gets a line.
+  Trough(const Bar& bar, Gauge gauge, const Marks& marks, QWidget* parent);
 
   // The bar as it stands on the screen, in logical pixels of the trough.
   QRectF BarRect() const;
@@ -40,7 +39,7 @@ class Trough : public QWidget {
 
  private:
   const Bar& bar_;
-  std::size_t index_;
+  Gauge gauge_;
   Marks marks_;
   QRectF shown_;  // the bar as it was painted last
 };
@@ -57,15 +56,18 @@ class BarFace : public QWidget {
   void mouseDoubleClickEvent(QMouseEvent* event) override;
 
  private:
-  void AddRow(std::size_t i);
-  void AddMarks(std::size_t i);
-  void ShowCaption(std::size_t i);
+  struct Row;
+  static const Row kRows[];
+
+  void AddRow(const Row& row);
+  void AddMarks(const Row& row);
+  void ShowCaption(Gauge gauge);
 
   const State& state_;
   Panel& panel_;
   std::function<void()> double_click_;
-  std::array<TextLabel*, kGauges> captions_{};
-  std::array<TextLabel*, kGauges> figures_{};
+  PerGauge<TextLabel*> captions_;
+  PerGauge<TextLabel*> figures_;
 };
 
 }  // namespace orvane

@@ -10,7 +10,7 @@
 namespace orvane {
 namespace {
 
-constexpr Place kPicture1{0, 5760, 7740, 330};
+constexpr Place kWarningPlace{0, 5760, 7740, 330};
 constexpr Place kWhole{150, 0, 7440, 330};
 constexpr Place kUpperHalf{150, 0, 7440, 165};
 constexpr Place kLowerHalf{150, 165, 7440, 165};
@@ -18,7 +18,7 @@ constexpr Place kLowerHalf{150, 165, 7440, 165};
 constexpr TextLabel::Style kWarningStyle{
     .size = 12, .least = 9, .bold = true, .ink = look::Exact(kRed)};
 
-constexpr Place kPicture2{0, 6135, 7740, 345};
+constexpr Place kStatusPlace{0, 6135, 7740, 345};
 
 struct StatusRow {
   const char* name;
@@ -28,21 +28,21 @@ struct StatusRow {
 };
 
 constexpr StatusRow kStatusRows[] = {
-    {"Label13", &Panel::Label13, {150, 30, 3630, 285}, Qt::AlignLeft | Qt::AlignVCenter},
-    {"Label14", &Panel::Label14, {3930, 30, 1800, 285}, Qt::AlignCenter},
-    {"Label15", &Panel::Label15, {5880, 30, 1710, 285}, Qt::AlignRight | Qt::AlignVCenter},
+    {"status_line", &Panel::status_line, {150, 30, 3630, 285}, Qt::AlignLeft | Qt::AlignVCenter},
+    {"port_line", &Panel::port_line, {3930, 30, 1800, 285}, Qt::AlignCenter},
+    {"clock", &Panel::clock, {5880, 30, 1710, 285}, Qt::AlignRight | Qt::AlignVCenter},
 };
 constexpr int kDividers[] = {3855, 5805};
 
 }  // namespace
 
 WarningLine::WarningLine(Panel& panel, QWidget* parent) : QWidget(parent), panel_(panel) {
-  setObjectName("Picture1");
-  setGeometry(Pixels(kPicture1));
+  setObjectName("warnings");
+  setGeometry(Pixels(kWarningPlace));
   setAttribute(Qt::WA_OpaquePaintEvent);
-  warning_ = new TextLabel("lblAlert(1)", kWhole, kWarningStyle, this);
-  overload_ = new TextLabel("lblAlert(2)", kWhole, kWarningStyle, this);
-  for (Label* warning : {&panel_.lblAlert[1], &panel_.lblAlert[2]}) {
+  supply_ = new TextLabel("supply_warning", kWhole, kWarningStyle, this);
+  overload_ = new TextLabel("overload_warning", kWhole, kWarningStyle, this);
+  for (Label* warning : {&panel_.supply_warning, &panel_.overload_warning}) {
     warning->Observer = [self = QPointer(this)] {
       if (self) self->Refresh();
     };
@@ -51,12 +51,12 @@ WarningLine::WarningLine(Panel& panel, QWidget* parent) : QWidget(parent), panel
 }
 
 void WarningLine::Refresh() {
-  const bool both = panel_.lblAlert[1].Visible() && panel_.lblAlert[2].Visible();
-  warning_->setGeometry(Pixels(both ? kUpperHalf : kWhole));
+  const bool both = panel_.supply_warning.Visible() && panel_.overload_warning.Visible();
+  supply_->setGeometry(Pixels(both ? kUpperHalf : kWhole));
   overload_->setGeometry(Pixels(both ? kLowerHalf : kWhole));
-  warning_->Show(panel_.lblAlert[1]);
-  overload_->Show(panel_.lblAlert[2]);
-  const bool lit = panel_.lblAlert[1].Visible() || panel_.lblAlert[2].Visible();
+  supply_->Show(panel_.supply_warning);
+  overload_->Show(panel_.overload_warning);
+  const bool lit = panel_.supply_warning.Visible() || panel_.overload_warning.Visible();
   if (lit == lit_) return;
   lit_ = lit;
   update();
@@ -69,8 +69,8 @@ void WarningLine::paintEvent(QPaintEvent*) {
 }
 
 StatusLine::StatusLine(Panel& panel, QWidget* parent) : QWidget(parent) {
-  setObjectName("Picture2");
-  setGeometry(Pixels(kPicture2));
+  setObjectName("status");
+  setGeometry(Pixels(kStatusPlace));
   setAttribute(Qt::WA_OpaquePaintEvent);
   for (const StatusRow& row : kStatusRows) {
     const TextLabel::Style style{

@@ -1,4 +1,4 @@
-// The two lines at the bottom of the main form: warnings, and what the program is doing.
+// The two lines at the bottom of the main window: warnings, and what the program is doing.
 #pragma once
 
 #include <QWidget>
@@ -24,9 +24,9 @@ class WarningLine : public QWidget {
   void Refresh();
 
   Panel& panel_;
-  TextLabel* warning_;   // lblAlert(1)
-  TextLabel* overload_;  // lblAlert(2)
-  bool lit_ = false;     // any of the two can be seen
+  TextLabel* supply_;
+  TextLabel* overload_;
+  bool lit_ = false;  // any of the two can be seen
 };
 
 class StatusLine : public QWidget {

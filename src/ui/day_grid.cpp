@@ -5,7 +5,6 @@
 #include <QStringList>
 #include <algorithm>
 
-#include "ui/element_name.h"
 #include "ui/look.h"
 #include "ui/words.h"
 
@@ -17,8 +16,9 @@ constexpr int kFrameWidth = 600;
 constexpr int kFrameHeight = 1605;
 constexpr int kFontSize = 16;
 
-// The rows of the legend's messages begin with the mark's own sign.
-constexpr int kFirstKind = 114;
+// By row of the grid. The messages are those of the legend, which begin with a sign.
+constexpr Message kKinds[] = {Message::kScheduleLegend, Message::kMainsLegend,
+                              Message::kBatteryLegend};
 constexpr QLatin1String kSign("= ");
 
 constexpr Place FrameOf(int hour) {
@@ -97,9 +97,9 @@ class DayGrid::Count : public QWidget {
 };
 
 DayGrid::DayGrid(const State& state, QWidget* parent) : QWidget(parent) {
-  setObjectName("DayGrid");
+  setObjectName("day");
   for (std::size_t row = 0; row < kinds_.size(); ++row) {
-    kinds_[row] = Message(state, kFirstKind + static_cast<int>(row));
+    kinds_[row] = Pick(state, kKinds[row]);
     if (kinds_[row].startsWith(kSign)) kinds_[row].remove(0, kSign.size());
   }
 }
@@ -109,34 +109,34 @@ DayGrid::~DayGrid() = default;
 void DayGrid::Show(const DayHistory& history) {
   QStringList sentences;
   for (int cell = 0; cell < kGridCells; ++cell) {
-    auto& [shpDate, lblCount] = cells_[static_cast<std::size_t>(cell)];
+    auto& [mark, count_label] = cells_[static_cast<std::size_t>(cell)];
     const bool visible = history.Visible(cell);
-    if (visible && !shpDate) MakeCell(cell);
-    if (!shpDate) continue;
-    shpDate->setVisible(visible);
-    lblCount->setVisible(visible);
+    if (visible && !mark) MakeCell(cell);
+    if (!mark) continue;
+    mark->setVisible(visible);
+    count_label->setVisible(visible);
     if (!visible) continue;
-    const int count = history.lblCount(cell);
-    lblCount->Show(count);
+    const int count = history.Count(cell);
+    count_label->Show(count);
     sentences += Sentence(cell, count);
-    shpDate->setToolTip(sentences.last());
-    shpDate->setAccessibleName(sentences.last());
-    lblCount->setToolTip(sentences.last());
-    lblCount->setAccessibleName(QString::number(count));
+    mark->setToolTip(sentences.last());
+    mark->setAccessibleName(sentences.last());
+    count_label->setToolTip(sentences.last());
+    count_label->setAccessibleName(QString::number(count));
   }
-  setAccessibleName(QString::fromStdString(history.lblDate()));
+  setAccessibleName(QString::fromStdString(history.Date()));
   setAccessibleDescription(sentences.join("; "));
 }
 
 void DayGrid::MakeCell(int cell) {
   const CellPlace place = PlaceOf(cell);
-  auto& [shpDate, lblCount] = cells_[static_cast<std::size_t>(cell)];
-  shpDate = new ColourBox(ElementName("shpDate", cell),
-                          {place.mark_left, place.mark_top, kMarkWidth, kMarkHeight},
-                          ColourOf(place.row), this);
-  lblCount = new Count({place.count_left, place.count_top, kCountWidth, kCountHeight},
-                       FrameOf(cell % kHours).Right(), this);
-  lblCount->setObjectName(ElementName("lblCount", cell));
+  auto& [mark, count_label] = cells_[static_cast<std::size_t>(cell)];
+  mark = new ColourBox(QString("mark_%1").arg(cell),
+                       {place.mark_left, place.mark_top, kMarkWidth, kMarkHeight},
+                       ColourOf(place.row), this);
+  count_label = new Count({place.count_left, place.count_top, kCountWidth, kCountHeight},
+                          FrameOf(cell % kHours).Right(), this);
+  count_label->setObjectName(QString("count_%1").arg(cell));
 }
 
 QString DayGrid::Sentence(int cell, int count) const {

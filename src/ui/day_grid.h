@@ -25,7 +25,7 @@ class ColourBox : public QWidget {
   QColor colour_;
 };
 
-// Covers the form; the frames, the marks and the counts stand at their places on it.
+// Covers the window; the frames, the marks and the counts stand at their places on it.
 class DayGrid : public QWidget {
   Q_OBJECT
 
@@ -45,8 +45,8 @@ class DayGrid : public QWidget {
 
   // Of a cell: its mark and its count. Made when the cell is in use for the first time.
   struct Cell {
-    ColourBox* shpDate = nullptr;
-    Count* lblCount = nullptr;
+    ColourBox* mark = nullptr;
+    Count* count_label = nullptr;
   };
 
   void MakeCell(int cell);

@@ -26,13 +26,25 @@ struct LegendRow {
   Place box_place;
   const char* label;
   Place label_place;
-  int message;
+  Message message;
 };
 
 constexpr LegendRow kLegend[] = {
-    {"Shape1(2)", {210, 225, 360, 240}, "Label1", {660, 225, 2265, 240}, 114},
-    {"Shape1(0)", {2985, 225, 360, 240}, "Label2", {3450, 225, 1515, 240}, 115},
-    {"Shape1(1)", {5025, 225, 360, 240}, "Label3", {5505, 225, 2115, 240}, 116},
+    {"schedule_box",
+     {210, 225, 360, 240},
+     "schedule_legend",
+     {660, 225, 2265, 240},
+     Message::kScheduleLegend},
+    {"mains_box",
+     {2985, 225, 360, 240},
+     "mains_legend",
+     {3450, 225, 1515, 240},
+     Message::kMainsLegend},
+    {"battery_box",
+     {5025, 225, 360, 240},
+     "battery_legend",
+     {5505, 225, 2115, 240},
+     Message::kBatteryLegend},
 };
 
 constexpr int kFontSize = 16;
@@ -45,15 +57,15 @@ constexpr QColor kDateGround{255, 224, 192};
 DayHistoryWindow::DayHistoryWindow(const State& state, const Disk& disk, const Clock& clock,
                                    const std::string& path)
     : QWidget(nullptr, kFormFlags), history_(disk, clock, path), grid_(new DayGrid(state, this)) {
-  setObjectName("frmDateRc");
+  setObjectName("day_history");
   setFixedSize(Pixels(kClientArea).size());
   grid_->setGeometry(rect());
   CenterForm(*this);
-  setWindowTitle(Message(state, 121));
+  setWindowTitle(Pick(state, Message::kDayHistoryTitle));
   AddLegend(state);
   AddDay(state);
   AddButtons(state);
-  history_.Form_Load();
+  history_.Load();
   ShowDay();
 }
 
@@ -62,47 +74,47 @@ void DayHistoryWindow::AddLegend(const State& state) {
   for (const LegendRow& entry : kLegend) {
     new ColourBox(entry.box, entry.box_place, ColourOf(row++), this);
     TextLabel::Style style{.size = kFontSize};
-    (new TextLabel(entry.label, entry.label_place, style, this))
-        ->Show(Message(state, entry.message));
+    (new TextLabel(entry.label, entry.label_place, style, this))->Show(Pick(state, entry.message));
   }
 }
 
 void DayHistoryWindow::AddDay(const State& state) {
   const TextLabel::Style caption{.size = kDateFontSize, .least = kFontSize};
-  (new TextLabel("Label5", kDateCaption, caption, this))->Show(Message(state, 117));
+  (new TextLabel("date_caption", kDateCaption, caption, this))
+      ->Show(Pick(state, Message::kDateCaption));
   const TextLabel::Style date{
       .size = kDateFontSize, .alignment = Qt::AlignCenter, .ink = kDateInk, .ground = kDateGround};
-  lblDate = new TextLabel("lblDate", kDate, date, this);
+  date_ = new TextLabel("date", kDate, date, this);
 }
 
 void DayHistoryWindow::AddButtons(const State& state) {
-  const auto add = [&](const char* name, const Place& place, int message) {
+  const auto add = [&](const char* name, const Place& place, Message message) {
     QPushButton* button = NewButton(name, place, this);
     button->setFont(look::Face(kFontSize));
-    button->setText(Message(state, message));
+    button->setText(Pick(state, message));
     return button;
   };
-  QPushButton* previous = add("cmdPrev", kPrevious, 118);
-  QPushButton* next = add("cmdNext", kNext, 119);
-  QPushButton* cancel = add("cmdCancel", kCancel, 120);
-  const auto cmdPrev_Click = [this] {
-    history_.cmdPrev_Click();
+  QPushButton* previous = add("previous", kPrevious, Message::kPreviousDay);
+  QPushButton* next = add("next", kNext, Message::kNextDay);
+  QPushButton* cancel = add("cancel", kCancel, Message::kCancel);
+  const auto show_previous = [this] {
+    history_.ShowPrevious();
     ShowDay();
   };
-  const auto cmdNext_Click = [this] {
-    history_.cmdNext_Click();
+  const auto show_next = [this] {
+    history_.ShowNext();
     ShowDay();
   };
-  connect(previous, &QPushButton::clicked, this, cmdPrev_Click);
-  connect(next, &QPushButton::clicked, this, cmdNext_Click);
+  connect(previous, &QPushButton::clicked, this, show_previous);
+  connect(next, &QPushButton::clicked, this, show_next);
   MakeLeaving(cancel);
   // Before the buttons take the keys to go from one to the other.
-  connect(new QShortcut(Qt::Key_Left, this), &QShortcut::activated, this, cmdPrev_Click);
-  connect(new QShortcut(Qt::Key_Right, this), &QShortcut::activated, this, cmdNext_Click);
+  connect(new QShortcut(Qt::Key_Left, this), &QShortcut::activated, this, show_previous);
+  connect(new QShortcut(Qt::Key_Right, this), &QShortcut::activated, this, show_next);
 }
 
 void DayHistoryWindow::ShowDay() {
-  lblDate->Show(QString::fromStdString(history_.lblDate()));
+  date_->Show(QString::fromStdString(history_.Date()));
   grid_->Show(history_);
 }
 

@@ -1,4 +1,4 @@
-// `frmDateRc`: the day history, one day at a time.
+// The day history, one day at a time.
 #pragma once
 
 #include <QWidget>
@@ -30,7 +30,7 @@ class DayHistoryWindow : public QWidget {
 
   DayHistory history_;
   DayGrid* grid_;
-  TextLabel* lblDate = nullptr;
+  TextLabel* date_ = nullptr;
 };
 
 }  // namespace orvane

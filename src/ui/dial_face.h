@@ -1,8 +1,7 @@
-// The needle face of the main form: six quarter-circle dials, drawn on the picture `Image2`.
+// The dial face of the main window: six quarter circles with needles.
 #pragma once
 
 #include <QWidget>
-#include <array>
 #include <functional>
 
 #include "app/panel.h"
@@ -18,22 +17,22 @@ class DialFace : public QWidget {
   Q_OBJECT
 
  public:
-  // `double_click` runs at a double click on the picture itself; needles are part of it.
+  // `double_click` runs at a double click on the face itself; needles are part of it.
   DialFace(const State& state, Panel& panel, std::function<void()> double_click, QWidget* parent);
 
-  // A needle as it is drawn, in logical pixels of the picture.
-  QLineF NeedleLine(std::size_t gauge) const;
+  // A needle as it is drawn, in logical pixels of the face.
+  QLineF NeedleLine(Gauge gauge) const;
 
  protected:
   void paintEvent(QPaintEvent* event) override;
   void mouseDoubleClickEvent(QMouseEvent* event) override;
 
  private:
-  void AddDial(std::size_t gauge);
-  void ShowCaption(std::size_t gauge);
-  void NeedleMoved(std::size_t gauge);
-  void PaintPlate(QPainter& painter, std::size_t gauge) const;
-  void PaintNeedle(QPainter& painter, std::size_t gauge);
+  void AddDial(Gauge gauge);
+  void ShowCaption(Gauge gauge);
+  void NeedleMoved(Gauge gauge);
+  void PaintPlate(QPainter& painter, Gauge gauge) const;
+  void PaintNeedle(QPainter& painter, Gauge gauge);
 
   struct Dial {
     TextLabel* caption = nullptr;
@@ -45,7 +44,7 @@ class DialFace : public QWidget {
   const State& state_;
   Panel& panel_;
   std::function<void()> double_click_;
-  std::array<Dial, kGauges> dials_;
+  PerGauge<Dial> dials_;
 };
 
 }  // namespace orvane

@@ -6,9 +6,12 @@
 
 namespace orvane {
 
-FormWindow::FormWindow()
+FormWindow::FormWindow(const char* name, const QString& title)
     : QWidget(nullptr, Qt::Dialog | Qt::WindowTitleHint | Qt::WindowSystemMenuHint |
-                           Qt::WindowCloseButtonHint) {}
+                           Qt::WindowCloseButtonHint) {
+  setObjectName(name);
+  setWindowTitle(title);
+}
 
 QVBoxLayout* FormWindow::AddColumn() {
   auto* column = new QVBoxLayout(this);

@@ -14,7 +14,8 @@ class FormWindow : public QWidget {
  protected:
   static constexpr int kMargin = 12;
 
-  FormWindow();
+  // `name` is the object name.
+  FormWindow(const char* name, const QString& title);
 
   // The column that the window's parts are to stand in; it makes the window as large as they need.
   // To be called once.

@@ -6,30 +6,37 @@ namespace orvane {
 namespace {
 
 struct GaugeRow {
+  const char* id;
   Words name;
   const char* unit;
   Zone danger;
 };
 
-// In the order of Label2.
-constexpr GaugeRow kGaugeRows[kGauges] = {
-    {{"输入电压", "Input voltage"}, "V", {}}, {{"输出电压", "Output voltage"}, "V", {}},
-    {{"负载", "Load"}, "%", {100, 150}},      {{"电池电量", "Battery level"}, "%", {0, 20}},
-    {{"输入频率", "Frequency"}, "Hz", {}},    {{"机内温度", "Temperature"}, "℃", {}},
-};
+constexpr PerGauge<GaugeRow> kRows = {{{
+    {"input", {"输入电压", "Input voltage"}, "V", {}},
+    {"output", {"输出电压", "Output voltage"}, "V", {}},
+    {"load", {"负载", "Load"}, "%", {100, 150}},
+    {"battery", {"电池电量", "Battery level"}, "%", {0, 20}},
+    {"frequency", {"输入频率", "Frequency"}, "Hz", {}},
+    {"temperature", {"机内温度", "Temperature"}, "℃", {}},
+}}};
 
 }  // namespace
 
-Zone DangerZone(std::size_t index) {
-  return kGaugeRows[index].danger;
+QString Id(Gauge gauge) {
+  return kRows[gauge].id;
 }
 
-QString SpokenName(const State& state, std::size_t index) {
-  return Pick(state, kGaugeRows[index].name);
+Zone DangerZone(Gauge gauge) {
+  return kRows[gauge].danger;
 }
 
-QString Unit(std::size_t index) {
-  return QString::fromUtf8(kGaugeRows[index].unit);
+QString SpokenName(const State& state, Gauge gauge) {
+  return Pick(state, kRows[gauge].name);
+}
+
+QString Unit(Gauge gauge) {
+  return QString::fromUtf8(kRows[gauge].unit);
 }
 
 }  // namespace orvane

@@ -3,7 +3,6 @@
 #include <QPainter>
 #include <QPointer>
 
-#include "ui/element_name.h"
 #include "ui/look.h"
 #include "ui/text_label.h"
 #include "ui/twips.h"
@@ -11,13 +10,22 @@
 namespace orvane {
 namespace {
 
-constexpr Place kFrame1{0, 4485, 7755, 1185};
+constexpr Place kArea{0, 4485, 7755, 1185};
 constexpr Place kHeading{150, 60, 7200, 255};
-constexpr Place kRule{150, 735, 7455, 15};  // Frame3
+constexpr Place kRule{150, 735, 7455, 15};
 
-// Elements of Label1 and Label7 as they stand: model, version, number of batteries; rated voltage,
-// rated power, battery voltage.
-constexpr std::size_t kPlaces[2][3] = {{1, 2, 0}, {3, 4, 5}};
+struct DatumPlace {
+  UpsDatum datum;
+  const char* id;  // in the names of widgets
+};
+
+// As they stand.
+constexpr DatumPlace kPlaces[2][3] = {{{UpsDatum::kModel, "model"},
+                                       {UpsDatum::kVersion, "version"},
+                                       {UpsDatum::kBatteryCount, "battery_count"}},
+                                      {{UpsDatum::kRatedVoltage, "rated_voltage"},
+                                       {UpsDatum::kRatedPower, "rated_power"},
+                                       {UpsDatum::kBatteryVoltage, "battery_voltage"}}};
 constexpr int kRowTop[] = {360, 795};
 constexpr int kRowHeight = 315;
 constexpr int kColumnLeft[] = {150, 2745, 5130};
@@ -32,42 +40,41 @@ constexpr TextLabel::Style kValueStyle{.size = 12, .least = 11, .ground = look::
 }  // namespace
 
 InformationArea::InformationArea(Panel& panel, QWidget* parent) : QWidget(parent), panel_(panel) {
-  setObjectName("Frame1(0)");
-  setGeometry(Pixels(kFrame1));
+  setObjectName("information");
+  setGeometry(Pixels(kArea));
   setAttribute(Qt::WA_OpaquePaintEvent);
-  heading_ = new TextLabel("Frame1(0).Caption", kHeading, kHeadingStyle, this);
-  panel_.Frame1.Observer = [self = QPointer(this)] {
+  heading_ = new TextLabel("information_heading", kHeading, kHeadingStyle, this);
+  panel_.information_heading.Observer = [self = QPointer(this)] {
     if (self) self->ShowHeading();
   };
   ShowHeading();
   for (int row = 0; row < 2; ++row) {
     for (int column = 0; column < 3; ++column) {
-      const std::size_t i = kPlaces[row][column];
+      const auto& [datum, id] = kPlaces[row][column];
       const int left = kColumnLeft[column];
-      captions_[i] =
-          new TextLabel(ElementName("Label1", i), {left, kRowTop[row], kCaptionWidth, kRowHeight},
+      captions_[datum] =
+          new TextLabel(QString(id) + "_caption", {left, kRowTop[row], kCaptionWidth, kRowHeight},
                         kCaptionStyle, this);
-      panel_.Label1[i].Observer = [self = QPointer(this), i] {
-        if (self) self->ShowCaption(i);
+      panel_.information_captions[datum].Observer = [self = QPointer(this), datum = datum] {
+        if (self) self->ShowCaption(datum);
       };
       const int value_left = left + kCaptionWidth + kGap;
-      values_[i] = new TextLabel(
-          ElementName("Label7", i),
-          {value_left, kRowTop[row], left + kColumnWidth[column] - value_left, kRowHeight},
+      values_[datum] = new TextLabel(
+          id, {value_left, kRowTop[row], left + kColumnWidth[column] - value_left, kRowHeight},
           kValueStyle, this);
-      values_[i]->Follow(panel_.Label7[i]);
-      ShowCaption(i);
+      values_[datum]->Follow(panel_.information[datum]);
+      ShowCaption(datum);
     }
   }
 }
 
 void InformationArea::ShowHeading() {
-  heading_->Show(OneLine(panel_.Frame1.Text()));
+  heading_->Show(OneLine(panel_.information_heading.Text()));
 }
 
-void InformationArea::ShowCaption(std::size_t i) {
-  captions_[i]->Show(panel_.Label1[i]);
-  values_[i]->Spoken(captions_[i]->text() + ' ');
+void InformationArea::ShowCaption(UpsDatum datum) {
+  captions_[datum]->Show(panel_.information_captions[datum]);
+  values_[datum]->Spoken(captions_[datum]->text() + ' ');
 }
 
 void InformationArea::paintEvent(QPaintEvent*) {

@@ -1,8 +1,7 @@
-// What the UPS says about itself, on the main form.
+// What the UPS says about itself, in the main window.
 #pragma once
 
 #include <QWidget>
-#include <array>
 
 #include "app/panel.h"
 
@@ -21,12 +20,12 @@ class InformationArea : public QWidget {
 
  private:
   void ShowHeading();
-  void ShowCaption(std::size_t i);
+  void ShowCaption(UpsDatum datum);
 
   Panel& panel_;
   TextLabel* heading_;
-  std::array<TextLabel*, 6> captions_{};
-  std::array<TextLabel*, 6> values_{};
+  PerUpsDatum<TextLabel*> captions_;
+  PerUpsDatum<TextLabel*> values_;
 };
 
 }  // namespace orvane

@@ -36,21 +36,21 @@ QPalette WhiteOnPurple(QPalette palette) {
 }  // namespace
 
 LogWindow::LogWindow(const State& state, Disk& disk, Dialogs& dialogs, const std::string& path)
-    : QWidget(nullptr, kFormFlags), log_(state, disk, dialogs, path), List1(new LongList(this)) {
-  setObjectName("frmLog");
+    : QWidget(nullptr, kFormFlags), log_(state, disk, dialogs, path), list_(new LongList(this)) {
+  setObjectName("log");
   setFixedSize(Pixels(kClientArea).size());
-  List1->setObjectName("List1");
-  List1->setGeometry(Pixels(kList));
-  List1->setPalette(WhiteOnPurple(List1->palette()));
-  QPushButton* clear = NewButton("cmdClear", kClearPlace, this);
-  QPushButton* cancel = NewButton("cmdCancel", kCancelPlace, this);
-  connect(clear, &QPushButton::clicked, this, &LogWindow::cmdClear_Click);
+  list_->setObjectName("lines");
+  list_->setGeometry(Pixels(kList));
+  list_->setPalette(WhiteOnPurple(list_->palette()));
+  QPushButton* clear = NewButton("clear", kClearPlace, this);
+  QPushButton* cancel = NewButton("exit", kCancelPlace, this);
+  connect(clear, &QPushButton::clicked, this, &LogWindow::Clear);
   MakeLeaving(cancel);
 
   CenterForm(*this);
-  const bool english = log_.Form_Load();
+  const bool english = log_.Load();
   setWindowTitle(Pick(english, kTitle));
-  List1->setAccessibleName(Pick(english, kTitle));
+  list_->setAccessibleName(Pick(english, kTitle));
   clear->setText(Pick(english, kClear));
   cancel->setText(Pick(english, kCancel));
   Fill();
@@ -58,13 +58,13 @@ LogWindow::LogWindow(const State& state, Disk& disk, Dialogs& dialogs, const std
 
 void LogWindow::Fill() {
   constexpr std::size_t kMostRows = std::numeric_limits<int>::max();
-  List1->Lines().Fill(static_cast<int>(std::min(log_.Lines(), kMostRows)), [this](int row) {
+  list_->Lines().Fill(static_cast<int>(std::min(log_.Lines(), kMostRows)), [this](int row) {
     return LogText(log_.Line(static_cast<std::size_t>(row)));
   });
 }
 
-void LogWindow::cmdClear_Click() {
-  if (log_.cmdClear_Click()) Fill();
+void LogWindow::Clear() {
+  if (log_.Clear()) Fill();
 }
 
 }  // namespace orvane

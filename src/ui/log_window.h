@@ -1,4 +1,4 @@
-// `frmLog`: the event log as a list that can be cleared.
+// The event log as a list that can be cleared.
 #pragma once
 
 #include <QWidget>
@@ -22,10 +22,10 @@ class LogWindow : public QWidget {
 
  private:
   void Fill();
-  void cmdClear_Click();
+  void Clear();
 
   EventLog log_;
-  LongList* List1;
+  LongList* list_;
 };
 
 }  // namespace orvane

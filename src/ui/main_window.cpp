@@ -21,12 +21,11 @@ namespace {
 
 constexpr Place kClientArea{0, 0, 7770, 6510};
 
-// An entry without a caption is a separator. One that is hidden is disabled as well, for good.
+// An entry without a caption is a separator.
 struct Entry {
-  const char* name;
+  const char* name = nullptr;
   Caption Panel::*caption = nullptr;
-  void (FrmMain::*click)() = nullptr;
-  bool hidden = false;
+  void (MainForm::*click)() = nullptr;
 };
 
 struct Menu {
@@ -37,38 +36,33 @@ struct Menu {
 
 const std::vector<Menu>& Menus() {
   static const std::vector<Menu> menus = {
-      {"mnuSystem",
-       &Panel::mnuSystem,
-       {{"mnuSetup", &Panel::mnuSetup, &FrmMain::mnuSetup_Click},
-        {"mnuLine11"},
-        {"mnuOnOrOffBeep", &Panel::mnuOnOrOffBeep, &FrmMain::mnuOnOrOffBeep_Click},
-        {"mnuLine12"},
-        {"mnuExit", &Panel::mnuExit, &FrmMain::mnuExit_Click}}},
-      {"mnuTimer",
-       &Panel::mnuTimer,
-       {{"mnuWeek", &Panel::mnuWeek, &FrmMain::mnuWeek_Click},
-        {"mnuSpecial", &Panel::mnuSpecial, &FrmMain::mnuSpecial_Click},
-        {"lineSpeceil"},
-        {"mnuTestTimer", &Panel::mnuTestTimer, &FrmMain::mnuTestTimer_Click}}},
-      {"mnuDateAnalyse",
-       &Panel::mnuDateAnalyse,
-       {{"mnuLog", &Panel::mnuLog, &FrmMain::mnuLog_Click},
-        {"mnuDateRecord", &Panel::mnuDateRecord, &FrmMain::mnuDateRecord_Click},
-        {"mnuLineA1"},
-        {"mnuShutRec", &Panel::mnuShutRec, &FrmMain::mnuShutRec_Click}}},
-      {"mnuControl",
-       &Panel::mnuControl,
-       {{"mnuTest10S", &Panel::mnuTest10S, &FrmMain::mnuTest10S_Click},
-        {"mnuTestToLow", &Panel::mnuTestToLow, &FrmMain::mnuTestToLow_Click},
-        {"mnuCancelTest", &Panel::mnuCancelTest, &FrmMain::mnuCancelTest_Click},
-        {"mnuLine21"},
-        {"mnuShutDown", &Panel::mnuShutDown, &FrmMain::mnuShutDown_Click}}},
-      {"mnuHelp",
-       &Panel::mnuHelp,
-       {{"mnuInternet", &Panel::mnuInternet, nullptr, true},
-        {"mnuEmail", &Panel::mnuEmail, nullptr, true},
-        {"LineAbout", nullptr, nullptr, true},
-        {"mnuAbout", &Panel::mnuAbout, &FrmMain::mnuAbout_Click}}},
+      {"system_menu",
+       &Panel::system_menu,
+       {{"settings", &Panel::settings_entry, &MainForm::OpenSettings},
+        {},
+        {"beeper", &Panel::beeper_entry, &MainForm::ToggleBeeper},
+        {},
+        {"exit", &Panel::exit_entry, &MainForm::Exit}}},
+      {"schedule_menu",
+       &Panel::schedule_menu,
+       {{"week", &Panel::week_entry, &MainForm::OpenWeek},
+        {"special_days", &Panel::special_days_entry, &MainForm::OpenSpecialDays},
+        {},
+        {"self_tests", &Panel::self_tests_entry, &MainForm::OpenSelfTests}}},
+      {"analysis_menu",
+       &Panel::analysis_menu,
+       {{"log", &Panel::log_entry, &MainForm::OpenLog},
+        {"day_history", &Panel::day_history_entry, &MainForm::OpenDayHistory},
+        {},
+        {"shutdown_report", &Panel::shutdown_report_entry, &MainForm::OpenShutdownReport}}},
+      {"control_menu",
+       &Panel::control_menu,
+       {{"short_test", &Panel::short_test_entry, &MainForm::TestFor10Seconds},
+        {"test_to_low", &Panel::test_to_low_entry, &MainForm::TestToLow},
+        {"cancel_test", &Panel::cancel_test_entry, &MainForm::CancelTest},
+        {},
+        {"shutdown", &Panel::shutdown_entry, &MainForm::AskForShutdown}}},
+      {"help_menu", &Panel::help_menu, {{"about", &Panel::about_entry, &MainForm::OpenAbout}}},
   };
   return menus;
 }
@@ -82,25 +76,25 @@ void FollowCaption(Caption& caption, Item* item, void (Item::*write)(const QStri
   caption.Observer();
 }
 
-// A tool tip of a face, and whether it is the one on top: the board covers the picture.
-void FollowFaces(Panel& panel, QWidget* board, QWidget* picture) {
-  const auto refresh = [board = QPointer(board), picture = QPointer(picture), &panel] {
-    if (!board || !picture) return;
-    board->setToolTip(QString::fromStdString(panel.picAPC.ToolTipText()));
-    picture->setToolTip(QString::fromStdString(panel.Image2.ToolTipText()));
-    board->setVisible(panel.picAPC.Visible());
-    picture->setVisible(panel.Image2.Visible() && !panel.picAPC.Visible());
+// The tool tips of the faces, and which of them is seen: the bars cover the dials.
+void FollowFaces(Panel& panel, QWidget* bars, QWidget* dials) {
+  const auto refresh = [bars = QPointer(bars), dials = QPointer(dials), &panel] {
+    if (!bars || !dials) return;
+    bars->setToolTip(QString::fromStdString(panel.bar_face.ToolTipText()));
+    dials->setToolTip(QString::fromStdString(panel.dial_face.ToolTipText()));
+    bars->setVisible(panel.bar_face.Visible());
+    dials->setVisible(panel.dial_face.Visible() && !panel.bar_face.Visible());
   };
-  panel.picAPC.Observer = refresh;
-  panel.Image2.Observer = refresh;
+  panel.bar_face.Observer = refresh;
+  panel.dial_face.Observer = refresh;
   refresh();
 }
 
 }  // namespace
 
-MainWindow::MainWindow(const State& state, Panel& panel, FrmMain& form)
+MainWindow::MainWindow(const State& state, Panel& panel, MainForm& form)
     : QMainWindow(nullptr, kFormFlags | Qt::WindowMinimizeButtonHint), panel_(panel), form_(form) {
-  setObjectName("frmMain");
+  setObjectName("main");
   setWindowTitle("Orvane");
   AddMenus();
   AddAreas(state);
@@ -114,19 +108,17 @@ void MainWindow::AddMenus() {
     menu->setObjectName(row.name);
     FollowCaption(panel_.*row.caption, menu, &QMenu::setTitle);
     for (const Entry& entry : row.entries) {
-      QAction* action = entry.caption ? menu->addAction(QString()) : menu->addSeparator();
+      if (!entry.caption) {
+        menu->addSeparator();
+        continue;
+      }
+      QAction* action = menu->addAction(QString());
       action->setObjectName(entry.name);
-      if (entry.caption) FollowCaption(panel_.*entry.caption, action, &QAction::setText);
-      if (entry.click) {
-        // The form stands in the closure by itself: through `this` and a member pointer, GCC 12's
-        // check of object types reads it before it has fetched it.
-        connect(action, &QAction::triggered, this,
-                [&form = form_, click = entry.click] { (form.*click)(); });
-      }
-      if (entry.hidden) {
-        action->setVisible(false);
-        action->setEnabled(false);
-      }
+      FollowCaption(panel_.*entry.caption, action, &QAction::setText);
+      // The form stands in the closure by itself: through `this` and a member pointer, GCC 12's
+      // check of object types reads it before it has fetched it.
+      connect(action, &QAction::triggered, this,
+              [&form = form_, click = entry.click] { (form.*click)(); });
     }
   }
 }
@@ -136,14 +128,14 @@ void MainWindow::AddAreas(const State& state) {
   client->setFixedSize(Pixels(kClientArea).size());
   client->setAutoFillBackground(true);
   new StateStrip(panel_, client);
-  auto* picture = new DialFace(
-      state, panel_, [this] { form_.Image2_DblClick(); }, client);
-  auto* board = new BarFace(
-      state, panel_, [this] { form_.picAPC_DblClick(); }, client);
+  auto* dials = new DialFace(
+      state, panel_, [this] { form_.ShowBars(); }, client);
+  auto* bars = new BarFace(
+      state, panel_, [this] { form_.ShowDials(); }, client);
   new InformationArea(panel_, client);
   new WarningLine(panel_, client);
   new StatusLine(panel_, client);
-  FollowFaces(panel_, board, picture);
+  FollowFaces(panel_, bars, dials);
   setCentralWidget(client);
 }
 

@@ -1,11 +1,11 @@
-// frmMain on the screen.
+// The main window.
 #pragma once
 
 #include <QMainWindow>
 
 #include "app/panel.h"
 #include "app/state.h"
-#include "frame/frm_main.h"
+#include "frame/main_form.h"
 
 namespace orvane {
 
@@ -14,14 +14,14 @@ class MainWindow : public QMainWindow {
 
  public:
   // `panel` and `form` have to outlive the window.
-  MainWindow(const State& state, Panel& panel, FrmMain& form);
+  MainWindow(const State& state, Panel& panel, MainForm& form);
 
  private:
   void AddMenus();
   void AddAreas(const State& state);
 
   Panel& panel_;
-  FrmMain& form_;
+  MainForm& form_;
 };
 
 }  // namespace orvane

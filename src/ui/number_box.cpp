@@ -9,7 +9,7 @@ namespace orvane {
 
 bool NumberBox::Passes(const QString& typed) const {
   return std::all_of(typed.begin(), typed.end(),
-                     [this](QChar c) { return !c.isPrint() || KeyPress(c.unicode()); });
+                     [this](QChar c) { return !c.isPrint() || Takes(c.unicode()); });
 }
 
 void NumberBox::keyPressEvent(QKeyEvent* event) {

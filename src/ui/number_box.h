@@ -8,9 +8,9 @@ namespace orvane {
 
 class NumberBox : public QLineEdit {
  public:
-  // Both belong to the owner. A typed character passes when `KeyPress` says so; the editing keys
+  // Both belong to the owner. A typed character passes when `Takes` says so; the editing keys
   // and a paste always do.
-  std::function<bool(int key_code)> KeyPress;
+  std::function<bool(int character)> Takes;
   std::function<void()> LostFocus;
 
  protected:

@@ -7,7 +7,6 @@
 #include <QPainter>
 #include <QPushButton>
 
-#include "ui/element_name.h"
 #include "ui/look.h"
 #include "ui/windows.h"
 
@@ -27,11 +26,15 @@ constexpr Words kNoTime{"不能识别为时间，此项不会执行。例：8:30
 constexpr Words kNoDate{"不能识别为日期，此项不会执行。例：2001-05-01",
                         "Not read as a date: this will never come due. Example: 2001-05-01"};
 
+bool IsDate(std::string ScheduleEditor::Row::*field) {
+  return field == &ScheduleEditor::Row::date;
+}
+
 // The frame of the table, with its grid lines between the cells of its layout.
 class TableFrame : public QFrame {
  public:
   TableFrame() {
-    setObjectName("Frame1");
+    setObjectName("table");
     setBackgroundRole(QPalette::Base);
     setAutoFillBackground(true);
   }
@@ -60,11 +63,11 @@ class TableFrame : public QFrame {
 }  // namespace
 
 ScheduleWindow::ScheduleWindow(const ScheduleLook& look, State& state, const Seams& seams)
-    : look_(look), state_(state), editor_(look.section, look.form, state, seams) {
-  editor_.Form_Load();
-  setObjectName(look_.name);
-  setWindowTitle(Pick(state_, look_.title));
-
+    : FormWindow(look.name, Pick(state, look.title)),
+      look_(look),
+      state_(state),
+      editor_(look.section, look.form, state, seams) {
+  editor_.Load();
   auto* table = new TableFrame;
   auto* grid = new QGridLayout(table);
   grid->setContentsMargins(kCellMargin, kCellMargin / 2, kCellMargin, kCellMargin / 2);
@@ -75,12 +78,12 @@ ScheduleWindow::ScheduleWindow(const ScheduleLook& look, State& state, const Sea
 
   auto* accept = new QPushButton(Pick(state_, kOk));
   auto* leave = new QPushButton(Pick(state_, kCancel));
-  accept->setObjectName("cmdEnter");
-  leave->setObjectName("cmdCancel");
+  accept->setObjectName("ok");
+  leave->setObjectName("cancel");
   accept->setDefault(true);
   Buttons(accept, leave);
-  connect(accept, &QPushButton::clicked, this, [this] { editor_.cmdEnter_Click(); });
-  connect(leave, &QPushButton::clicked, this, [this] { editor_.cmdCancel_Click(); });
+  connect(accept, &QPushButton::clicked, this, [this] { editor_.Save(); });
+  connect(leave, &QPushButton::clicked, this, [this] { editor_.Cancel(); });
   auto* buttons = new QHBoxLayout;
   buttons->addStretch();
   buttons->addWidget(accept);
@@ -94,20 +97,19 @@ ScheduleWindow::ScheduleWindow(const ScheduleLook& look, State& state, const Sea
 
 void ScheduleWindow::AddHeads(QGridLayout& grid) {
   int column = 0;
-  int index = 0;
-  const auto add = [&](const Words& head) {
+  const auto add = [&](const char* name, const Words& head) {
     auto* label = new QLabel(Pick(state_, head));
-    label->setObjectName(ElementName("Label1", index++));
+    label->setObjectName(QString(name) + "_head");
     label->setAlignment(Qt::AlignCenter);
     QFont bold(label->font());
     bold.setBold(true);
     label->setFont(bold);
     grid.addWidget(label, 0, column);
   };
-  if (look_.row_head) add(*look_.row_head);
+  if (look_.row_head) add("enabled", *look_.row_head);
   for (const ScheduleColumn& texts : look_.columns) {
     ++column;
-    add(texts.head);
+    add(texts.name, texts.head);
   }
 }
 
@@ -115,41 +117,43 @@ void ScheduleWindow::AddHeads(QGridLayout& grid) {
 void ScheduleWindow::AddRow(QGridLayout& grid, std::size_t row) {
   const QString caption = Pick(state_, look_.rows[row]);
   auto* check = new QCheckBox(caption);
-  check->setObjectName(ElementName("Check1", row));
-  check->setChecked(editor_.Check1[row]);
-  connect(check, &QCheckBox::toggled, this, [this, row](bool on) { editor_.Check1[row] = on; });
+  check->setObjectName(QString("enabled_%1").arg(row + 1));
+  check->setChecked(editor_.rows[row].enabled);
+  connect(check, &QCheckBox::toggled, this,
+          [this, row](bool on) { editor_.rows[row].enabled = on; });
   const int line = static_cast<int>(row) + 1;
   grid.addWidget(check, line, 0);
   int column = 0;
   for (const ScheduleColumn& texts : look_.columns) {
-    grid.addWidget(AddBox(texts.first + row, caption + ' ' + Pick(state_, texts.head)), line,
-                   ++column);
+    grid.addWidget(AddBox(texts, row, caption + ' ' + Pick(state_, texts.head)), line, ++column);
   }
 }
 
-QLineEdit* ScheduleWindow::AddBox(std::size_t index, const QString& name) {
+QLineEdit* ScheduleWindow::AddBox(const ScheduleColumn& column, std::size_t row,
+                                  const QString& name) {
+  std::string ScheduleEditor::Row::*const field = column.box;
+  std::string& shown = editor_.rows[row].*field;
   auto* box = new QLineEdit;
-  box->setObjectName(ElementName("txtTime", index));
+  box->setObjectName(QString("%1_%2").arg(column.name).arg(row + 1));
   box->setAccessibleName(name);
-  box->setPlaceholderText(Pick(state_, index < ScheduleEditor::kDate ? kTimeForm : kDateForm));
+  box->setPlaceholderText(Pick(state_, IsDate(field) ? kDateForm : kTimeForm));
   box->setFixedWidth(box->fontMetrics().horizontalAdvance('0') * kBoxCharacters + 2 * kCellMargin);
-  box->setText(QString::fromStdString(editor_.txtTime[index]));
-  Tint(*box, index);
-  connect(box, &QLineEdit::textChanged, this, [this, box, index](const QString& text) {
-    editor_.txtTime[index] = text.toStdString();
-    Tint(*box, index);
+  box->setText(QString::fromStdString(shown));
+  Tint(*box, field);
+  connect(box, &QLineEdit::textChanged, this, [this, box, field, &shown](const QString& text) {
+    shown = text.toStdString();
+    Tint(*box, field);
   });
   return box;
 }
 
 // A slip is seen before the night on which it matters.
-void ScheduleWindow::Tint(QLineEdit& box, std::size_t index) {
-  const bool reads = ScheduleEditor::Reads(index, editor_.txtTime[index]);
+void ScheduleWindow::Tint(QLineEdit& box, std::string ScheduleEditor::Row::*field) {
+  const bool reads = ScheduleEditor::Reads(field, box.text().toStdString());
   QPalette colours = palette();
   if (!reads) colours.setColor(QPalette::Base, look::kDangerTint);
   box.setPalette(colours);
-  const QString advice =
-      reads ? QString() : Pick(state_, index < ScheduleEditor::kDate ? kNoTime : kNoDate);
+  const QString advice = reads ? QString() : Pick(state_, IsDate(field) ? kNoDate : kNoTime);
   box.setToolTip(advice);
   box.setAccessibleDescription(advice);
 }

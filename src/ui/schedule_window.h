@@ -15,10 +15,11 @@ class QLineEdit;
 
 namespace orvane {
 
-// A column of text boxes: its head, and the index of `txtTime` in its first row.
+// A column of text boxes.
 struct ScheduleColumn {
+  const char* name;
   Words head;
-  std::size_t first;
+  std::string ScheduleEditor::Row::*box;
 };
 
 // What tells one editor from another.
@@ -32,7 +33,6 @@ struct ScheduleLook {
   std::vector<ScheduleColumn> columns;
 };
 
-// The looks of `frmWeek`, `frmSpecial` and `frmSelfTest`.
 const ScheduleLook& WeekLook();
 const ScheduleLook& SpecialLook();
 const ScheduleLook& SelfTestLook();
@@ -45,8 +45,8 @@ class ScheduleWindow : public FormWindow {
  private:
   void AddHeads(QGridLayout& grid);
   void AddRow(QGridLayout& grid, std::size_t row);
-  QLineEdit* AddBox(std::size_t index, const QString& name);
-  void Tint(QLineEdit& box, std::size_t index);
+  QLineEdit* AddBox(const ScheduleColumn& column, std::size_t row, const QString& name);
+  void Tint(QLineEdit& box, std::string ScheduleEditor::Row::*field);
 
   const ScheduleLook& look_;
   const State& state_;

@@ -27,17 +27,17 @@ struct Line {
 };
 
 constexpr Line kLines[] = {
-    {"lblCompanyProduct", "ORVANE", {kTextLeft, 450, kTextWidth, 735}, {.size = 42, .bold = true}},
-    {"lblPlatform",
+    {"name", "ORVANE", {kTextLeft, 450, kTextWidth, 735}, {.size = 42, .bold = true}},
+    {"platform",
      "FOR WINDOWS 9X/NT",
      {kTextLeft, 1230, kTextWidth, 300},
      {.size = 15, .ink = look::kQuietInk}},
-    {"lblVersion", "Ver 3.0", {kTextLeft, 1575, kTextWidth, 300}, {.size = 15}},
-    {"Label1",
+    {"version", "Ver 3.0", {kTextLeft, 1575, kTextWidth, 300}, {.size = 15}},
+    {"copyright",
      kCopyright.english,
      {kTextLeft, 2025, kTextWidth, 240},
      {.size = 12, .ink = look::kQuietInk}},
-    {"Label2",
+    {"licence",
      "Free software under the MIT licence",
      {kTextLeft, 2280, kTextWidth, 240},
      {.size = 12, .ink = look::kQuietInk}},
@@ -50,18 +50,18 @@ constexpr Place kDisclaimer{450, 2865, 6300, 1035};
 
 SplashWindow::SplashWindow(Forms& forms)
     : QWidget(nullptr, Qt::Window | Qt::FramelessWindowHint), forms_(forms) {
-  setObjectName("frmSplash");
+  setObjectName("splash");
   setWindowTitle("Orvane");
   setFixedSize(Pixels(kForm).size());
   CenterForm(*this);
-  auto* logo = new Picture("imgLogo", ":/orvane.svg", kLogo, this);
+  auto* logo = new Picture("logo", ":/orvane.svg", kLogo, this);
   logo->setAccessibleName("Orvane");
   for (const Line& line : kLines) {
     (new TextLabel(line.name, line.place, line.style, this))->Show(QString(line.text));
   }
   constexpr TextLabel::Style kDisclaimerStyle{
       .size = 12, .alignment = Qt::AlignLeft | Qt::AlignTop, .ink = look::kQuietInk, .wrap = true};
-  auto* disclaimer = new TextLabel("lblDisclaimer", kDisclaimer, kDisclaimerStyle, this);
+  auto* disclaimer = new TextLabel("notice", kDisclaimer, kDisclaimerStyle, this);
   disclaimer->Show(QString(kNotice.english));
 }
 
@@ -74,7 +74,7 @@ void SplashWindow::paintEvent(QPaintEvent*) {
 }
 
 void SplashWindow::keyPressEvent(QKeyEvent*) {
-  forms_.Unload(Form::frmSplash);
+  forms_.Unload(Form::kSplash);
 }
 
 void SplashWindow::mousePressEvent(QMouseEvent* event) {
@@ -84,7 +84,7 @@ void SplashWindow::mousePressEvent(QMouseEvent* event) {
 void SplashWindow::mouseReleaseEvent(QMouseEvent* event) {
   if (event->button() != Qt::LeftButton || !pressed_) return;
   pressed_ = false;
-  if (rect().contains(event->position().toPoint())) forms_.Unload(Form::frmSplash);
+  if (rect().contains(event->position().toPoint())) forms_.Unload(Form::kSplash);
 }
 
 }  // namespace orvane

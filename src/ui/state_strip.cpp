@@ -10,7 +10,7 @@
 namespace orvane {
 namespace {
 
-constexpr Place kFrame2{0, 60, 7755, 660};
+constexpr Place kStrip{0, 60, 7755, 660};
 
 struct StateRow {
   const char* caption_name;
@@ -20,15 +20,15 @@ struct StateRow {
 };
 
 constexpr StateRow kRows[] = {
-    {"Label3", "lblAc", &Panel::Label3, &Panel::lblAc},
-    {"Label4", "lblBatt", &Panel::Label4, &Panel::lblBatt},
-    {"Label5", "lblBattIn", &Panel::Label5, &Panel::lblBattIn},
-    {"Label6", "lblUps", &Panel::Label6, &Panel::lblUps},
-    {"Label8", "lblConnect", &Panel::Label8, &Panel::lblConnect},
+    {"mains_caption", "mains", &Panel::mains_caption, &Panel::mains},
+    {"battery_caption", "battery", &Panel::battery_caption, &Panel::battery},
+    {"bypass_caption", "bypass", &Panel::bypass_caption, &Panel::bypass},
+    {"ups_caption", "ups", &Panel::ups_caption, &Panel::ups},
+    {"link_caption", "link", &Panel::link_caption, &Panel::link},
 };
 
 // Captions in one row, the states in a row beneath; a divider stands between two columns.
-constexpr int kColumn = kFrame2.width / static_cast<int>(std::size(kRows));
+constexpr int kColumn = kStrip.width / static_cast<int>(std::size(kRows));
 constexpr int kInset = 150;
 constexpr Place kCaption{kInset, 60, kColumn - kInset - 45, 210};
 constexpr Place kState{kInset, 270, kColumn - kInset - 45, 315};
@@ -46,8 +46,8 @@ constexpr TextLabel::Style kStateStyle{
 }  // namespace
 
 StateStrip::StateStrip(Panel& panel, QWidget* parent) : QWidget(parent), panel_(panel) {
-  setObjectName("Frame2");
-  setGeometry(Pixels(kFrame2));
+  setObjectName("states");
+  setGeometry(Pixels(kStrip));
   setAttribute(Qt::WA_OpaquePaintEvent);
   for (std::size_t i = 0; i < lines_.size(); ++i) {
     const StateRow& row = kRows[i];
@@ -75,7 +75,7 @@ void StateStrip::Refresh(std::size_t i) {
   if (fault == line.fault) return;
   line.fault = fault;
   line.state->Ground(fault ? look::kFaultGround : look::kCard);
-  update(Pixels(InColumn(i, {0, 0, kColumn, kFrame2.height})));
+  update(Pixels(InColumn(i, {0, 0, kColumn, kStrip.height})));
 }
 
 void StateStrip::paintEvent(QPaintEvent*) {
@@ -85,7 +85,7 @@ void StateStrip::paintEvent(QPaintEvent*) {
   painter.fillRect(0, height() - 1, width(), 1, look::kHairline);
   for (std::size_t i = 0; i < lines_.size(); ++i) {
     if (lines_[i].fault) {
-      painter.fillRect(Pixels(InColumn(i, {0, 0, kColumn, kFrame2.height})), look::kFaultGround);
+      painter.fillRect(Pixels(InColumn(i, {0, 0, kColumn, kStrip.height})), look::kFaultGround);
       painter.fillRect(Pixels(InColumn(i, kFaultBar)), look::Exact(kRed));
     }
     if (i > 0) painter.fillRect(Pixels(InColumn(i, kDivider)), look::kHairline);

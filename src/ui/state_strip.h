@@ -1,4 +1,4 @@
-// The five state lines at the top of the main form.
+// The five state lines at the top of the main window.
 #pragma once
 
 #include <QWidget>

@@ -65,7 +65,7 @@ void Windows::MakeMain(QWidget& window, MainForm form) {
 bool Windows::LoadMain() {
   if (ending_) return false;
   if (main_form_.Loaded()) return true;
-  if (!main_form_.Form_Load()) {
+  if (!main_form_.Load()) {
     Finish();
     return false;
   }
@@ -81,14 +81,14 @@ void Windows::End() {
 }
 
 QWidget* Windows::Window(Form form) const {
-  if (form == Form::frmMain) return main_form_.Loaded() ? main_ : nullptr;
+  if (form == Form::kMain) return main_form_.Loaded() ? main_ : nullptr;
   const auto window = open_.find(form);
   return window == open_.end() ? nullptr : window->second;
 }
 
 void Windows::Show(Form form) {
   if (ending_) return;
-  if (form == Form::frmMain) {
+  if (form == Form::kMain) {
     ShowMain();
   } else if (QWidget* window = Open(form)) {
     Raise(*window);
@@ -113,11 +113,11 @@ void Windows::ShowPainted(Form form) {
 
 void Windows::Hide(Form form) {
   // The main window stands through a reload, also while a box holds the load.
-  if (QWidget* window = form == Form::frmMain ? main_ : Window(form)) window->hide();
+  if (QWidget* window = form == Form::kMain ? main_ : Window(form)) window->hide();
 }
 
 void Windows::Unload(Form form) {
-  if (form == Form::frmMain) {
+  if (form == Form::kMain) {
     UnloadMainAndEnd();
   } else if (QWidget* window = Window(form)) {
     window->close();
@@ -157,7 +157,7 @@ void Windows::ShowMain() {
 }
 
 void Windows::UnloadMainAndEnd() {
-  main_form_.Form_QueryUnload();
+  main_form_.Unload();
   QMetaObject::invokeMethod(
       this,
       [this] {
@@ -176,7 +176,7 @@ void Windows::Finish() {
 }
 
 void Windows::Activate() {
-  main_form_.Form_Activate();
+  main_form_.Activate();
 }
 
 QWidget* Windows::Open(Form form) {

@@ -19,11 +19,12 @@ void CenterForm(QWidget& window);
 
 class Windows : public QObject, public Forms {
  public:
-  // frmMain, as far as the windows have to do with it. Whether it is loaded is its own to know.
+  // The main form, as far as the windows have to do with it. Whether it is loaded is its own to
+  // know.
   struct MainForm {
-    std::function<bool()> Form_Load;  // false: the program has to end at once
-    std::function<void()> Form_Activate;
-    std::function<void()> Form_QueryUnload;
+    std::function<bool()> Load;  // false: the program has to end at once
+    std::function<void()> Activate;
+    std::function<void()> Unload;
     std::function<bool()> Loaded;
   };
 
@@ -35,15 +36,16 @@ class Windows : public QObject, public Forms {
   // nothing when it is shown.
   void Make(Form form, std::function<QWidget*()> maker);
 
-  // The main window, which lives longer than this object and stands through a reload of frmMain.
+  // The main window, which lives longer than this object and stands through a reload of the main
+  // form.
   void MakeMain(QWidget& window, MainForm form);
 
-  // Loads frmMain without showing it. False when the program has to end instead.
+  // Loads the main form without showing it. False when the program has to end instead.
   bool LoadMain();
 
-  // What Unload(frmMain) does, by whatever road the program is made to end, also in the middle of
-  // its load: what Dismiss closes is closed, frmMain is unloaded and all windows go. Nothing is
-  // shown any more after this.
+  // What the unload of the main form does, by whatever road the program is made to end, also in the
+  // middle of its load: what Dismiss closes is closed, the main form is unloaded and all windows
+  // go. Nothing is shown any more after this.
   void End();
 
   // The end has been decided: there is no need to enter the event loop.
@@ -56,7 +58,7 @@ class Windows : public QObject, public Forms {
   // The window of a form that is open; null otherwise.
   QWidget* Window(Form form) const;
 
-  // Forms. Show(frmMain) loads it if need be and has Form_Activate run when the handler is over,
+  // Forms. Show of the main form loads it if need be and has Activate run when the handler is over,
   // also where no window manager makes the window active.
   void Show(Form form) override;
   void Hide(Form form) override;
@@ -65,7 +67,7 @@ class Windows : public QObject, public Forms {
   void DoEvents() override;
 
  protected:
-  // A closing by the user is an unload; an activation of the main window is told to frmMain.
+  // A closing by the user is an unload; an activation of the main window is told to the main form.
   bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:

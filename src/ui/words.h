@@ -1,5 +1,5 @@
-// Texts of the windows that do not come from the message table: designed in Chinese, with an
-// English literal put in place while `ResBase` is 0.
+// Texts of the windows, by language. Those that the logic shows or writes, too, come from the
+// message table.
 #pragma once
 
 #include <QString>
@@ -18,11 +18,11 @@ inline QString Pick(bool english, const Words& words) {
 }
 
 inline QString Pick(const State& state, const Words& words) {
-  return Pick(state.ResBase == 0, words);
+  return Pick(state.language == Language::kEnglish, words);
 }
 
-inline QString Message(const State& state, int number) {
-  const std::string_view text = state.Message(number);
+inline QString Pick(const State& state, Message message) {
+  const std::string_view text = state.Text(message);
   return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
 }
 

@@ -64,10 +64,10 @@ TEST(SettingsTest, AbsentFileChangesNothingAndCreatesNothing) {
 
 TEST(SettingsTest, DerivedValues) {
   State state;
-  EXPECT_EQ(DeriveResBase(state), 0);
+  EXPECT_EQ(DeriveLanguage(state), Language::kEnglish);
   // Any other number is Chinese; three-digit minutes mean what they say.
   state.Settings = {0, 999, 99, 2, 5, 0, 0, 0, 0, 0, 5};
-  EXPECT_EQ(DeriveResBase(state), 1000);
+  EXPECT_EQ(DeriveLanguage(state), Language::kChinese);
   EXPECT_EQ(MainsFailureDelay(state), 60039);
   EXPECT_EQ(BatteryLowDelay(state), 125);
   for (const auto& [delay, command] : {std::pair{0, "S.5"}, {1, "S01"}, {9, "S09"}, {10, "S10"}}) {

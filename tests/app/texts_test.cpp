@@ -1,55 +1,29 @@
-// Messages, captions and the calendar.
+// Captions and the calendar.
 #include <gtest/gtest.h>
-
-#include <cstdint>
 
 #include "app/calendar.h"
 #include "app/captions.h"
-#include "app/messages.h"
 
 namespace orvane::test {
 namespace {
 
-// Blanks, marks and misspellings are easily lost, so the rows as they were read character by
-// character have a fingerprint (32-bit FNV-1a, a NUL behind each number).
-TEST(MessagesTest, EveryCharacterCountsAndNoOtherNumberHasARow) {
-  std::uint32_t fingerprint = 2166136261U;
-  for (int number = -5; number < 2000; ++number) {
-    std::string row(LoadResString(number));
-    if (number < 1 || number >= 1122) {
-      EXPECT_EQ(row, "") << number;
-      continue;
-    }
-    row += '\0';
-    for (const unsigned char byte : row) fingerprint = (fingerprint ^ byte) * 16777619U;
-  }
-  EXPECT_EQ(fingerprint, 0x0548F1C2U);
-}
-
 TEST(CaptionsTest, FollowTheLanguageAndLeaveTheStatesAlone) {
   State state;
   Panel panel;
-  panel.lblAc.Caption("Fail");
+  panel.mains.Caption("Fail");
   int changes = 0;
-  panel.lblConnect.Change = [&] { ++changes; };
+  panel.link.Change = [&] { ++changes; };
   SetCaptions(state, panel);
-  EXPECT_EQ(panel.mnuDateAnalyse.Text(), "A&Nalysis");
-  EXPECT_EQ(panel.mnuDateRecord.Text(), "Event &Day");
-  EXPECT_EQ(panel.Label9[4].Caption(), "Load(%)");
-  EXPECT_EQ(panel.Label9[1].Caption(), "(V)");
-  EXPECT_EQ(panel.Label9[3].Caption(), "(V)");
-  EXPECT_EQ(panel.lblApcCap[4].Caption(), "Temp.");
-  EXPECT_EQ(panel.lblApcCap[5].Caption(), "Freq.");
-  EXPECT_EQ(panel.Label1[0].Caption(), "Batt Num:");
-  EXPECT_EQ(panel.Label1[5].Caption(), "Batt Volt:");
+  EXPECT_EQ(panel.analysis_menu.Text(), "A&Nalysis");
+  EXPECT_EQ(panel.day_history_entry.Text(), "Event &Day");
   EXPECT_EQ(changes, 1);
 
-  panel.lblConnect.Caption("Conn");
-  state.ResBase = kChineseBase;
+  panel.link.Caption("Conn");
+  state.language = Language::kChinese;
   SetCaptions(state, panel);
-  EXPECT_EQ(panel.mnuSystem.Text(), "系统(&S)");
-  EXPECT_EQ(panel.lblConnect.Caption(), "未连接");
-  EXPECT_EQ(panel.lblAc.Caption(), "Fail");
+  EXPECT_EQ(panel.system_menu.Text(), "系统(&S)");
+  EXPECT_EQ(panel.link.Caption(), "未连接");
+  EXPECT_EQ(panel.mains.Caption(), "Fail");
   EXPECT_EQ(changes, 3);
 }
 

@@ -38,22 +38,22 @@ class DiallerTest : public testing::Test, public World {
     dialler.Attach();
     state.PhoneCode = "119";
     state.Settings[kModemPort] = 3;
-    TimerDial.Interval(5000);
-    panel.lblAc.Caption("Fail");
-    panel.Label13.Observer = [this] { Note(panel.Label13.Caption()); };
-    MSComm2.OnSent = [this](const std::string& text) { Sent(text); };
+    dial_timer.Interval(5000);
+    panel.mains.Caption("Fail");
+    panel.status_line.Observer = [this] { Note(panel.status_line.Caption()); };
+    modem_port.OnSent = [this](const std::string& text) { Sent(text); };
     reply_timer.Tick = [this] {
       const std::string bytes = pending.front().bytes;
       pending.pop_front();
       Schedule();
-      MSComm2.Receive(bytes);
+      modem_port.Receive(bytes);
     };
   }
 
   // Mains asks for a call, and five seconds pass.
   void Start() {
-    state.Main.DialReason = kAcFail;
-    TimerDial.Enabled(true);
+    state.Main.DialReason = Fault::kMains;
+    dial_timer.Enabled(true);
     time.Advance(4999ms);
     EXPECT_FALSE(dialler.Running());
     begin = time.Steady() + 1ms;
@@ -107,7 +107,7 @@ TEST_F(DiallerTest, Runs) {
     const char* notes;
     bool open;  // the modem's port at the end
     std::size_t beeps;
-    std::int16_t language = 0;
+    Language language = Language::kEnglish;
   } cases[] = {
       {"success in pieces behind the echo",
        {{{100ms, "ATDT119"}, {100ms, ";\r\r\nO"}, {790ms, "K"}, {10ms, "\r\n"}}},
@@ -128,7 +128,7 @@ TEST_F(DiallerTest, Runs) {
        "26.00 挂机|26.00 > ATH\r|29.00 拨号次数:2|29.00 拨号成功|",
        false,
        2,
-       kChineseBase},
+       Language::kChinese},
       {"four in vain",
        {{kNoCarrier}, {kNoDialtone}, {kNoCarrier}, {kBusyOk}, {kOk}},
        "0.00 > ATDT119;\r|1.00 NO CARRIER|1.00 This's void phonecode|1.00 > ATH\r|"
@@ -160,19 +160,19 @@ TEST_F(DiallerTest, Runs) {
   for (const auto& run : cases) {
     SCOPED_TRACE(run.name);
     calls = run.calls;
-    state.ResBase = run.language;
+    state.language = run.language;
     events.clear();
-    panel.Label13.Caption("");
+    panel.status_line.Caption("");
     notes.clear();
     Start();
     Finish();
     EXPECT_EQ(notes, run.notes);
-    EXPECT_EQ(MSComm2.PortOpen(), run.open);
-    EXPECT_EQ(MSComm2.Settings(), "9600,N,8,1");
-    EXPECT_EQ(MSComm2.CommPort(), 3);
+    EXPECT_EQ(modem_port.IsOpen(), run.open);
+    EXPECT_EQ(modem_port.Line(), "9600,N,8,1");
+    EXPECT_EQ(modem_port.Number(), 3);
     EXPECT_EQ(events, Events(run.beeps, "Beep"));
-    EXPECT_FALSE(TimerDial.Enabled());
-    EXPECT_FALSE(dial_pass.Enabled());
+    EXPECT_FALSE(dial_timer.Enabled());
+    EXPECT_FALSE(modem_timer.Enabled());
   }
 }
 
@@ -184,25 +184,25 @@ TEST_F(DiallerTest, NumberIsTrimmedAtItsEndsAlone) {
   for (const auto& c : cases) {
     SCOPED_TRACE(c.number);
     state.PhoneCode = c.number;
-    MSComm2.sent.clear();
+    modem_port.sent.clear();
     Start();
-    EXPECT_EQ(MSComm2.Wire(), c.sent);
-    EXPECT_EQ(TimerDial.Enabled(), *c.sent != 0);
-    EXPECT_EQ(MSComm2.PortOpen(), *c.sent != 0);
-    EXPECT_EQ(panel.Label13.Caption(), "");
+    EXPECT_EQ(modem_port.Wire(), c.sent);
+    EXPECT_EQ(dial_timer.Enabled(), *c.sent != 0);
+    EXPECT_EQ(modem_port.IsOpen(), *c.sent != 0);
+    EXPECT_EQ(panel.status_line.Caption(), "");
     dialler.Stop();
   }
 }
 
 TEST_F(DiallerTest, PortThatDoesNotOpenIsToldAndNotTriedAgain) {
-  MSComm2.present = {1, 2, 4};
+  modem_port.present = {1, 2, 4};
   for (const int slot : {0, -1, 5, 3}) {
     SCOPED_TRACE(slot);
     state.Settings[kModemPort] = static_cast<std::int16_t>(slot);
-    panel.Label13.Caption("");
+    panel.status_line.Caption("");
     notes.clear();
     Start();
-    EXPECT_FALSE(MSComm2.PortOpen());
+    EXPECT_FALSE(modem_port.IsOpen());
     time.Advance(60s);
     EXPECT_EQ(notes, "0.00 Modem can't use appointed COM port.|");
   }
@@ -211,15 +211,15 @@ TEST_F(DiallerTest, PortThatDoesNotOpenIsToldAndNotTriedAgain) {
 TEST_F(DiallerTest, TakesThePortThatTheRunBeforeLeftOpen) {
   Start();
   Finish();
-  ASSERT_TRUE(MSComm2.PortOpen());
-  MSComm2.Receive("OK");
+  ASSERT_TRUE(modem_port.IsOpen());
+  modem_port.Receive("OK");
   state.Settings[kModemPort] = 4;
   calls = {{kBusyOk}};
   Start();
-  EXPECT_EQ(MSComm2.CommPort(), 4);
-  EXPECT_EQ(MSComm2.InBufferCount(), 0U);
+  EXPECT_EQ(modem_port.Number(), 4);
+  EXPECT_EQ(modem_port.Waiting(), 0U);
   time.Advance(1s);
-  EXPECT_EQ(panel.Label13.Caption(), "Busy");
+  EXPECT_EQ(panel.status_line.Caption(), "Busy");
 }
 
 // The wait counts seconds of the clock that anyone may set.
@@ -242,7 +242,7 @@ TEST_F(DiallerTest, RingingFollowsTheClock) {
     notes.clear();
     Start();
     time.Advance(1s);
-    ASSERT_EQ(panel.Label13.Caption(), "Succeed");
+    ASSERT_EQ(panel.status_line.Caption(), "Succeed");
     time.Advance(c.when);
     time.SetWall(c.now);
     Finish();
@@ -259,9 +259,9 @@ TEST_F(DiallerTest, FloodsAreTakenInBoundedMemory) {
   Start();
   for (int pass = 0; pass < 500; ++pass) {
     time.Advance(20ms);
-    ASSERT_LE(MSComm2.InBufferCount(), 2 * noise.size());
+    ASSERT_LE(modem_port.Waiting(), 2 * noise.size());
   }
-  EXPECT_EQ(panel.Label13.Caption(), "Succeed");
+  EXPECT_EQ(panel.status_line.Caption(), "Succeed");
 }
 
 }  // namespace

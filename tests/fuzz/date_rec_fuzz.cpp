@@ -70,11 +70,11 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   disk.files["/DateRec.rec"] = bytes;
   const test::FakeTime clock;
   DayHistory history(disk, clock, "/DateRec.rec");
-  history.Form_Load();
-  const std::string today = history.lblDate();
+  history.Load();
+  const std::string today = history.Date();
   for (const bool forwards : {true, false}) {
-    for (int i = 0; i < 3; ++i) forwards ? history.cmdNext_Click() : history.cmdPrev_Click();
+    for (int i = 0; i < 3; ++i) forwards ? history.ShowNext() : history.ShowPrevious();
   }
-  Require(history.lblDate() == today, "three days on and three days back is the same day");
+  Require(history.Date() == today, "three days on and three days back is the same day");
   return 0;
 }

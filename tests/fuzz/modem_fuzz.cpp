@@ -37,28 +37,28 @@ void Call(test::FuzzInput input) {
   test::World world;
   world.state.Settings[8] = 1;
   world.state.PhoneCode = "119";
-  world.state.Main.DialReason = 1;
-  world.panel.lblAc.Caption("Fail");
+  world.state.Main.DialReason = Fault::kMains;
+  world.panel.mains.Caption("Fail");
   Dialler dialler(world.state, world.panel, world.seams);
   dialler.Attach();
-  world.TimerDial.Interval(5000);
-  world.TimerDial.Enabled(true);
+  world.dial_timer.Interval(5000);
+  world.dial_timer.Enabled(true);
   world.time.Advance(std::chrono::seconds(5));
   Require(dialler.Running(), "a call goes out");
   while (!input.Empty()) {
     world.time.Advance(std::chrono::milliseconds(20 * input.Choice(64)));
-    world.MSComm2.Receive(input.Take(1 + input.Choice(64)));
+    world.modem_port.Receive(input.Take(1 + input.Choice(64)));
   }
   // Four attempts of 50 s, 21 s and 3 s at most, whatever the modem said last.
   world.time.Advance(std::chrono::minutes(5));
-  Require(!dialler.Running() && !world.TimerDial.Enabled(), "a call ends");
+  Require(!dialler.Running() && !world.dial_timer.Enabled(), "a call ends");
   int dialled = 0;
   int hung_up = 0;
-  for (const std::string& text : world.MSComm2.sent) {
+  for (const std::string& text : world.modem_port.sent) {
     dialled += text == "ATDT119;\r";
     hung_up += text == "ATH\r";
   }
-  Require(dialled + hung_up == static_cast<int>(world.MSComm2.sent.size()), "no other command");
+  Require(dialled + hung_up == static_cast<int>(world.modem_port.sent.size()), "no other command");
   Require(dialled >= 1 && dialled <= 4, "four attempts at most");
   Require(hung_up == dialled || hung_up == dialled - 1, "every attempt but a dead one is hung up");
 }

@@ -39,13 +39,13 @@ void File(std::string_view bytes) {
   LoadSchedule(world.disk, SchedulePath("/prog"), world.state);
   for (const std::string& text : world.state.ScheduleOn) Texts(text);
   for (const std::string& text : world.state.ScheduleDate) Texts(text);
-  static_cast<void>(world.MSComm1.PortOpen(true));
+  static_cast<void>(world.ups_port.Open());
   // A minute of a Friday, in which the schedule may do anything but leave its commands.
   for (int i = 0; i < 12; ++i) {
-    if (!shutdown.Begun()) engine.Timer3_Timer();
+    if (!shutdown.Begun()) engine.OnSchedule();
     world.time.Advance(std::chrono::seconds(5));
   }
-  for (const std::string& text : world.MSComm1.sent) {
+  for (const std::string& text : world.ups_port.sent) {
     Require(text == "TL\r" || text == "C\r" || text == world.state.ShutdownCommand + '\r',
             "no other command goes out");
   }

@@ -8,32 +8,27 @@
 namespace orvane::test {
 namespace {
 
-// By the order of Label2.
-using Texts = std::array<const char*, kGauges>;
-using Figures = std::array<std::int16_t, kGauges>;
-
-constexpr Label Panel::*kMirrored[] = {&Panel::lblApcAc,   &Panel::lblApcOutput,
-                                       &Panel::lblApcLoad, &Panel::lblApcBatt,
-                                       &Panel::lblApcFreq, &Panel::lblApcTemp};
+using Texts = PerGauge<const char*>;
+using Figures = PerGauge<std::int16_t>;
 
 class ReplyDecoderTest : public testing::Test, public World {
  protected:
   ReplyDecoderTest() {
     link.Attach();
-    MSComm1.PortOpen(true);
-    MSComm1.RThreshold(1);
+    ups_port.Open();
+    ups_port.Notify(true);
     CaptureNeedles(panel, state.Main);
   }
 
   // The captions, their copies, and the needles where SetGauge puts them for `gauges`.
   void ExpectShown(const Texts& captions, const Figures& gauges) {
-    for (std::size_t i = 0; i < kGauges; ++i) {
-      SCOPED_TRACE(i);
-      EXPECT_EQ(panel.Label2[i].Caption(), captions[i]);
-      EXPECT_EQ((panel.*kMirrored[i]).Caption(), captions[i]);
+    for (const Gauge gauge : kGauges) {
+      SCOPED_TRACE(static_cast<int>(gauge));
+      EXPECT_EQ(panel.read_outs[gauge].Caption(), captions[gauge]);
+      EXPECT_EQ(panel.bar_figures[gauge].Caption(), captions[gauge]);
       Panel other;
-      SetGauge(state.Main, other, static_cast<int>(i), gauges[i]);
-      EXPECT_EQ(panel.Line1[i].Line(), other.Line1[i].Line());
+      SetGauge(state.Main, other, gauge, gauges[gauge]);
+      EXPECT_EQ(panel.needles[gauge].Line(), other.needles[gauge].Line());
     }
   }
 
@@ -45,7 +40,7 @@ TEST_F(ReplyDecoderTest, ValuesGoToCaptionsAndGauges) {
   // Input, output, load, battery, frequency and temperature each.
   const struct {
     const char* name;
-    std::array<const char*, kGauges> fields;
+    std::array<const char*, 6> fields;
     Texts captions;
     Figures gauges;
     bool overload = false;
@@ -98,13 +93,13 @@ TEST_F(ReplyDecoderTest, ValuesGoToCaptionsAndGauges) {
   };
   for (const auto& row : cases) {
     SCOPED_TRACE(row.name);
-    MSComm1.Receive(good.Text());
-    EXPECT_FALSE(panel.lblAlert[2].Visible());
+    ups_port.Receive(good.Text());
+    EXPECT_FALSE(panel.overload_warning.Visible());
     const auto& [input, output, load, battery, frequency, temperature] = row.fields;
-    MSComm1.Receive(
+    ups_port.Receive(
         StatusFrame{input, output, load, frequency, battery, temperature, "0000"}.Text());
     ExpectShown(row.captions, row.gauges);
-    EXPECT_EQ(panel.lblAlert[2].Visible(), row.overload);
+    EXPECT_EQ(panel.overload_warning.Visible(), row.overload);
   }
 }
 
@@ -131,7 +126,7 @@ TEST_F(ReplyDecoderTest, ShapeDecidesWhatIsDecoded) {
     state.Main.RxText.clear();
     state.Main.PollsSent = 3;
     state.Main.PollsAnswered = 0;
-    MSComm1.Receive(row.text);
+    ups_port.Receive(row.text);
     EXPECT_EQ(state.Main.PollsAnswered, row.decoded ? 3 : 0);
     // A line is dropped at its end.
     EXPECT_EQ(state.Main.RxText.empty(), row.decoded || row.text.ends_with('\r'));
@@ -147,23 +142,25 @@ TEST_F(ReplyDecoderTest, EachReplyCountsInFrontOfAndBehindAnother) {
        {status + information, information + status, "MD\r" + information + "\r(\r" + status}) {
     for (std::size_t piece = 1; piece <= text.size(); ++piece) {
       SCOPED_TRACE(piece);
-      panel.lblAc.Caption("");
-      panel.Label7[1].Caption("UnKnown");
+      panel.mains.Caption("");
+      panel.information[UpsDatum::kModel].Caption("UnKnown");
       for (std::size_t at = 0; at < text.size(); at += piece) {
-        MSComm1.Receive(text.substr(at, piece));
+        ups_port.Receive(text.substr(at, piece));
       }
-      EXPECT_EQ(panel.lblAc.Caption(), "Fail");
-      EXPECT_EQ(panel.Label7[1].Caption(), "OV");
+      EXPECT_EQ(panel.mains.Caption(), "Fail");
+      EXPECT_EQ(panel.information[UpsDatum::kModel].Caption(), "OV");
     }
   }
 }
 
 TEST_F(ReplyDecoderTest, InformationFieldsHaveTheirPlacesAndUnits) {
-  MSComm1.Receive(" OV-1000 ,700, 2.1,220,x,8 , 12,y,z\r");
-  const char* const expected[] = {"8", "OV-1000", "2.1", "220V", "700W", "12V"};
-  for (std::size_t i = 0; i < 6; ++i) EXPECT_EQ(panel.Label7[i].Caption(), expected[i]);
+  ups_port.Receive(" OV-1000 ,700, 2.1,220,x,8 , 12,y,z\r");
+  const PerUpsDatum<const char*> expected = {{"8", "OV-1000", "2.1", "220V", "700W", "12V"}};
+  for (const UpsDatum datum : kUpsData) {
+    EXPECT_EQ(panel.information[datum].Caption(), expected[datum]);
+  }
   // It answers a poll but brings no link up.
-  EXPECT_EQ(panel.lblConnect.ForeColor(), kRed);
+  EXPECT_EQ(panel.link.ForeColor(), kRed);
 }
 
 }  // namespace

@@ -21,25 +21,25 @@ class UpsLinkTest : public testing::Test, public World {
     link.Attach();
     CaptureNeedles(panel, state.Main);
     SetCaptions(state, panel);
-    Timer1.Interval(2000);
-    Timer1.Tick = [this] { link.Timer1_Timer(); };
-    Timer1.Enabled(true);
-    MSComm1.RThreshold(1);
+    poll_timer.Interval(2000);
+    poll_timer.Tick = [this] { link.OnPoll(); };
+    poll_timer.Enabled(true);
+    ups_port.Notify(true);
   }
 
   // The UPS answers polls from now on with this text; with none, it is silent.
   void Answer(const std::string& reply) {
-    MSComm1.OnSent = [=, this](const std::string& text) {
-      if (text == "Q1\r") MSComm1.Receive(reply);
+    ups_port.OnSent = [=, this](const std::string& text) {
+      if (text == "Q1\r") ups_port.Receive(reply);
     };
   }
 
   void Reply(const char* bits, const char* load = "035") {
-    MSComm1.Receive(StatusFrame{.load = load, .bits = bits}.Text());
+    ups_port.Receive(StatusFrame{.load = load, .bits = bits}.Text());
   }
 
   void Polls(int count) { time.Advance(std::chrono::seconds(2 * count)); }
-  bool LinkShown() const { return panel.lblConnect.ForeColor() == kBlue; }
+  bool LinkShown() const { return panel.link.ForeColor() == kBlue; }
 
   const std::string all_well = StatusFrame{}.Text();
   UpsLink link{state, panel, journals, seams};
@@ -66,58 +66,58 @@ TEST_F(UpsLinkTest, Ports) {
   };
   for (const auto& row : cases) {
     SCOPED_TRACE(row.name);
-    MSComm1.PortOpen(false);
-    MSComm1.present = row.present;
+    ups_port.Close();
+    ups_port.present = row.present;
     state.Settings[kUpsPort] = row.slot;
     state.Main = {};
     events.clear();
-    Timer1.Enabled(true);
-    Timer2.Enabled(true);
+    poll_timer.Enabled(true);
+    countdown_timer.Enabled(true);
     link.OpenPort();
-    EXPECT_EQ(MSComm1.PortOpen() ? MSComm1.CommPort() : 0, row.opened);
+    EXPECT_EQ(ups_port.IsOpen() ? ups_port.Number() : 0, row.opened);
     EXPECT_EQ(state.Main.PortTry, row.port_try);
-    EXPECT_EQ(panel.Label14.Caption(), row.line);
+    EXPECT_EQ(panel.port_line.Caption(), row.line);
     EXPECT_EQ(events, row.box);
-    EXPECT_EQ(Timer1.Enabled(), row.opened != 0);
-    EXPECT_EQ(Timer2.Enabled(), row.opened != 0 || row.slot == 0);
+    EXPECT_EQ(poll_timer.Enabled(), row.opened != 0);
+    EXPECT_EQ(countdown_timer.Enabled(), row.opened != 0 || row.slot == 0);
   }
-  EXPECT_EQ(MSComm1.Settings(), "2400,N,8,1");
-  EXPECT_TRUE(MSComm1.sent.empty());
+  EXPECT_EQ(ups_port.Line(), "2400,N,8,1");
+  EXPECT_TRUE(ups_port.sent.empty());
 }
 
 TEST_F(UpsLinkTest, LostLinkTakesAllThatWasShown) {
   link.OpenPort();
   Answer(StatusFrame{.bits = "1000"}.Text());
   Polls(5);
-  MSComm1.Receive(kInformation);
-  ASSERT_EQ(panel.Label7[1].Caption(), "OV");
+  ups_port.Receive(kInformation);
+  ASSERT_EQ(panel.information[UpsDatum::kModel].Caption(), "OV");
   state.Main.AlertSeconds = 5;
   Answer("");
   Polls(3);
   EXPECT_TRUE(LinkShown());
-  EXPECT_TRUE(Timer2.Enabled());
+  EXPECT_TRUE(countdown_timer.Enabled());
   Polls(1);
-  EXPECT_EQ(panel.lblConnect.Caption(), "No conn");
+  EXPECT_EQ(panel.link.Caption(), "No conn");
   EXPECT_FALSE(LinkShown());
-  for (const Label& field : panel.Label7) EXPECT_EQ(field.Caption(), "UnKnown");
-  for (const Label* line : {&panel.lblAc, &panel.lblBatt, &panel.lblBattIn, &panel.lblUps}) {
+  for (const Label& field : panel.information) EXPECT_EQ(field.Caption(), "UnKnown");
+  for (const Label* line : {&panel.mains, &panel.battery, &panel.bypass, &panel.ups}) {
     EXPECT_EQ(line->Caption(), "");
-    EXPECT_EQ(line->ForeColor(), line == &panel.lblAc ? kRed : kBlue);
+    EXPECT_EQ(line->ForeColor(), line == &panel.mains ? kRed : kBlue);
   }
   const Panel rest;
-  for (std::size_t i = 0; i < kGauges; ++i) {
-    EXPECT_EQ(panel.Label2[i].Caption(), "0");
-    EXPECT_EQ(panel.Line1[i].Line(), rest.Line1[i].Line());
+  for (const Gauge gauge : kGauges) {
+    EXPECT_EQ(panel.read_outs[gauge].Caption(), "0");
+    EXPECT_EQ(panel.bar_figures[gauge].Caption(), "0");
+    EXPECT_EQ(panel.needles[gauge].Line(), rest.needles[gauge].Line());
   }
-  EXPECT_EQ(panel.lblApcAc.Caption(), "0");
-  EXPECT_FALSE(Timer2.Enabled());
-  EXPECT_EQ(panel.Label13.Caption(), "Ready");
+  EXPECT_FALSE(countdown_timer.Enabled());
+  EXPECT_EQ(panel.status_line.Caption(), "Ready");
   EXPECT_EQ(state.Main.AlertSeconds, 5);
   // The warning line goes by colour and stays.
-  EXPECT_EQ(panel.lblAlert[1].Caption(), state.Message(35));
-  EXPECT_TRUE(panel.lblAlert[1].Visible());
+  EXPECT_EQ(panel.supply_warning.Caption(), state.Text(Message::kMainsWarning));
+  EXPECT_TRUE(panel.supply_warning.Visible());
   // The loss is a change of the link's caption, so the UPS is asked for its data, in vain.
-  EXPECT_EQ(MSComm1.sent.back(), "MD\r");
+  EXPECT_EQ(ups_port.sent.back(), "MD\r");
 }
 
 TEST_F(UpsLinkTest, FourPollsInVainLoseTheLinkAndAReplyBringsItBack) {
@@ -126,10 +126,10 @@ TEST_F(UpsLinkTest, FourPollsInVainLoseTheLinkAndAReplyBringsItBack) {
     std::function<void()> fail, heal;
   } cases[] = {
       {"silence", [&] { Answer(""); }, [&] { Answer(all_well); }},
-      {"refused writes", [&] { MSComm1.refuse_writes = true; },
-       [&] { MSComm1.refuse_writes = false; }},
-      {"a device that vanishes and is asked for with every poll", [&] { MSComm1.Unplug(); },
-       [&] { MSComm1.present = {1}; }},
+      {"refused writes", [&] { ups_port.refuse_writes = true; },
+       [&] { ups_port.refuse_writes = false; }},
+      {"a device that vanishes and is asked for with every poll", [&] { ups_port.Unplug(); },
+       [&] { ups_port.present = {1}; }},
   };
   link.OpenPort();
   Answer(all_well);
@@ -145,11 +145,11 @@ TEST_F(UpsLinkTest, FourPollsInVainLoseTheLinkAndAReplyBringsItBack) {
     EXPECT_FALSE(LinkShown());
     EXPECT_EQ(state.Main.PollsSent, 0);
     // The next loss is told when the polls are four ahead of the answered ones again.
-    panel.Label13.Caption("mark");
+    panel.status_line.Caption("mark");
     Polls(answered + 3);
-    EXPECT_EQ(panel.Label13.Caption(), "mark");
+    EXPECT_EQ(panel.status_line.Caption(), "mark");
     Polls(1);
-    EXPECT_EQ(panel.Label13.Caption(), "Ready");
+    EXPECT_EQ(panel.status_line.Caption(), "Ready");
     row.heal();
     Polls(1);
     EXPECT_TRUE(LinkShown());
@@ -160,7 +160,7 @@ TEST_F(UpsLinkTest, FourPollsInVainLoseTheLinkAndAReplyBringsItBack) {
 TEST_F(UpsLinkTest, FloodLivesForOnePollPeriod) {
   link.OpenPort();
   Polls(1);
-  for (int i = 0; i < 256; ++i) MSComm1.Receive(std::string(4096, '\xA5'));
+  for (int i = 0; i < 256; ++i) ups_port.Receive(std::string(4096, '\xA5'));
   EXPECT_EQ(state.Main.RxText.size(), 1U << 20);
   Answer(all_well);
   Polls(1);
@@ -184,7 +184,7 @@ TEST_F(UpsLinkTest, BitsBecomeStateLines) {
   for (const auto& row : cases) {
     SCOPED_TRACE(row.bits);
     Reply(row.bits);
-    const Label* const lines[] = {&panel.lblAc, &panel.lblBatt, &panel.lblBattIn, &panel.lblUps};
+    const Label* const lines[] = {&panel.mains, &panel.battery, &panel.bypass, &panel.ups};
     for (int i = 0; i < 4; ++i) {
       EXPECT_EQ(lines[i]->Caption(), row.lines[i]);
       EXPECT_EQ(lines[i]->ForeColor(), row.bits[i] == '1' ? kRed : kBlue);
@@ -197,32 +197,38 @@ TEST_F(UpsLinkTest, DialConditionsThatNoDialogWrites) {
   const struct {
     std::int16_t conditions;
     const char* bits;
-    int reason;  // 0: no dial asked
-  } cases[] = {{200, "1000", 0}, {111, "0010", 0}, {-1, "1101", 0},
-               {-1, "0001", 0},  {190, "1101", 1}, {112, "0101", 2}};
+    std::optional<Fault> reason;  // nothing: no call asked for
+  } cases[] = {{200, "1000", {}},
+               {111, "0010", {}},
+               {-1, "1101", {}},
+               {-1, "0001", {}},
+               {190, "1101", Fault::kMains},
+               {112, "0101", Fault::kBatteryLow}};
   link.OpenPort();
   for (const auto& row : cases) {
     SCOPED_TRACE(std::to_string(row.conditions) + " " + row.bits);
-    TimerDial.Enabled(false);
-    state.Main.DialReason = 0;
+    dial_timer.Enabled(false);
+    state.Main.DialReason.reset();
     state.Settings[kDialConditions] = row.conditions;
     Reply(row.bits);
     EXPECT_EQ(state.Main.DialReason, row.reason);
-    EXPECT_EQ(TimerDial.Enabled(), row.reason != 0);
+    EXPECT_EQ(dial_timer.Enabled(), row.reason.has_value());
   }
 }
 
 TEST_F(UpsLinkTest, WarningLineFollowsThePollByColour) {
   link.OpenPort();
-  const Label& line = panel.lblAlert[1];
+  const Label& line = panel.supply_warning;
   const auto shown = [&] { return line.Visible() ? line.Caption() : std::string(); };
   std::string before;
-  for (const auto& [bits, message] : {std::pair{"1010", 34}, {"1000", 35}, {"0000", 0}}) {
+  for (const auto& [bits, text] : {std::pair{"1010", state.Text(Message::kBypassWarning)},
+                                   {"1000", state.Text(Message::kMainsWarning)},
+                                   {"0000", ""}}) {
     SCOPED_TRACE(bits);
     Reply(bits);
     EXPECT_EQ(shown(), before);
-    link.Timer1_Timer();
-    EXPECT_EQ(shown(), state.Message(message));
+    link.OnPoll();
+    EXPECT_EQ(shown(), text);
     before = shown();
   }
 }
@@ -231,18 +237,18 @@ TEST_F(UpsLinkTest, LinkChangeAsksForTheUpsData) {
   link.OpenPort();
   Reply("0000");
   Reply("0000");
-  EXPECT_EQ(MSComm1.Wire(), "MD\r");
+  EXPECT_EQ(ups_port.Wire(), "MD\r");
   // A link that comes back takes down the warnings of before, inside the write of its caption.
-  panel.lblConnect.Caption(state.Message(33));
-  panel.lblConnect.ForeColor(kRed);
-  panel.lblAlert[1].Visible(true);
+  panel.link.Caption(state.Text(Message::kNotConnected));
+  panel.link.ForeColor(kRed);
+  panel.supply_warning.Visible(true);
   Reply("1000", "110");
-  EXPECT_FALSE(panel.lblAlert[1].Visible());
-  EXPECT_FALSE(panel.lblAlert[2].Visible());
-  EXPECT_EQ(MSComm1.Wire(), "MD\rMD\rMD\r");
+  EXPECT_FALSE(panel.supply_warning.Visible());
+  EXPECT_FALSE(panel.overload_warning.Visible());
+  EXPECT_EQ(ups_port.Wire(), "MD\rMD\rMD\r");
   Reply("1000", "110");
-  EXPECT_TRUE(panel.lblAlert[2].Visible());
-  EXPECT_EQ(panel.lblAlert[2].Caption(), state.Message(23));
+  EXPECT_TRUE(panel.overload_warning.Visible());
+  EXPECT_EQ(panel.overload_warning.Caption(), state.Text(Message::kOverloadWarning));
 }
 
 }  // namespace

@@ -94,16 +94,16 @@ grep -E 'Sig(Blk|Ign)' /proc/$$/status | sed 's/:.*\(.......\)$/ \1/' >> seen
   EXPECT_EQ(folder.Read("seen"), "/dev/null\n/dev/null\nSigBlk 0000000\nSigIgn 0000000\nsession\n");
 }
 
-TEST(PrevInstance, OneProgramForEachDirectory) {
+TEST(SecondInstance, OneProgramForEachDirectory) {
   const TempFolder one, other;
   LinuxHost first(one.Path(), {}, {}, {}), second(one.Path(), {}, {}, {});
   for (int i = 0; i < 2; ++i) {
-    EXPECT_FALSE(first.PrevInstance());
-    EXPECT_TRUE(second.PrevInstance());
+    EXPECT_FALSE(first.IsSecondInstance());
+    EXPECT_TRUE(second.IsSecondInstance());
   }
   // A directory without a lock holds nobody off.
   for (const std::string& path : {other.Path(), other.Path("none")}) {
-    EXPECT_FALSE(LinuxHost(path, {}, {}, {}).PrevInstance());
+    EXPECT_FALSE(LinuxHost(path, {}, {}, {}).IsSecondInstance());
   }
 }
 
@@ -134,7 +134,7 @@ TEST(PlatformSettings, EveryKeyIsOptional) {
     EXPECT_EQ(settings.unknown_action, c.unknown);
     std::string windows = c.windows;
     if (windows[0] == '~') windows.replace(0, 1, folder.Path());
-    EXPECT_EQ(settings.windows_directory, windows);
+    EXPECT_EQ(settings.report_directory, windows);
   }
 }
 

@@ -122,26 +122,24 @@ TEST(ProfileFile, MegabyteOfAnythingKeepsItsBytesAndItsKeys) {
   }
 }
 
-TEST(PrivateProfileString, IsCutBySizeAndNeverInsideACharacter) {
-  MemoryDisk disk;
-  disk.files[kPath] = "[Main]\nlatin=abcdef\nmixed=ab日月\n";
+TEST(ProfileValues, AreCutBySizeAndNeverInsideACharacter) {
+  const ProfileFile file = ProfileFile::Parse("[Main]\nlatin=abcdef\nmixed=ab日月\n");
   const std::tuple<const char*, std::size_t, const char*> cases[] = {
-      {"latin", 7, "abcdef"}, {"latin", 6, "abcde"}, {"latin", 1, ""},     {"latin", 0, ""},
-      {"mixed", 9, "ab日月"}, {"mixed", 8, "ab日"},  {"absent", 4, "def"},
+      {"latin", 6, "abcdef"}, {"latin", 5, "abcde"}, {"latin", 0, ""},
+      {"mixed", 8, "ab日月"}, {"mixed", 7, "ab日"},  {"absent", 4, ""},
   };
-  for (const auto& [key, size, value] : cases) {
-    EXPECT_EQ(GetPrivateProfileString(disk, "main", key, "default", size, kPath), value);
+  for (const auto& [key, limit, value] : cases) {
+    EXPECT_EQ(ReadProfileValue(file, "main", key, limit), value);
   }
-  EXPECT_EQ(GetPrivateProfileString(disk, "Main", "latin", "none", 10, "/prog/absent.ini"), "none");
 }
 
-TEST(PrivateProfileString, ManyKeysAreOneReplacement) {
+TEST(ProfileValues, ManyKeysAreOneReplacement) {
   MemoryDisk disk;
-  EXPECT_TRUE(WritePrivateProfileStrings(disk, "a", {{"1", "x"}, {"2", ""}, {"1", "y"}}, kPath));
+  EXPECT_TRUE(WriteProfileValues(disk, "a", {{"1", "x"}, {"2", ""}, {"1", "y"}}, kPath));
   EXPECT_EQ(disk.files[kPath], "[a]\r\n1=y\r\n2=\r\n");
   EXPECT_EQ(disk.replacements, 1);
   disk.refuse_writes = true;
-  EXPECT_FALSE(WritePrivateProfileStrings(disk, "a", {{"1", "z"}}, kPath));
+  EXPECT_FALSE(WriteProfileValues(disk, "a", {{"1", "z"}}, kPath));
   EXPECT_EQ(disk.files[kPath], "[a]\r\n1=y\r\n2=\r\n");
 }
 
@@ -150,10 +148,10 @@ struct UnreadableDisk : MemoryDisk {
   std::optional<std::string> Read(const std::string&) const override { return std::nullopt; }
 };
 
-TEST(PrivateProfileString, FileThatCannotBeReadIsNotWritten) {
+TEST(ProfileValues, FileThatCannotBeReadIsNotWritten) {
   UnreadableDisk disk;
   disk.files[kPath] = "[foreign]\n";
-  EXPECT_FALSE(WritePrivateProfileStrings(disk, "a", {{"1", "x"}}, kPath));
+  EXPECT_FALSE(WriteProfileValues(disk, "a", {{"1", "x"}}, kPath));
   EXPECT_EQ(disk.files[kPath], "[foreign]\n");
 }
 

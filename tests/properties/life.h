@@ -11,8 +11,8 @@
 
 #include "app/calendar.h"
 #include "app/messages.h"
-#include "frame/frm_main.h"
-#include "frame/frm_setup.h"
+#include "frame/main_form.h"
+#include "frame/settings_form.h"
 #include "properties/rules.h"
 #include "schedule/schedule_tables.h"
 #include "support/simulated_device.h"
@@ -38,15 +38,16 @@ class Life : public World {
     disk.files["/prog/Orvane.ini"] =
         Print("%d,%d,%d,%d,%d,2,30,%d,%d,%d%d%d,", port_, wishes.delay / 60, wishes.delay % 60,
               wishes.low / 60, wishes.low % 60, wishes.shutdown_minutes, wishes.modem_port,
-              wishes.dials[kMains], wishes.dials[kBatteryIsLow], wishes.dials[kUps]) +
-        Print("\"%s\",%d\r\n", wishes.number.c_str(), wishes.language);
+              wishes.dials[Fault::kMains], wishes.dials[Fault::kBatteryLow],
+              wishes.dials[Fault::kUps]) +
+        Print("\"%s\",%d\r\n", wishes.number.c_str(), static_cast<int>(wishes.language));
     FillSchedule();
     Listen();
-    forms.Show(Form::frmMain);
+    forms.Show(Form::kMain);
   }
 
-  SimulatedUps ups{time, MSComm1};
-  SimulatedModem modem{time, MSComm2};
+  SimulatedUps ups{time, ups_port};
+  SimulatedModem modem{time, modem_port};
 
   void Pass(Moment step) {
     time.Advance(step);
@@ -64,30 +65,29 @@ class Life : public World {
 
   // What the user does.
   void Save(const Wishes& wishes, bool change_port) {
-    FrmSetup setup(state, panel, main_, seams);
-    forms.Show(Form::frmSetup);
-    setup.Form_Load();
+    SettingsForm setup(state, panel, main_, seams);
+    forms.Show(Form::kSettings);
+    setup.Load();
     if (change_port) {
       port_ = port_ % 4 + 1;
       ++tally_.reloads;
     }
     wishes_ = wishes;
     form_.count.left = wishes.delay;
-    for (std::size_t i = 0; i < setup.OptCom.size(); ++i) {
-      setup.OptCom[i] = static_cast<int>(i) == (i <= 4 ? port_ : 10 - wishes.modem_port);
-    }
+    setup.ups_port = port_;
+    setup.modem_port = wishes.modem_port;
     const int numbers[] = {wishes.delay / 60, wishes.delay % 60, wishes.low / 60, wishes.low % 60};
-    for (std::size_t i = 0; i < std::size(numbers); ++i) setup.txt[i] = std::to_string(numbers[i]);
-    setup.cob = wishes.shutdown_minutes;
-    for (std::size_t fault = 0; fault < kFaults; ++fault) {
-      setup.Check1[fault + 1] = wishes.dials[fault];
+    for (std::size_t i = 0; i < std::size(numbers); ++i) {
+      setup.numbers[i] = std::to_string(numbers[i]);
     }
-    setup.txtPhone = wishes.number;
-    setup.cobLanguege = wishes.language;
-    setup.cmdSave_Click();
+    setup.shutdown_delay = wishes.shutdown_minutes;
+    for (const Fault fault : kFaults) setup.calls[fault] = wishes.dials[fault];
+    setup.phone = wishes.number;
+    setup.language = static_cast<int>(wishes.language);
+    setup.Save();
   }
 
-  void Menu(void (FrmMain::*click)(), const char* command) {
+  void Menu(void (MainForm::*click)(), const char* command) {
     asked_.insert(command);
     Expect([&] { (main_.*click)(); }, Road::kNone);
   }
@@ -100,7 +100,7 @@ class Life : public World {
       road_ = Road::kMenu;
       asked_.insert(wishes_.ShutdownCommand());
     };
-    main_.mnuShutDown_Click();
+    main_.AskForShutdown();
     dialogs.OnBox = nullptr;
     Check(Down() || !yes, "the user has asked for a shutdown");
     CloseRoad();
@@ -109,7 +109,7 @@ class Life : public World {
   // The program ends, by the user or, after a shutdown, by the operating system. Checks what it has
   // left behind.
   void End() {
-    forms.Unload(Form::frmMain);
+    forms.Unload(Form::kMain);
     const auto halts = std::count(events.begin(), events.end(), "TakeDown");
     Check(halts == sequences_ && sequences_ <= 1, "one sequence at most, each to its end");
     Check(Log() == log_, "the log tells this:\n" + Log() + "and should tell this:\n" + log_);
@@ -169,27 +169,27 @@ class Life : public World {
         port.sent.clear();
       };
     };
-    listen(MSComm1, [this](const std::string& text) { OnWrite(text); });
-    listen(MSComm2, [this](const std::string& text) { OnModemWrite(text); });
-    MSComm1.OnReceived = [this](std::string_view bytes) { OnUpsText(bytes); };
-    Timer1.Around = [this](const Act& tick) { OnPoll(tick); };
-    Timer2.Around = [this](const Act& tick) { OnSecond(tick); };
-    Timer3.Around = [this](const Act& tick) { OnSchedule(tick); };
-    TimerDial.Around = [this](const Act& tick) { OnDial(tick); };
+    listen(ups_port, [this](const std::string& text) { OnWrite(text); });
+    listen(modem_port, [this](const std::string& text) { OnModemWrite(text); });
+    ups_port.OnReceived = [this](std::string_view bytes) { OnUpsText(bytes); };
+    poll_timer.Around = [this](const Act& tick) { OnPoll(tick); };
+    countdown_timer.Around = [this](const Act& tick) { OnSecond(tick); };
+    schedule_timer.Around = [this](const Act& tick) { OnSchedule(tick); };
+    dial_timer.Around = [this](const Act& tick) { OnDial(tick); };
     host.OnRun = [this] { OnSequence(); };
     forms.OnUnload = [this](Form form) {
-      if (form == Form::frmAlert) return main_.Alert().Form_Unload();
-      if (form != Form::frmMain) return;
-      ExpectLog(18);
-      main_.Form_QueryUnload();
+      if (form == Form::kAlert) return main_.Alert().Unload();
+      if (form != Form::kMain) return;
+      ExpectLog(Message::kProgramEnd);
+      main_.Unload();
     };
     forms.OnLoad = [this](Form form) {
-      if (form == Form::frmAlert) main_.Alert().Form_Load();
-      if (form != Form::frmMain) return;
+      if (form == Form::kAlert) main_.Alert().Load();
+      if (form != Form::kMain) return;
       form_ = {};  // nothing is known to a new form
-      ExpectLog(11);
-      Check(main_.Form_Load(), "the form loads");
-      main_.Form_Activate();
+      ExpectLog(Message::kProgramStart);
+      Check(main_.Load(), "the form loads");
+      main_.Activate();
     };
   }
 
@@ -214,7 +214,7 @@ class Life : public World {
     form_.shown = {faults, wishes_.language};
     form_.count.Reply(time.Steady(), faults);
     LookForTheEndOfACall();
-    for (std::size_t fault = 0; fault < kFaults; ++fault) {
+    for (const Fault fault : kFaults) {
       if (faults[fault] && wishes_.dials[fault]) {
         form_.dial_reason = fault;
         form_.dial_delay.Start(time.Steady());
@@ -223,8 +223,8 @@ class Life : public World {
       form_.seen_clear[fault] = !faults[fault];
       if (!begins) continue;
       ++tally_.episodes;
-      ExpectLog(fault == kMains ? 25 : 29);
-      ExpectRecord(fault == kMains ? 1 : 2);
+      ExpectLog(fault == Fault::kMains ? Message::kMainsFailed : Message::kBatteryLow);
+      ExpectRecord(fault == Fault::kMains ? 1 : 2);
     }
   }
 
@@ -245,7 +245,7 @@ class Life : public World {
     if (!begins) return;
     called_ = true;
     Check(text.find(wishes_.number) == 4, "a call to another number");
-    Check(MSComm2.CommPort() == wishes_.modem_port, "a call on another port");
+    Check(modem_port.Number() == wishes_.modem_port, "a call on another port");
   }
 
   void OnPoll(const Act& tick) {
@@ -270,7 +270,7 @@ class Life : public World {
 
   // A fault can arm the next call only when the one that goes on is over.
   void LookForTheEndOfACall() {
-    if (!form_.calling || dial_pass.Enabled()) return;
+    if (!form_.calling || modem_timer.Enabled()) return;
     form_.calling = false;
     form_.dial_delay.Stop();
   }
@@ -290,7 +290,7 @@ class Life : public World {
     if (due(What::kSelfTest)) asked_.insert("TL\r");
     if (due(What::kSwitchOn)) {
       asked_.insert("C\r");
-      ExpectLog(39);
+      ExpectLog(Message::kSwitchOnTime);
     }
     Expect(tick, due(What::kSwitchOff) ? Road::kSchedule : Road::kNone);
   }
@@ -300,7 +300,8 @@ class Life : public World {
   void OnDial(const Act& tick) {
     LookForTheEndOfACall();
     Check(form_.dial_delay.Take(time.Steady()), "a call out of time");
-    const bool possible = !wishes_.number.empty() && MSComm2.present.contains(wishes_.modem_port);
+    const bool possible =
+        !wishes_.number.empty() && modem_port.present.contains(wishes_.modem_port);
     const bool due =
         !form_.calling && possible && !form_.shown.Normal(form_.dial_reason, wishes_.language);
     beginning_call_ = true;
@@ -319,15 +320,15 @@ class Life : public World {
     switch (road_) {
       case Road::kCount:
         // A line that is still in the language before a change is not known to be normal.
-        Check(!form_.shown.Normal(kMains, wishes_.language) || wishes_.delay == 0,
+        Check(!form_.shown.Normal(Fault::kMains, wishes_.language) || wishes_.delay == 0,
               "a shutdown while mains is normal");
         ++tally_.counts;
-        return ExpectLog(38);
+        return ExpectLog(Message::kCountdownEnded);
       case Road::kSchedule:
-        ExpectLog(40);
+        ExpectLog(Message::kSwitchOffTime);
         return ExpectRecord(0);
       case Road::kMenu:
-        return ExpectLog(22);
+        return ExpectLog(Message::kShutdownByMenu);
       case Road::kNone:
         Check(false, "a sequence out of nowhere");
     }
@@ -346,14 +347,13 @@ class Life : public World {
 
   void CloseRoad() {
     road_ = Road::kNone;
-    Check(asked_.empty() || !MSComm1.PortOpen(), "a command that was due did not go out");
+    Check(asked_.empty() || !ups_port.IsOpen(), "a command that was due did not go out");
     asked_.clear();
   }
 
-  void ExpectLog(int message) {
+  void ExpectLog(Message message) {
     if (disk.refuse_writes) return;
-    const int in_language = message + 1000 * wishes_.language;
-    log_ += LogLine(time.Now(), std::string(LoadResString(static_cast<std::int16_t>(in_language))));
+    log_ += LogLine(time.Now(), std::string(MessageText(message, wishes_.language)));
   }
 
   void ExpectRecord(int code) {
@@ -365,7 +365,7 @@ class Life : public World {
   Wishes wishes_;
   std::vector<Appointment> schedule_;
   Tally& tally_;
-  FrmMain main_{state, panel, seams};
+  MainForm main_{state, panel, seams};
   std::string broken_;
 
   // The facts since the form was loaded, and what the rules make of them.
@@ -376,7 +376,7 @@ class Life : public World {
     CountRule count;
     Faults seen_clear{};
     Ticks dial_delay{std::chrono::seconds(5)};
-    std::size_t dial_reason = 0;
+    Fault dial_reason = Fault::kMains;
     bool calling = false;  // a call goes on
     CallRule call;
   } form_;

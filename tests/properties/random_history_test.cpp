@@ -67,7 +67,7 @@ class History {
     wishes.shutdown_minutes = static_cast<int>(Below(11));
     for (bool& dials : wishes.dials) dials = OneIn(2);
     wishes.modem_port = 1 + static_cast<int>(Below(4));
-    wishes.language = static_cast<int>(Below(2));
+    wishes.language = static_cast<Language>(Below(2));
     if (!OneIn(4)) wishes.number = Any<std::string>({"119", "0,5550100", "1"});
     return wishes;
   }
@@ -149,8 +149,8 @@ class History {
         {"silence", 2, ups(&UpsModel::Mute)},
         {"noise", 2, ups(&UpsModel::Noise)},
         {"pieces", 1, ups(&UpsModel::Split)},
-        {"no UPS port", 2, plug(life.MSComm1)},
-        {"no modem port", 2, plug(life.MSComm2)},
+        {"no UPS port", 2, plug(life.ups_port)},
+        {"no modem port", 2, plug(life.modem_port)},
         {"full disk", 4, [&] { life.disk.refuse_writes = bad; }},
     };
     if (!bad && !OneIn(things[what].chances)) return;
@@ -196,16 +196,16 @@ class History {
     const Wishes wishes = AnyWishes();
     const bool change_port = OneIn(4);
     Tell("settings saved: delay", wishes.delay, "low", wishes.low, "calls for mains",
-         wishes.dials[kMains], change_port ? "on another port" : "");
+         wishes.dials[Fault::kMains], change_port ? "on another port" : "");
     life.Save(wishes, change_port);
   }
 
   void ClickMenu(Life& life) {
     const auto [click, command] =
-        Any<std::pair<void (FrmMain::*)(), const char*>>({{&FrmMain::mnuOnOrOffBeep_Click, "Q\r"},
-                                                          {&FrmMain::mnuTest10S_Click, "T\r"},
-                                                          {&FrmMain::mnuTestToLow_Click, "TL\r"},
-                                                          {&FrmMain::mnuCancelTest_Click, "CT\r"}});
+        Any<std::pair<void (MainForm::*)(), const char*>>({{&MainForm::ToggleBeeper, "Q\r"},
+                                                           {&MainForm::TestFor10Seconds, "T\r"},
+                                                           {&MainForm::TestToLow, "TL\r"},
+                                                           {&MainForm::CancelTest, "CT\r"}});
     Tell("a menu");
     life.Menu(click, command);
   }

@@ -14,8 +14,7 @@ namespace orvane::test {
 using Moment = std::chrono::milliseconds;
 
 // Which faults a status reply says are set: mains, battery, UPS.
-enum Fault : std::size_t { kMains, kBatteryIsLow, kUps, kFaults };
-using Faults = std::array<bool, kFaults>;
+using Faults = PerFault<bool>;
 
 // The user's settings as far as a rule names them.
 struct Wishes {
@@ -24,7 +23,7 @@ struct Wishes {
   int shutdown_minutes = 0;
   Faults dials{};  // the faults that ask for a call
   int modem_port = 2;
-  int language = 0;
+  Language language = Language::kEnglish;
   std::string number;
 
   std::string ShutdownCommand() const {
@@ -37,9 +36,9 @@ struct Wishes {
 // A caption counts as normal only where it is the present language's word for it.
 struct Shown {
   std::optional<Faults> faults;  // none: the link is lost
-  int language = 0;
+  Language language = Language::kEnglish;
 
-  bool Normal(std::size_t fault, int now) const {
+  bool Normal(Fault fault, Language now) const {
     return faults && language == now && !(*faults)[fault];
   }
 };
@@ -78,7 +77,7 @@ struct CountRule {
   int left = 0;
 
   void Reply(Moment now, const Faults& faults) {
-    if (!faults[kMains]) {
+    if (!faults[Fault::kMains]) {
       ticks.Stop();
       begun = false;
     }
@@ -89,8 +88,8 @@ struct CountRule {
   bool Tick(const Shown& shown, const Wishes& wishes) {
     if (!begun) left = wishes.delay;
     begun = true;
-    if (!shown.Normal(kMains, wishes.language)) {
-      const bool shorten = !shown.Normal(kBatteryIsLow, wishes.language) && left > wishes.low;
+    if (!shown.Normal(Fault::kMains, wishes.language)) {
+      const bool shorten = !shown.Normal(Fault::kBatteryLow, wishes.language) && left > wishes.low;
       left = shorten ? wishes.low : left - 1;
     }
     return left <= 0;

@@ -40,13 +40,13 @@ TEST(Countdown, CoursesOfACount) {
     Ints asked;
     int tick = 0;
     while (!computer.Down() && tick < row.end + 5) {
-      const auto before = computer.Count("Show frmAlert");
+      const auto before = computer.Count("Show alert");
       if (++tick == row.low_at) {
         computer.status.bits = kMainsFailedBatteryLow;
-        computer.MSComm1.Receive(computer.status.Text());
+        computer.ups_port.Receive(computer.status.Text());
       }
       computer.Ticks(1);
-      if (computer.Count("Show frmAlert") > before) asked.push_back(tick);
+      if (computer.Count("Show alert") > before) asked.push_back(tick);
       if (row.low_at == 0) {
         ASSERT_EQ(computer.state.ShutdownCountdown, std::max(row.end - tick, 0)) << tick;
       }
@@ -66,13 +66,13 @@ TEST_F(CountdownTest, MainsBackCancelsAndTheNextFailureStartsAfresh) {
   Ticks(8);
   EXPECT_TRUE(AlertOpen());
   // Two timers: the alert may be a second behind.
-  EXPECT_NEAR(std::stoi(form.Alert().lblSecond.Caption()), 52.5, 0.5);
-  form.Alert().Command1_Click();
+  EXPECT_NEAR(std::stoi(form.Alert().seconds.Caption()), 52.5, 0.5);
+  form.Alert().Close();
   Ticks(12);
   EXPECT_FALSE(AlertOpen());
   Ticks(1);
   EXPECT_TRUE(AlertOpen());
-  EXPECT_EQ(form.Alert().lblSecond.Caption(), "39");
+  EXPECT_EQ(form.Alert().seconds.Caption(), "39");
   NextReply(kAllWell);
   EXPECT_EQ(Status(), "Ready");
   Seconds(1);

@@ -20,18 +20,15 @@ constexpr std::chrono::seconds kPatience{30};
 
 struct QtSerialPortTest : testing::TestWithParam<int> {
   QtSerialPortTest() {
-    port.Settings("2400,N,8,1");
-    port.OnComm = [this] {
-      EXPECT_EQ(port.CommEvent(), kCommEventReceive);
-      port.Input(received);
-    };
+    port.Configure("2400,N,8,1");
+    port.OnReceive = [this] { port.Read(received); };
   }
 
   // With a new device, under a new name.
   void Open() {
     ASSERT_EQ(device.Open(), "");
     name = device.Name();
-    ASSERT_TRUE(port.PortOpen(true));
+    ASSERT_TRUE(port.Open());
   }
 
   static bool Until(const std::function<bool()>& condition) {
@@ -57,7 +54,7 @@ INSTANTIATE_TEST_SUITE_P(Gather, QtSerialPortTest, testing::Values(0, 20));
 
 TEST_P(QtSerialPortTest, CarriesBytesBothWays) {
   Open();
-  port.RThreshold(1);
+  port.Notify(true);
   std::string all;
   for (int c = 0; c < 256; ++c) all += static_cast<char>(c);
   device.Write(all);
@@ -66,7 +63,7 @@ TEST_P(QtSerialPortTest, CarriesBytesBothWays) {
   device.Write("(");
   Expect(all + '(');
   // What is sent leaves without the event loop.
-  EXPECT_TRUE(port.Output("Q1\r"));
+  EXPECT_TRUE(port.Write("Q1\r"));
   EXPECT_EQ(device.Read(), "Q1\r");
   termios line{};
   tcgetattr(device.Descriptor(), &line);
@@ -80,9 +77,9 @@ TEST_P(QtSerialPortTest, HearsWhatIsSaidWhileItIsOpen) {
     device.Write(text);
     Open();
     device.Write("left unread");
-    port.PortOpen(false);
+    port.Close();
   }
-  port.RThreshold(1);
+  port.Notify(true);
   Open();
   device.Write("for me");
   Expect("for me");
@@ -95,46 +92,46 @@ TEST_P(QtSerialPortTest, HearsWhatIsSaidWhileItIsOpen) {
 TEST_P(QtSerialPortTest, BytesWaitWhileNobodyWantsThem) {
   Open();
   device.Write("early");
-  EXPECT_TRUE(Until([&] { return port.InBufferCount() == 5; }));
-  port.RThreshold(1);
+  EXPECT_TRUE(Until([&] { return port.Waiting() == 5; }));
+  port.Notify(true);
   EXPECT_EQ(received, "") << "announced inside the caller's handler";
   Expect("early");
-  EXPECT_EQ(port.InBufferCount(), 0u);
-  port.RThreshold(0);
+  EXPECT_EQ(port.Waiting(), 0u);
+  port.Notify(false);
   // Up to a bound.
   const std::string piece(1024, 'x');
-  const auto full = [&] { return port.InBufferCount() == 64 * 1024; };
+  const auto full = [&] { return port.Waiting() == 64 * 1024; };
   for (int i = 0; i < 70; ++i) {
     device.Write(piece);
-    const std::size_t before = port.InBufferCount();
-    EXPECT_TRUE(Until([&] { return port.InBufferCount() > before || full(); }));
+    const std::size_t before = port.Waiting();
+    EXPECT_TRUE(Until([&] { return port.Waiting() > before || full(); }));
   }
   QCoreApplication::processEvents();
   EXPECT_TRUE(full()) << "goes on beyond the bound";
-  port.ClearInBuffer();
-  EXPECT_EQ(port.InBufferCount(), 0u);
+  port.Discard();
+  EXPECT_EQ(port.Waiting(), 0u);
   EXPECT_EQ(received, "early");
   // So does what nobody fetches at the other end.
   int sent = 0;
-  while (sent < 1000 && port.Output(piece)) ++sent;
+  while (sent < 1000 && port.Write(piece)) ++sent;
   EXPECT_LT(sent, 1000);
 }
 
 TEST_P(QtSerialPortTest, DeviceVanishesAndReturns) {
-  port.RThreshold(1);
+  port.Notify(true);
   for (const bool by_write : {false, true, false}) {
     SCOPED_TRACE(by_write);
     Open();
     received.clear();
     device.Write("(half");
     Expect("(half");
-    EXPECT_TRUE(port.Output("Q1\r"));
+    EXPECT_TRUE(port.Write("Q1\r"));
     EXPECT_EQ(device.Read(), "Q1\r");
     device.Close();
-    EXPECT_TRUE(by_write || Until([&] { return !port.PortOpen(); }));
-    EXPECT_FALSE(port.Output("Q1\r"));
-    EXPECT_FALSE(port.PortOpen());
-    EXPECT_FALSE(port.PortOpen(true)) << "there is no device";
+    EXPECT_TRUE(by_write || Until([&] { return !port.IsOpen(); }));
+    EXPECT_FALSE(port.Write("Q1\r"));
+    EXPECT_FALSE(port.IsOpen());
+    EXPECT_FALSE(port.Open()) << "there is no device";
   }
 }
 
@@ -144,27 +141,28 @@ TEST_P(QtSerialPortTest, PortsAreHadOnceAndBySerialLinesOnly) {
   ASSERT_EQ(symlink(name.c_str(), folder.Path("by-id").c_str()), 0);
   std::string other_name = name;
   QtSerialPort other([&](int) { return other_name; }, milliseconds(0));
-  EXPECT_FALSE(other.PortOpen(true));
+  EXPECT_FALSE(other.Open());
   other_name = folder.Path("by-id");
-  EXPECT_FALSE(other.PortOpen(true));
-  EXPECT_FALSE(port.CommPort(2)) << "it is open";
-  for (const bool open : {true, false, false}) EXPECT_TRUE(port.PortOpen(open));
-  EXPECT_FALSE(port.Output("Q1\r"));
-  EXPECT_TRUE(other.PortOpen(true));
-  for (const int number : {0, 5}) EXPECT_FALSE(port.CommPort(number));
-  EXPECT_TRUE(port.CommPort(2));
-  EXPECT_FALSE(port.PortOpen(true)) << "no device has this number";
-  EXPECT_TRUE(port.CommPort(1));
+  EXPECT_FALSE(other.Open());
+  EXPECT_FALSE(port.Select(2)) << "it is open";
+  EXPECT_TRUE(port.Open()) << "it is open";
+  for (int i = 0; i < 2; ++i) port.Close();
+  EXPECT_FALSE(port.Write("Q1\r"));
+  EXPECT_TRUE(other.Open());
+  for (const int number : {0, 5}) EXPECT_FALSE(port.Select(number));
+  EXPECT_TRUE(port.Select(2));
+  EXPECT_FALSE(port.Open()) << "no device has this number";
+  EXPECT_TRUE(port.Select(1));
   for (const std::string& path : {folder.Write("file", ""), folder.Path("none"), folder.Path()}) {
     name = path;
-    EXPECT_FALSE(port.PortOpen(true)) << path;
+    EXPECT_FALSE(port.Open()) << path;
   }
 }
 
 TEST_P(QtSerialPortTest, TakesLineParametersOnly) {
-  EXPECT_TRUE(port.Settings("9600,n,8,1"));
+  EXPECT_TRUE(port.Configure("9600,n,8,1"));
   for (const char* bad : {"", "2400,N,8", "x,N,8,1", "2400,X,8,1", "2400,N,9,1", "2400,N,8,3"}) {
-    EXPECT_FALSE(port.Settings(bad)) << bad;
+    EXPECT_FALSE(port.Configure(bad)) << bad;
   }
 }
 

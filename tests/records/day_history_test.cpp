@@ -32,7 +32,7 @@ struct History {
 
   explicit History(const std::string& file, LocalTime now = {2001, 2, 16, 12, 0, 0}) : time(now) {
     disk.files[kPath] = file;
-    form.Form_Load();
+    form.Load();
   }
 
   // Cells in use, with their counts.
@@ -40,7 +40,7 @@ struct History {
   Marks Shown() const {
     Marks marks;
     for (int cell = 0; cell < kGridCells; ++cell) {
-      if (form.Visible(cell)) marks[cell] = form.lblCount(cell);
+      if (form.Visible(cell)) marks[cell] = form.Count(cell);
     }
     return marks;
   }
@@ -90,10 +90,10 @@ TEST(DayHistory, CountsTheGoodRecordsOfADay) {
   for (const auto& c : cases) {
     SCOPED_TRACE(c.name);
     const History history(c.file);
-    EXPECT_EQ(history.form.lblDate(), today);
+    EXPECT_EQ(history.form.Date(), today);
     EXPECT_EQ(history.Shown(), c.marks);
     // Cell 0 has a count on every day.
-    EXPECT_EQ(history.form.lblCount(0), c.marks.contains(0) ? c.marks.at(0) : 0);
+    EXPECT_EQ(history.form.Count(0), c.marks.contains(0) ? c.marks.at(0) : 0);
   }
 }
 
@@ -106,29 +106,29 @@ TEST(DayHistory, CellZeroKeepsItsHighestCount) {
 TEST(DayHistory, AStepShowsTheOtherDayAlone) {
   History history(Times(3, Record("2001-02-16", "00", "0")) + Record("2001-02-17", "05", "1") +
                   Record("2001-02-17", "06", "2") + Record("2001-02-18", "00", "0"));
-  history.form.cmdNext_Click();
-  EXPECT_EQ(history.form.lblDate(), "2001-02-17");
+  history.form.ShowNext();
+  EXPECT_EQ(history.form.Date(), "2001-02-17");
   EXPECT_EQ(history.Shown(), (Marks{{29, 1}, {54, 1}}));
-  EXPECT_EQ(history.form.lblCount(0), 0);
-  history.form.cmdNext_Click();
+  EXPECT_EQ(history.form.Count(0), 0);
+  history.form.ShowNext();
   EXPECT_EQ(history.Shown(), (Marks{{0, 1}}));
-  history.form.cmdPrev_Click();
-  history.form.cmdPrev_Click();
-  EXPECT_EQ(history.form.lblDate(), "2001-02-16");
+  history.form.ShowPrevious();
+  history.form.ShowPrevious();
+  EXPECT_EQ(history.form.Date(), "2001-02-16");
   EXPECT_EQ(history.Shown(), (Marks{{0, 3}}));
 }
 
 TEST(DayHistory, ReadsTheFileAtTheLoadAlone) {
   History history(Record("2001-02-16", "00", "1"));
   history.disk.files[kPath] += Record("2001-02-17", "00", "1");
-  history.form.cmdNext_Click();
+  history.form.ShowNext();
   EXPECT_EQ(history.Shown(), Marks{});
   history.time.SetWall({2001, 2, 17, 8, 0, 0});
-  history.form.Form_Load();
+  history.form.Load();
   EXPECT_EQ(history.Shown(), (Marks{{24, 1}}));
   history.disk.files.clear();
-  history.form.Form_Load();
-  EXPECT_EQ(history.form.lblDate(), "2001-02-17");
+  history.form.Load();
+  EXPECT_EQ(history.form.Date(), "2001-02-17");
   EXPECT_EQ(history.Shown(), Marks{});
 }
 

@@ -15,59 +15,59 @@ class EventLogTest : public testing::Test, public World {
 
 TEST_F(EventLogTest, JournalsStandToTheByteAndTheWindowShowsTheLines) {
   journals.WriteLog("Program start");
-  journals.WriteDateRec(kRecordAcFail);
+  journals.WriteDateRec(RecordCode::kMainsFailed);
   time.SetWall({2001, 12, 31, 23, 59, 59});
   journals.WriteLog("市电失效");
-  journals.WriteDateRec(kRecordScheduleDown);
+  journals.WriteDateRec(RecordCode::kScheduleDown);
   EXPECT_EQ(Log(),
             "\"\n2001-02-16 9:05:33 Program start\"\r\n"
             "\"\n2001-12-31 23:59:59 市电失效\"\r\n");
   EXPECT_EQ(DateRec(), "\"\n2001-02-16 09 1\"\r\n\"\n2001-12-31 23 0\"\r\n");
-  form.Form_Load();
+  form.Load();
   // What comes later appears at the next opening.
   journals.WriteLog("Program end");
   ASSERT_EQ(form.Lines(), 2U);
   EXPECT_EQ(form.Line(0), "\"\n2001-02-16 9:05:33 Program start\"");
   EXPECT_EQ(form.Line(1), "\"\n2001-12-31 23:59:59 市电失效\"");
-  form.Form_Load();
+  form.Load();
   EXPECT_EQ(form.Lines(), 3U);
 }
 
 TEST_F(EventLogTest, PutsEnglishCaptionsInPlaceBehindAFileAlone) {
   for (const bool english : {true, false}) {
-    state.ResBase = english ? 0 : kChineseBase;
+    state.language = english ? Language::kEnglish : Language::kChinese;
     disk.files.clear();
-    EXPECT_FALSE(form.Form_Load());
+    EXPECT_FALSE(form.Load());
     disk.files["/prog/System.log"] = "";
-    EXPECT_EQ(form.Form_Load(), english);
+    EXPECT_EQ(form.Load(), english);
     EXPECT_EQ(form.Lines(), 0U);
   }
 }
 
 TEST_F(EventLogTest, ClearsOnYesAlone) {
   journals.WriteLog("AC fail");
-  journals.WriteDateRec(kRecordAcFail);
-  form.Form_Load();
+  journals.WriteDateRec(RecordCode::kMainsFailed);
+  form.Load();
   const auto files = disk.files;
-  EXPECT_FALSE(form.cmdClear_Click());
+  EXPECT_FALSE(form.Clear());
   EXPECT_EQ(events, Events{"Ask [Orvane] Are you sure to clear Log file?"});
   EXPECT_EQ(form.Lines(), 1U);
   EXPECT_EQ(disk.files, files);
 
   dialogs.answer = true;
-  EXPECT_TRUE(form.cmdClear_Click());
+  EXPECT_TRUE(form.Clear());
   EXPECT_EQ(form.Lines(), 0U);
   EXPECT_FALSE(disk.Exists("/prog/System.log"));
   EXPECT_NE(DateRec(), "");
   // A clear of the empty list leaves the new file.
   journals.WriteLog("AC fail");
   events.clear();
-  EXPECT_FALSE(form.cmdClear_Click());
+  EXPECT_FALSE(form.Clear());
   EXPECT_EQ(events, Events{});
   // The list is emptied also when the file cannot be deleted.
-  form.Form_Load();
+  form.Load();
   disk.refuse_writes = true;
-  EXPECT_TRUE(form.cmdClear_Click());
+  EXPECT_TRUE(form.Clear());
   EXPECT_EQ(form.Lines(), 0U);
   EXPECT_EQ(Log(), "\"\n2001-02-16 9:05:33 AC fail\"\r\n");
 }

@@ -33,10 +33,10 @@ class ScheduleEditorTest : public testing::TestWithParam<int>, public World {
         "7Enable=1\r\n" +
         keys("On=t", 0);
     const Kind kinds[] = {
-        {kWeekly, Form::frmWeek, "[weekly]\r\n" + rows + keys("Off=t", 7)},
-        {kSpecialDays, Form::frmSpecial,
+        {kWeekly, Form::kWeek, "[weekly]\r\n" + rows + keys("Off=t", 7)},
+        {kSpecialDays, Form::kSpecialDays,
          "[Special]\r\n" + rows + keys("Off=t", 7) + keys("Date=t", 14)},
-        {kSelfTests, Form::frmSelfTest, "[SelfTestToLow]\r\n" + rows + keys("Date=t", 14)},
+        {kSelfTests, Form::kSelfTests, "[SelfTestToLow]\r\n" + rows + keys("Date=t", 14)},
     };
     kind = kinds[GetParam()];
     forms.open = {kind.form};
@@ -45,8 +45,10 @@ class ScheduleEditorTest : public testing::TestWithParam<int>, public World {
   ScheduleEditor Editor() { return {kind.section, kind.form, state, seams}; }
 
   static void Fill(ScheduleEditor& editor) {
-    for (std::size_t i = 0; i < 7; ++i) editor.Check1[i] = i % 2 == 0;
-    for (std::size_t i = 0; i < 21; ++i) editor.txtTime[i] = "t" + std::to_string(i);
+    const auto text = [](std::size_t number) { return "t" + std::to_string(number); };
+    for (std::size_t i = 0; i < 7; ++i) {
+      editor.rows[i] = {i % 2 == 0, text(i), text(7 + i), text(14 + i)};
+    }
   }
 
   Kind kind;
@@ -54,9 +56,9 @@ class ScheduleEditorTest : public testing::TestWithParam<int>, public World {
 
 TEST_P(ScheduleEditorTest, OkWritesItsSectionInOneReplacementAndItsSlotsAndCancelNothing) {
   ScheduleEditor editor = Editor();
-  editor.Form_Load();
+  editor.Load();
   Fill(editor);
-  editor.cmdEnter_Click();
+  editor.Save();
   EXPECT_EQ(disk.files[kPath], kind.content);
   EXPECT_EQ(disk.replacements, 1);
   EXPECT_TRUE(forms.open.empty());
@@ -72,15 +74,14 @@ TEST_P(ScheduleEditorTest, OkWritesItsSectionInOneReplacementAndItsSlotsAndCance
   EXPECT_EQ(state.ScheduleDate, started.ScheduleDate);
 
   ScheduleEditor again = Editor();
-  again.Form_Load();
-  EXPECT_EQ(again.Check1, editor.Check1);
-  EXPECT_EQ(again.txtTime[0], "t0");
-  EXPECT_EQ(again.txtTime[13], kind.section.off_slots ? "t13" : "");
-  EXPECT_EQ(again.txtTime[20], kind.section.date_slots ? "t20" : "");
+  again.Load();
+  for (std::size_t i = 0; i < 7; ++i) EXPECT_EQ(again.rows[i].enabled, i % 2 == 0);
+  EXPECT_EQ(again.rows[0].on, "t0");
+  EXPECT_EQ(again.rows[6].off, kind.section.off_slots ? "t13" : "");
+  EXPECT_EQ(again.rows[6].date, kind.section.date_slots ? "t20" : "");
   forms.open = {kind.form};
-  again.Check1[0] = false;
-  again.txtTime[0] = "8:00";
-  again.cmdCancel_Click();
+  again.rows[0] = {false, "8:00", "", ""};
+  again.Cancel();
   EXPECT_EQ(disk.files[kPath], kind.content);
   EXPECT_EQ(state.ScheduleOn, started.ScheduleOn);
   EXPECT_TRUE(forms.open.empty());
@@ -94,8 +95,8 @@ TEST_P(ScheduleEditorTest, OkLeavesAllElseInTheFileAlone) {
   }
   const std::string before = disk.files[kPath];
   ScheduleEditor editor = Editor();
-  editor.Form_Load();
-  editor.cmdEnter_Click();
+  editor.Load();
+  editor.Save();
   EXPECT_TRUE(disk.files[kPath].starts_with(before));
   // Every key of the section stands there now, empty ones too.
   EXPECT_NE(disk.files[kPath].find("\n7Enable=0\n1On=\n"), std::string::npos);
@@ -105,7 +106,7 @@ TEST_P(ScheduleEditorTest, FileThatCannotBeWrittenStillCountsForThisRun) {
   disk.refuse_writes = true;
   ScheduleEditor editor = Editor();
   Fill(editor);
-  editor.cmdEnter_Click();
+  editor.Save();
   EXPECT_EQ(state.ScheduleOn[kind.section.on_slots + 1], "t0");
   EXPECT_EQ(host.reports.size(), 1u);
   EXPECT_TRUE(forms.open.empty());
@@ -120,18 +121,19 @@ TEST(ScheduleEditor, CheckBoxShowsWhatEnableSays) {
                                              {"1x", true}, {"-1", false}};
   for (const auto& [text, set] : cases) {
     world.disk.files[kPath] = "[weekly]\n4Enable=" + text + "\n";
-    ScheduleEditor editor{kWeekly, Form::frmWeek, world.state, world.seams};
-    editor.Form_Load();
-    EXPECT_EQ(editor.Check1[3], set) << text;
+    ScheduleEditor editor{kWeekly, Form::kWeek, world.state, world.seams};
+    editor.Load();
+    EXPECT_EQ(editor.rows[3].enabled, set) << text;
   }
 }
 
 TEST(ScheduleEditor, TellsASlipByTheKindOfItsBox) {
-  EXPECT_TRUE(ScheduleEditor::Reads(13, "8:00 pm"));
-  EXPECT_TRUE(ScheduleEditor::Reads(14, "2001-5-1"));
-  EXPECT_TRUE(ScheduleEditor::Reads(20, " "));
-  EXPECT_FALSE(ScheduleEditor::Reads(13, "2001-5-1"));
-  EXPECT_FALSE(ScheduleEditor::Reads(14, "8:00"));
+  using Row = ScheduleEditor::Row;
+  EXPECT_TRUE(ScheduleEditor::Reads(&Row::off, "8:00 pm"));
+  EXPECT_TRUE(ScheduleEditor::Reads(&Row::date, "2001-5-1"));
+  EXPECT_TRUE(ScheduleEditor::Reads(&Row::date, " "));
+  EXPECT_FALSE(ScheduleEditor::Reads(&Row::on, "2001-5-1"));
+  EXPECT_FALSE(ScheduleEditor::Reads(&Row::date, "8:00"));
 }
 
 TEST(ScheduleTables, OddTextsAreTakenAsTheyReadAndAbsentOnesAreBlank) {

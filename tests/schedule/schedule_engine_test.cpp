@@ -16,11 +16,11 @@ constexpr std::chrono::minutes kMinute{1};
 class ScheduleEngineTest : public testing::Test, public World {
  protected:
   ScheduleEngineTest() {
-    MSComm1.PortOpen(true);
+    ups_port.Open();
     state.ShutdownCommand = "S.5";
-    Timer3.Tick = [this] { engine.Timer3_Timer(); };
-    Timer3.Interval(5000);
-    Timer3.Enabled(true);
+    schedule_timer.Tick = [this] { engine.OnSchedule(); };
+    schedule_timer.Interval(5000);
+    schedule_timer.Enabled(true);
     time.SetWall(kFridayNine);
   }
 
@@ -40,10 +40,10 @@ class ScheduleEngineTest : public testing::Test, public World {
 
   // One tick at `now`; what went out on the wire.
   std::string TickAt(const LocalTime& now) {
-    MSComm1.sent.clear();
+    ups_port.sent.clear();
     time.SetWall(now);
-    engine.Timer3_Timer();
-    return MSComm1.Wire();
+    engine.OnSchedule();
+    return ups_port.Wire();
   }
 
   std::array<ScheduleEntries, 3> entries;
@@ -95,21 +95,21 @@ TEST_F(ScheduleEngineTest, EachPassMatchesItsOwnDayAndMinute) {
 }
 
 TEST_F(ScheduleEngineTest, AllThreeActInOrderOnOneTick) {
-  state.ResBase = kChineseBase;
+  state.language = Language::kChinese;
   Entry(kWeekly, 5, {"1", "", "9:00", ""});
   Entry(kSpecialDays, 1, {"1", "9:00", "", "2001/2/16"});
   Entry(kSelfTests, 1, {"1", "9:00", "", "2001-02-16"});
   std::vector<std::string> order;
-  MSComm1.OnSent = [&](const std::string& text) {
+  ups_port.OnSent = [&](const std::string& text) {
     order.push_back(text + (Lines("定时开机的时间到了") ? " on" : "") +
                     (Lines("定时关机的时间到了") ? " off" : ""));
   };
-  engine.Timer3_Timer();
+  engine.OnSchedule();
   EXPECT_EQ(order, (std::vector<std::string>{"TL\r", "C\r on", "S.5\r on off"}));
 }
 
 TEST_F(ScheduleEngineTest, ClosedPortAndFullDiskStopNothing) {
-  MSComm1.PortOpen(false);
+  ups_port.Close();
   Entry(kSelfTests, 1, {"1", "9:00", "", "2001-02-16"});
   Entry(kWeekly, 5, {"1", "9:00", "", ""});
   EXPECT_EQ(TickAt(kFridayNine), "");
@@ -118,7 +118,7 @@ TEST_F(ScheduleEngineTest, ClosedPortAndFullDiskStopNothing) {
 
   disk.refuse_writes = true;
   Entry(kWeekly, 5, {"1", "9:00", "9:00", ""});
-  MSComm1.PortOpen(true);
+  ups_port.Open();
   EXPECT_EQ(TickAt(kFridayNine), "TL\rC\rS.5\r");
   EXPECT_EQ(events.back(), "TakeDown");
 }
@@ -128,11 +128,11 @@ TEST_F(ScheduleEngineTest, OnlyTheClockOnTheWallCounts) {
   // Put forward over the minute: it is lost. Put back: it acts again.
   time.SetWall({2001, 2, 16, 9, 31, 0});
   time.Advance(kMinute);
-  EXPECT_EQ(MSComm1.Wire(), "");
+  EXPECT_EQ(ups_port.Wire(), "");
   for (const std::size_t ticks : {12u, 24u}) {
     time.SetWall({2001, 2, 16, 9, 29, 58});
     time.Advance(kMinute * 2);
-    EXPECT_EQ(MSComm1.sent.size(), ticks);
+    EXPECT_EQ(ups_port.sent.size(), ticks);
   }
 }
 

@@ -24,45 +24,48 @@ class FakeSerialPort : public SerialPort {
   std::set<int> present = {1, 2, 3, 4};
   bool refuse_writes = false;
 
-  bool Settings(std::string_view line) override {
-    settings_ = line;
+  void Notify(bool on) override {
+    notify_ = on;
+    Announce();
+  }
+  bool Configure(std::string_view line) override {
+    line_ = line;
     return true;
   }
-  const std::string& Settings() const { return settings_; }
+  const std::string& Line() const { return line_; }
 
-  int CommPort() const override { return number_; }
-  bool CommPort(int number) override {
+  int Number() const override { return number_; }
+  bool Select(int number) override {
     if (open_ || number < 1 || number > 4) return false;
     number_ = number;
     return true;
   }
 
-  bool PortOpen() const override { return open_; }
-  bool PortOpen(bool open) override {
-    if (open && !open_ && !present.contains(number_)) return false;
-    if (open != open_) waiting_.clear();
-    open_ = open;
-    return true;
+  bool IsOpen() const override { return open_; }
+  bool Open() override {
+    if (open_) return true;
+    if (!present.contains(number_)) return false;
+    waiting_.clear();
+    return open_ = true;
+  }
+  void Close() override {
+    waiting_.clear();
+    open_ = false;
   }
 
-  bool Output(std::string_view text) override {
+  bool Write(std::string_view text) override {
     if (!open_ || refuse_writes) return false;
     sent.emplace_back(text);
     if (OnSent) OnSent(std::string(text));
     return true;
   }
 
-  void Input(std::string& text) override {
+  std::size_t Waiting() const override { return waiting_.size(); }
+  void Read(std::string& text) override {
     text += waiting_;
     waiting_.clear();
   }
-  std::size_t InBufferCount() const override { return waiting_.size(); }
-  void ClearInBuffer() override { waiting_.clear(); }
-  void RThreshold(int bytes) override {
-    threshold_ = bytes;
-    Announce();
-  }
-  int CommEvent() const override { return event_; }
+  void Discard() override { waiting_.clear(); }
 
   // Bytes arrive. Lost when the port is closed.
   void Receive(std::string_view bytes) {
@@ -75,8 +78,7 @@ class FakeSerialPort : public SerialPort {
   // The device goes away: the port closes by itself and no port opens.
   void Unplug() {
     present.clear();
-    open_ = false;
-    waiting_.clear();
+    Close();
   }
 
   // All that was sent, as one text.
@@ -84,17 +86,13 @@ class FakeSerialPort : public SerialPort {
 
  private:
   void Announce() {
-    if (threshold_ == 0 || waiting_.empty() || !OnComm) return;
-    event_ = kCommEventReceive;
-    OnComm();
-    event_ = kCommEventNone;
+    if (notify_ && !waiting_.empty() && OnReceive) OnReceive();
   }
 
-  std::string settings_;
+  std::string line_;
   int number_ = 1;
   bool open_ = false;
-  int threshold_ = 0;
-  int event_ = kCommEventNone;
+  bool notify_ = false;
   std::string waiting_;
 };
 

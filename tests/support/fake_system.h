@@ -29,9 +29,9 @@ class FakeHost : public Host {
   std::vector<std::string> reports;
 
   std::string ProgramDirectory() const override { return "/prog"; }
-  std::string WindowsDirectory() const override { return "/windows"; }
+  std::string ReportDirectory() const override { return "/windows"; }
   std::string CompanionPath() const override { return "/prog/exit.exe"; }
-  bool PrevInstance() override { return previous_instance; }
+  bool IsSecondInstance() override { return previous_instance; }
   RunOutcome RunHidden(const std::string& path, std::chrono::milliseconds limit) override {
     events_.push_back("RunHidden " + path + ' ' + std::to_string(limit.count()));
     if (OnRun) OnRun();
@@ -107,9 +107,9 @@ class FakeForms : public Forms {
 
  private:
   void Note(const char* what, Form form) {
-    constexpr const char* kNames[] = {"frmMain",  "frmSplash", "frmAbout",   "frmAlert",
-                                      "frmSetup", "frmWeek",   "frmSpecial", "frmSelfTest",
-                                      "frmLog",   "frmDateRc", "frmShutRec"};
+    constexpr const char* kNames[] = {"main",     "splash",      "about",          "alert",
+                                      "settings", "week",        "special_days",   "self_tests",
+                                      "log",      "day_history", "shutdown_report"};
     events_.push_back(std::string(what) + ' ' + kNames[static_cast<std::size_t>(form)]);
   }
 

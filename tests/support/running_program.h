@@ -3,22 +3,20 @@
 
 #include <string>
 
-#include "frame/frm_main.h"
+#include "frame/main_form.h"
 #include "support/status_frame.h"
 #include "support/world.h"
 
 namespace orvane::test {
 
 struct RunningProgram : World {
-  enum class Language { kEnglish, kChinese };
-
   explicit RunningProgram(Language language) {
     time.SetWall({2026, 3, 14, 15, 9, 26});
     const char* number = language == Language::kEnglish ? "0" : "1";
     disk.files["/prog/Orvane.ini"] = std::string("1,10,0,2,0,2,30,1,3,0,\"\",") + number + "\r\n";
-    MSComm1.OnSent = [this](const std::string& text) {
+    ups_port.OnSent = [this](const std::string& text) {
       if (silent) return;
-      if (text == "Q1\r") MSComm1.Receive(status.Text());
+      if (text == "Q1\r") ups_port.Receive(status.Text());
       // The query goes out while a reply is being decoded; its answer takes a moment.
       if (text == "MD\r") information_due_ = true;
     };
@@ -26,15 +24,15 @@ struct RunningProgram : World {
 
   // From the load of the form to the moment before its first poll.
   void Start() {
-    form.Form_Load();
-    form.Form_Activate();
+    form.Load();
+    form.Activate();
   }
 
   // Runs to the next polls and through the UPS's answers.
   void Polls(int count) {
     while (count-- > 0) {
       time.Advance(std::chrono::seconds(2));
-      if (information_due_) MSComm1.Receive(information);
+      if (information_due_) ups_port.Receive(information);
       information_due_ = false;
     }
   }
@@ -45,7 +43,7 @@ struct RunningProgram : World {
   std::string information = "Aurora 1000,700,V2.14,220,0,3,36,0,0\r";
   bool silent = false;
 
-  FrmMain form{state, panel, seams};
+  MainForm form{state, panel, seams};
 
  private:
   bool information_due_ = false;

@@ -26,12 +26,12 @@ struct WatchedComputer : RunningProgram {
   WatchedComputer() : RunningProgram(Language::kEnglish) {
     time.SetWall({2001, 2, 16, 9, 5, 33});
     forms.OnLoad = [this](Form which) {
-      if (which == Form::frmMain) form.Form_Load();
-      if (which == Form::frmAlert) form.Alert().Form_Load();
+      if (which == Form::kMain) form.Load();
+      if (which == Form::kAlert) form.Alert().Load();
     };
     forms.OnUnload = [this](Form which) {
-      if (which == Form::frmMain) form.Form_QueryUnload();
-      if (which == Form::frmAlert) form.Alert().Form_Unload();
+      if (which == Form::kMain) form.Unload();
+      if (which == Form::kAlert) form.Alert().Unload();
     };
   }
 
@@ -39,9 +39,9 @@ struct WatchedComputer : RunningProgram {
     std::string line = "1,";
     for (const int slot : slots) line += std::to_string(slot) + ',';
     disk.files["/prog/Orvane.ini"] = line + "1,3,0,\"\",0\r\n";
-    ASSERT_TRUE(form.Form_Load());
-    forms.open.insert(Form::frmMain);
-    form.Form_Activate();
+    ASSERT_TRUE(form.Load());
+    forms.open.insert(Form::kMain);
+    form.Activate();
   }
 
   void Seconds(int count) { time.Advance(std::chrono::seconds(count)); }
@@ -55,9 +55,9 @@ struct WatchedComputer : RunningProgram {
     }
   }
 
-  // Ticks of Timer2, which has to be running.
+  // Ticks of countdown_timer, which has to be running.
   void Ticks(int count) {
-    ASSERT_TRUE(Timer2.Enabled());
+    ASSERT_TRUE(countdown_timer.Enabled());
     Seconds(count);
   }
 
@@ -65,9 +65,9 @@ struct WatchedComputer : RunningProgram {
     return std::count(events.begin(), events.end(), event);
   }
   bool Down() const { return Count("TakeDown") > 0; }
-  bool AlertOpen() const { return forms.open.contains(Form::frmAlert); }
+  bool AlertOpen() const { return forms.open.contains(Form::kAlert); }
 
-  const std::string& Status() const { return panel.Label13.Caption(); }
+  const std::string& Status() const { return panel.status_line.Caption(); }
 
   static std::string SecondsLeft(int seconds) {
     return "System Will shutdown after " + std::to_string(seconds) + " Seconds";

@@ -15,20 +15,21 @@ namespace orvane::test {
 
 struct World {
   FakeTime time;
-  FakeTimer Timer1{time}, Timer2{time}, Timer3{time}, TimerDial{time}, tmrDate{time};
+  FakeTimer poll_timer{time}, countdown_timer{time}, schedule_timer{time}, dial_timer{time},
+      clock_timer{time};
   FakeTimer alert_timer{time};
-  FakeTimer dial_pass{time};
-  FakeSerialPort MSComm1, MSComm2;
+  FakeTimer modem_timer{time};
+  FakeSerialPort ups_port, modem_port;
   MemoryDisk disk;
   Events events;
   FakeHost host{events};
   FakeDialogs dialogs{events};
   FakeForms forms{events, dialogs};
-  Seams seams{{Timer1, Timer2, Timer3, TimerDial, tmrDate},
+  Seams seams{{poll_timer, countdown_timer, schedule_timer, dial_timer, clock_timer},
               alert_timer,
-              dial_pass,
-              MSComm1,
-              MSComm2,
+              modem_timer,
+              ups_port,
+              modem_port,
               time,
               disk,
               host,

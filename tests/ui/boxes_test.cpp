@@ -12,29 +12,29 @@ namespace orvane::test {
 namespace {
 
 struct BoxesTest : OpenedWindow {
-  BoxesTest() { forms.open = {Form::frmAbout, Form::frmAlert}; }
+  BoxesTest() { forms.open = {Form::kAbout, Form::kAlert}; }
 
-  FrmAlert alert{state, panel, seams};
+  AlertForm alert{state, panel, seams};
 };
 
 // It stands before the load goes on.
 TEST_F(BoxesTest, SplashIsPaintedAtOnceAndLeavesAtAKeyOrAClickOnItsBareFrame) {
   Windows windows;
-  windows.Make(Form::frmSplash, [&] { return new SplashWindow(windows); });
+  windows.Make(Form::kSplash, [&] { return new SplashWindow(windows); });
   for (const bool by_key : {true, false}) {
-    windows.ShowPainted(Form::frmSplash);
-    QWidget& splash = *windows.Window(Form::frmSplash);
+    windows.ShowPainted(Form::kSplash);
+    QWidget& splash = *windows.Window(Form::kSplash);
     EXPECT_TRUE(splash.windowHandle()->isExposed());
     for (QWidget* control : splash.findChildren<QWidget*>()) {
       QTest::mouseClick(control, Qt::LeftButton);
     }
-    ASSERT_EQ(windows.Window(Form::frmSplash), &splash);
+    ASSERT_EQ(windows.Window(Form::kSplash), &splash);
     if (by_key) {
       QTest::keyClick(&splash, Qt::Key_F7);
     } else {
       QTest::mouseClick(&splash, Qt::LeftButton, {}, {5, 200});
     }
-    EXPECT_EQ(windows.Window(Form::frmSplash), nullptr);
+    EXPECT_EQ(windows.Window(Form::kSplash), nullptr);
   }
 }
 
@@ -46,10 +46,10 @@ TEST_F(BoxesTest, ContactBoxNeedsTheRightButtonAndExactlyThreeKeys) {
   QTest::mouseClick(window.get(), Qt::RightButton, kThree & ~Qt::AltModifier, {5, 5});
   EXPECT_EQ(events, Events{});
   QTest::mouseClick(window.get(), Qt::RightButton, kThree, {5, 5});
-  EXPECT_NE(events.back().find(std::string(state.Message(41)) + "\r\rContact: "),
+  EXPECT_NE(events.back().find(std::string(state.Text(Message::kCopyright)) + "\r\rContact: "),
             std::string::npos);
-  Push("Command1");
-  EXPECT_EQ(events.back(), "Unload frmAbout");
+  Push("ok");
+  EXPECT_EQ(events.back(), "Unload about");
 }
 
 // Its window is deleted late, after the next one has come.
@@ -57,13 +57,13 @@ TEST_F(BoxesTest, AlertFollowsTheCountUntilItIsClosed) {
   const auto second_passes = [this](QWidget& shown, std::int32_t count) {
     state.ShutdownCountdown = count;
     time.Advance(std::chrono::seconds(1));
-    EXPECT_EQ(TextOf(shown, "lblSecond"), std::to_string(count));
+    EXPECT_EQ(TextOf(shown, "seconds"), std::to_string(count));
   };
   Open(new AlertWindow(state, alert));
   EXPECT_TRUE(window->windowFlags() & Qt::WindowStaysOnTopHint);
   second_passes(*window, 118);
-  Push("Command1");
-  EXPECT_EQ(events, Events{"Unload frmAlert"});
+  Push("ok");
+  EXPECT_EQ(events, Events{"Unload alert"});
   window->close();
   EXPECT_FALSE(alert_timer.Enabled());
   AlertWindow next(state, alert);

@@ -11,6 +11,7 @@
 #include "support/running_program.h"
 #include "ui/bar_face.h"
 #include "ui/dial_face.h"
+#include "ui/gauge_look.h"
 #include "ui/main_window.h"
 #include "ui/parts.h"
 
@@ -50,52 +51,48 @@ struct FacesTest : testing::Test, RunningProgram {
     Present(window);
   }
 
-  Trough& Row(int i) const { return Part<Trough>(window, QString("Picture3(%1)").arg(i)); }
-  double Width(int i) const { return Row(i).BarRect().width() * 15; }
+  Trough& Row(Gauge gauge) const { return Part<Trough>(window, Id(gauge) + "_bar"); }
+  double Width(Gauge gauge) const { return Row(gauge).BarRect().width() * 15; }
 
   MainWindow window{state, panel, form};
-  QWidget& board = Part(window, "picAPC");
-  DialFace& dials = Part<DialFace>(window, "Image2");
+  QWidget& bars = Part(window, "bar_face");
+  DialFace& dials = Part<DialFace>(window, "dial_face");
 };
 
-// In the rows from top to bottom; the last value is beyond the scale, where the trough cuts.
+// The last value is beyond the scale, where the trough cuts.
 TEST_F(FacesTest, BarsEndUnderTheMarksOfTheirValues) {
-  for (int i = 0; i < 6; ++i) EXPECT_NEAR(Width(i), 15, 0.001) << "before the first reply";
+  for (const Gauge gauge : kGauges) EXPECT_NEAR(Width(gauge), 15, 0.001);
   status = {"165.0", "275.0", "025", "50.0", "2.27", "60.0"};
   Poll();
-  const char* const marks[][2] = {{"lblMark(3)", "165"}, {"lblMark(12)", "275"},
-                                  {"lblMark(15)", "25"}, {"lblMark(26)", "100"},
-                                  {"lblMark(31)", "60"}, {"lblMark(35)", "50"}};
-  for (int i = 0; i < 6; ++i) {
-    const auto& [mark, text] = marks[i];
-    EXPECT_EQ(TextOf(window, mark), text);
-    const QRectF place(Part(window, mark).geometry());
-    EXPECT_NEAR(place.center().x(), Row(i).x() + Row(i).BarRect().right(), 0.75) << mark;
+  const PerGauge<int> values = {{165, 275, 25, 100, 50, 60}};
+  for (const Gauge gauge : kGauges) {
+    const QString name = QString("%1_bar_mark_%2").arg(Id(gauge)).arg(values[gauge]);
+    const QRectF mark(Part(window, name).geometry());
+    EXPECT_NEAR(mark.center().x(), Row(gauge).x() + Row(gauge).BarRect().right(), 0.75)
+        << name.toStdString();
   }
-  EXPECT_NEAR(Width(2), 25 * 31.7 + 15, 0.01);
+  EXPECT_NEAR(Width(Gauge::kLoad), 25 * 31.7 + 15, 0.01);
   status.load = "160";
   Poll();
-  EXPECT_NEAR(Width(2), 4785, 0.01);
-  const QImage trough = Row(2).grab().toImage();
-  EXPECT_NEAR(CountOf({0, 128, 0}, trough.copy(0, 8, trough.width(), 1)), Width(2) / 15, 0.51);
+  const double whole = Width(Gauge::kLoad);
+  EXPECT_NEAR(whole, 4785, 0.01);
+  const QImage trough = Row(Gauge::kLoad).grab().toImage();
+  EXPECT_NEAR(CountOf({0, 128, 0}, trough.copy(0, 8, trough.width(), 1)), whole / 15, 0.51);
 }
 
 TEST_F(FacesTest, NeedlesPointAtTheMarksOfTheirValues) {
-  const std::pair<const char*, std::int16_t> marks[] = {{"Label12(2)", 210}, {"Label12(6)", 210},
-                                                        {"Label12(21)", 25}, {"Label10(3)", 100},
-                                                        {"Label12(8)", 30},  {"Label11(4)", 60}};
-  for (int i = 0; i < 6; ++i) {
-    const auto& [name, value] = marks[i];
-    EXPECT_EQ(TextOf(window, name), std::to_string(value));
-    SetGauge(state.Main, panel, i, value);
-    const QLineF needle = dials.NeedleLine(static_cast<std::size_t>(i));
+  const PerGauge<std::int16_t> values = {{210, 210, 25, 100, 30, 60}};
+  for (const Gauge gauge : kGauges) {
+    const QString name = QString("%1_dial_mark_%2").arg(Id(gauge)).arg(values[gauge]);
+    SetGauge(state.Main, panel, gauge, values[gauge]);
+    const QLineF needle = dials.NeedleLine(gauge);
     const QLineF arm(needle.p1(), QRectF(Part(window, name).geometry()).center());
-    EXPECT_NEAR(std::remainder(arm.angle() - needle.angle(), 360), 0, 1) << name;
-    EXPECT_GT(arm.length(), needle.length()) << name;
+    EXPECT_NEAR(std::remainder(arm.angle() - needle.angle(), 360), 0, 1) << name.toStdString();
+    EXPECT_GT(arm.length(), needle.length()) << name.toStdString();
   }
-  SetGauge(state.Main, panel, kLoad, 100);
+  SetGauge(state.Main, panel, Gauge::kLoad, 100);
   const QImage picture = dials.grab().toImage();
-  const QLineF needle = dials.NeedleLine(kLoad);
+  const QLineF needle = dials.NeedleLine(Gauge::kLoad);
   const QColor inside = picture.pixelColor(needle.pointAt(0.6).toPoint());
   EXPECT_TRUE(inside.blue() > 200 && inside.red() < 120) << inside.name().toStdString();
   EXPECT_GT(picture.pixelColor(needle.pointAt(1.06).toPoint()).red(), 150);
@@ -124,39 +121,40 @@ TEST_F(FacesTest, ScreenShowsWhatAWholeRepaintWould) {
       }
       EXPECT_EQ(unlike, 0) << load << ' ' << bits;
     }
-    if (load == "000") form.picAPC_DblClick();
+    if (load == "000") form.ShowDials();
   }
 }
 
 TEST_F(FacesTest, NothingIsRepaintedButWhatChanged) {
   Polls(3);
   PaintWatch watch(window);
-  panel.Label13.Caption(std::string(panel.Label13.Caption()));
-  panel.lblAc.ForeColor(panel.lblAc.ForeColor());
-  panel.shpLoad.Width(panel.shpLoad.Width());
-  panel.lblAlert[1].Visible(false);
-  tmrDate.Tick();
+  panel.status_line.Caption(std::string(panel.status_line.Caption()));
+  panel.mains.ForeColor(panel.mains.ForeColor());
+  Bar& load = panel.bars[Gauge::kLoad];
+  load.Width(load.Width());
+  panel.supply_warning.Visible(false);
+  clock_timer.Tick();
   EXPECT_EQ(watch.Take().keys(), QStringList());
   time.SetWall({2026, 3, 14, 15, 20, 0});
   Poll();  // the same reply
-  EXPECT_EQ(watch.Take().keys(), QStringList("Label15"));
+  EXPECT_EQ(watch.Take().keys(), QStringList("clock"));
 
-  panel.Label2[kLoad].Caption("36");
-  const auto bars = watch.Take();
-  EXPECT_EQ(bars.keys(), (QStringList{"Picture3(2)", "lblApcLoad"}));
-  EXPECT_LE(bars["Picture3(2)"].boundingRect().width(), 8) << "more than what the bar grew by";
+  panel.read_outs[Gauge::kLoad].Caption("36");
+  const auto moved = watch.Take();
+  EXPECT_EQ(moved.keys(), (QStringList{"load_bar", "load_bar_figure"}));
+  EXPECT_LE(moved["load_bar"].boundingRect().width(), 8) << "more than what the bar grew by";
 
-  form.picAPC_DblClick();
+  form.ShowDials();
   watch.Take();
-  SetGauge(state.Main, panel, kLoad, 36);
-  panel.Label2[kLoad].Caption("37");
+  SetGauge(state.Main, panel, Gauge::kLoad, 36);
+  panel.read_outs[Gauge::kLoad].Caption("37");
   const auto needles = watch.Take();
-  EXPECT_EQ(needles.keys(), (QStringList{"Image2", "Label2(2)"}));
-  EXPECT_LE(needles["Image2"].boundingRect().width(), 60) << "more than the needle's field";
+  EXPECT_EQ(needles.keys(), (QStringList{"dial_face", "load_read_out"}));
+  EXPECT_LE(needles["dial_face"].boundingRect().width(), 60) << "more than the needle's field";
 }
 
 TEST_F(FacesTest, DoubleClickOnTheSurfaceAloneChangesTheFace) {
-  for (QWidget* face : {&board, static_cast<QWidget*>(&dials)}) {
+  for (QWidget* face : {&bars, static_cast<QWidget*>(&dials)}) {
     ASSERT_TRUE(face->isVisible());
     for (QWidget* control : face->findChildren<QWidget*>()) {
       QTest::mouseDClick(control, Qt::LeftButton);
@@ -167,7 +165,7 @@ TEST_F(FacesTest, DoubleClickOnTheSurfaceAloneChangesTheFace) {
     QTest::mouseDClick(face, Qt::LeftButton, {}, {2, 2});
     EXPECT_FALSE(face->isVisible());
   }
-  EXPECT_TRUE(board.isVisible());
+  EXPECT_TRUE(bars.isVisible());
 }
 
 }  // namespace

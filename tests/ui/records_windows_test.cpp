@@ -6,7 +6,7 @@
 #include "ui/log_window.h"
 #include "ui/long_list.h"
 #include "ui/opened_window.h"
-#include "ui/shutdown_record_window.h"
+#include "ui/shutdown_report_window.h"
 
 #if defined(__SANITIZE_ADDRESS__)
 extern "C" std::size_t __sanitizer_get_current_allocated_bytes();
@@ -33,7 +33,7 @@ struct RecordsWindowsTest : OpenedWindow {
 
   void OpenDays() { Open(new DayHistoryWindow(state, disk, time, kRecords)); }
   void OpenLog() { Open(new LogWindow(state, disk, dialogs, kSystemLog)); }
-  void OpenReport() { Open(new ShutdownRecordWindow(state, disk, kReportFile)); }
+  void OpenReport() { Open(new ShutdownReportWindow(state, disk, kReportFile)); }
 
   LongList& List(const char* name) { return Part<LongList>(*window, name); }
   // What a list shows.
@@ -44,7 +44,7 @@ struct RecordsWindowsTest : OpenedWindow {
     return lines;
   }
   void ClickLine(int row) {
-    LongList& list = List("List1");
+    LongList& list = List("applications");
     QTest::mouseClick(list.viewport(), Qt::LeftButton, {},
                       list.visualRect(list.model()->index(row, 0)).center());
   }
@@ -58,16 +58,16 @@ TEST_F(RecordsWindowsTest, DayIsDrawnInMarksAndCounts) {
   OpenDays();
   const QImage picture = window->grab().toImage();
   const std::pair<const char*, QColor> marks[] = {
-      {"shpDate(0)", {0, 0, 255}}, {"shpDate(38)", {255, 255, 0}}, {"shpDate(71)", {255, 0, 0}}};
+      {"mark_0", {0, 0, 255}}, {"mark_38", {255, 255, 0}}, {"mark_71", {255, 0, 0}}};
   for (const auto& [name, colour] : marks) {
     EXPECT_EQ(picture.pixelColor(Part(*window, name).geometry().center()), colour) << name;
   }
   // A count of many digits has room up to the next mark.
-  const QRect count = Part(*window, "lblCount(38)").geometry();
-  EXPECT_FALSE(count.intersects(Part(*window, "shpDate(39)").geometry()));
+  const QRect count = Part(*window, "count_38").geometry();
+  EXPECT_FALSE(count.intersects(Part(*window, "mark_39").geometry()));
   EXPECT_GE(count.width(), 19);
-  EXPECT_GE(Part(*window, "lblCount(39)").width(), 14);
-  EXPECT_EQ(Part(*window, "DayGrid").accessibleDescription(),
+  EXPECT_GE(Part(*window, "count_39").width(), 14);
+  EXPECT_EQ(Part(*window, "day").accessibleDescription(),
             "00:00–00:59  Schedule Down: 1; 14:00–14:59  AC Fail: 100; "
             "15:00–15:59  AC Fail: 10; 23:00–23:59  UPS Batt. Low: 1");
 }
@@ -80,14 +80,14 @@ TEST_F(RecordsWindowsTest, DaysStepByButtonsAndByArrowKeys) {
     const char* target;
     Qt::Key key;
     const char *date, *tip;  // the mark's tip is empty while there is no mark
-  } steps[] = {{"DayGrid", Qt::Key_Right, "2001-02-17", "05:00–05:59  AC Fail: 1"},
-               {"cmdNext", Qt::Key_Return, "2001-02-18", ""},
-               {"cmdPrev", Qt::Key_Space, "2001-02-17", "05:00–05:59  AC Fail: 1"},
-               {"cmdNext", Qt::Key_Left, "2001-02-16", "05:00–05:59  AC Fail: 2"}};
+  } steps[] = {{"day", Qt::Key_Right, "2001-02-17", "05:00–05:59  AC Fail: 1"},
+               {"next", Qt::Key_Return, "2001-02-18", ""},
+               {"previous", Qt::Key_Space, "2001-02-17", "05:00–05:59  AC Fail: 1"},
+               {"next", Qt::Key_Left, "2001-02-16", "05:00–05:59  AC Fail: 2"}};
   for (const auto& [target, key, date, tip] : steps) {
     QTest::keyClick(&Part(*window, target), key);
-    EXPECT_EQ(TextOf(*window, "lblDate"), date);
-    const QWidget& mark = Part(*window, "shpDate(29)");
+    EXPECT_EQ(TextOf(*window, "date"), date);
+    const QWidget& mark = Part(*window, "mark_29");
     EXPECT_EQ(mark.isVisible() ? mark.toolTip() : "", tip) << date;
   }
   QTest::keyClick(window.get(), Qt::Key_Escape);
@@ -100,47 +100,47 @@ TEST_F(RecordsWindowsTest, LogIsShownAndCleared) {
       "\"\n2001-02-16 9:06:00 \xCA\xD0\xB5\xE7\xCA\xA7\xD0\xA7\"\r\n";
   const std::string file = Log();
   OpenLog();
-  EXPECT_EQ(Lines("List1"), (QStringList{"\"2001-02-16 9:05:33 Program start\"",
+  EXPECT_EQ(Lines("lines"), (QStringList{"\"2001-02-16 9:05:33 Program start\"",
                                          "\"2001-02-16 9:06:00 市电失效\""}));
   QTest::keyClick(window->focusWidget(), Qt::Key_End);
-  EXPECT_EQ(List("List1").currentIndex().row(), 1) << "one key goes to the newest event";
-  Push("cmdClear");
-  EXPECT_EQ(Lines("List1").size(), 2);
+  EXPECT_EQ(List("lines").currentIndex().row(), 1) << "one key goes to the newest event";
+  Push("clear");
+  EXPECT_EQ(Lines("lines").size(), 2);
   EXPECT_EQ(Log(), file);
   dialogs.answer = true;
-  Push("cmdClear");
-  EXPECT_EQ(Lines("List1"), QStringList{});
+  Push("clear");
+  EXPECT_EQ(Lines("lines"), QStringList{});
   EXPECT_FALSE(disk.Exists(kSystemLog));
-  Push("cmdCancel");
+  Push("exit");
   EXPECT_FALSE(window->isVisible());
 }
 
 TEST_F(RecordsWindowsTest, ChosenApplicationTellsItsFiles) {
   disk.files[kReportFile] = kReport;
   OpenReport();
-  EXPECT_EQ(Lines("List1"), (QStringList{"Letter", "Budget"}));
-  EXPECT_EQ(Lines("List2"), QStringList{});
+  EXPECT_EQ(Lines("applications"), (QStringList{"Letter", "Budget"}));
+  EXPECT_EQ(Lines("files"), QStringList{});
   QTest::keyClick(window->focusWidget(), Qt::Key_Down);
-  EXPECT_EQ(Lines("List2"), (QStringList{"a.txt", "b.txt"}));
+  EXPECT_EQ(Lines("files"), (QStringList{"a.txt", "b.txt"}));
   ClickLine(1);
-  EXPECT_EQ(Lines("List2"), QStringList{"c.csv"});
+  EXPECT_EQ(Lines("files"), QStringList{"c.csv"});
   // A click on what is selected already reads it anew.
   std::string& file = disk.files[kReportFile];
   file.replace(file.find("FileNumber=1"), 12, "FileNumber=2") += "File1=d.csv\r\n";
   ClickLine(1);
-  EXPECT_EQ(Lines("List2"), (QStringList{"c.csv", "d.csv"}));
+  EXPECT_EQ(Lines("files"), (QStringList{"c.csv", "d.csv"}));
   // So does a user who comes back from another form.
   QWidget other;
   Present(other);
   file = "[Main]\r\nShowMsg=1\r\nAppNumber=1\r\nApp0=X\r\n[X]\r\nTitle=New\r\n";
   Present(*window);
-  EXPECT_EQ(Lines("List1"), QStringList{"New"});
-  EXPECT_TRUE(List("List1").selectionModel()->selectedIndexes().isEmpty());
-  EXPECT_EQ(Lines("List2"), (QStringList{"c.csv", "d.csv"}));
-  Push("Command1");
-  EXPECT_EQ(Lines("List1") + Lines("List2"), QStringList{});
+  EXPECT_EQ(Lines("applications"), QStringList{"New"});
+  EXPECT_TRUE(List("applications").selectionModel()->selectedIndexes().isEmpty());
+  EXPECT_EQ(Lines("files"), (QStringList{"c.csv", "d.csv"}));
+  Push("clear");
+  EXPECT_EQ(Lines("applications") + Lines("files"), QStringList{});
   EXPECT_NE(file.find("ShowMsg=0"), std::string::npos);
-  Push("Command2");
+  Push("exit");
   EXPECT_FALSE(window->isVisible());
 }
 

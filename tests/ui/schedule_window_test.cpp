@@ -1,5 +1,6 @@
 #include "ui/schedule_window.h"
 
+#include <QRegularExpression>
 #include <QTest>
 
 #include "ui/opened_window.h"
@@ -24,24 +25,24 @@ TEST_F(ScheduleWindowTest, WhatIsTypedIsWhatTheFileHolds) {
     qsizetype boxes;
     QStringList entries;  // some of them, with every box filled with its own name
   } cases[] = {
-      {WeekLook(), "[weekly]", 14, {"3Enable=1", "1On=txtTime(0)", "7Off=txtTime(13)"}},
-      {SpecialLook(), "[Special]", 21, {"1On=txtTime(0)", "7Off=txtTime(13)", "1Date=txtTime(14)"}},
-      {SelfTestLook(), "[SelfTestToLow]", 14, {"1On=txtTime(0)", "7Date=txtTime(20)"}},
+      {WeekLook(), "[weekly]", 14, {"3Enable=1", "1On=on_1", "7Off=off_7"}},
+      {SpecialLook(), "[Special]", 21, {"1On=on_1", "7Off=off_7", "1Date=date_1"}},
+      {SelfTestLook(), "[SelfTestToLow]", 14, {"1On=on_1", "7Date=date_7"}},
   };
   for (const auto& row : cases) {
     disk.files.clear();
     OpenEditor(row.look);
     for (auto* box : window->findChildren<QLineEdit*>()) QTest::keyClicks(box, box->objectName());
-    Push("Check1(2)");
-    Push("cmdEnter");
+    Push("enabled_3");
+    Push("ok");
     const QStringList lines = QString::fromStdString(disk.files[kPath]).split("\r\n");
     EXPECT_EQ(lines[0], row.section);
-    EXPECT_EQ(lines.filter("=txtTime").size(), row.boxes) << row.section;
+    EXPECT_EQ(lines.filter(QRegularExpression("=[a-z]+_")).size(), row.boxes) << row.section;
     for (const QString& entry : row.entries) EXPECT_TRUE(lines.contains(entry)) << row.section;
   }
   EXPECT_EQ(state.ScheduleEnable[3], '1');
-  EXPECT_EQ(state.ScheduleOff[7], "txtTime(13)");
-  EXPECT_EQ(state.ScheduleDate[8], "txtTime(14)");
+  EXPECT_EQ(state.ScheduleOff[7], "off_7");
+  EXPECT_EQ(state.ScheduleDate[8], "date_1");
 }
 
 TEST_F(ScheduleWindowTest, EnterAcceptsAndEscapeLeaves) {
@@ -49,33 +50,33 @@ TEST_F(ScheduleWindowTest, EnterAcceptsAndEscapeLeaves) {
     const char* focus;
     Qt::Key key;
     bool written;
-  } cases[] = {{"txtTime(0)", Qt::Key_Return, true},
-               {"txtTime(0)", Qt::Key_Escape, false},
-               {"cmdCancel", Qt::Key_Return, false},
-               {"cmdEnter", Qt::Key_Enter, true}};
+  } cases[] = {{"on_1", Qt::Key_Return, true},
+               {"on_1", Qt::Key_Escape, false},
+               {"cancel", Qt::Key_Return, false},
+               {"ok", Qt::Key_Enter, true}};
   for (const auto& [focus, key, written] : cases) {
     SCOPED_TRACE(focus);
     disk.files.clear();
     events.clear();
-    forms.open = {Form::frmWeek};
+    forms.open = {Form::kWeek};
     OpenEditor(WeekLook());
     QWidget& part = Part(*window, focus);
     part.setFocus();
     QTest::keyClick(&part, key);
     EXPECT_EQ(disk.files.contains(kPath), written);
-    EXPECT_EQ(events, Events{"Unload frmWeek"});
+    EXPECT_EQ(events, Events{"Unload week"});
   }
 }
 
 TEST_F(ScheduleWindowTest, TabGoesAlongTheRows) {
   const std::pair<const ScheduleLook&, QString> walks[] = {
-      {WeekLook(), "Check1(0) txtTime(0) txtTime(7) Check1(1)"},
-      {SpecialLook(), "Check1(0) txtTime(14) txtTime(0) txtTime(7) Check1(1)"},
-      {SelfTestLook(), "Check1(0) txtTime(14) txtTime(0) Check1(1)"}};
+      {WeekLook(), "enabled_1 on_1 off_1 enabled_2"},
+      {SpecialLook(), "enabled_1 date_1 on_1 off_1 enabled_2"},
+      {SelfTestLook(), "enabled_1 date_1 on_1 enabled_2"}};
   for (const auto& [look, walk] : walks) {
     OpenEditor(look);
-    Part(*window, "Check1(0)").setFocus();
-    QString walked("Check1(0)");
+    Part(*window, "enabled_1").setFocus();
+    QString walked("enabled_1");
     while (walked.size() < walk.size()) {
       QTest::keyClick(window->focusWidget(), Qt::Key_Tab);
       walked += ' ' + Focused();
@@ -87,13 +88,13 @@ TEST_F(ScheduleWindowTest, TabGoesAlongTheRows) {
 TEST_F(ScheduleWindowTest, SlipsAreTintedWhileTyping) {
   disk.files[kPath] = "[Special]\n2Date=2001-02-30\n3Date=2001-02-28\n2On=25:00\n";
   OpenEditor(SpecialLook());
-  EXPECT_TRUE(Tinted("txtTime(15)"));
-  EXPECT_FALSE(Tinted("txtTime(16)"));
-  EXPECT_TRUE(Tinted("txtTime(1)"));
+  EXPECT_TRUE(Tinted("date_2"));
+  EXPECT_FALSE(Tinted("date_3"));
+  EXPECT_TRUE(Tinted("on_2"));
   std::string seen;
   for (const char c : std::string("8:305")) {
-    QTest::keyClick(&Box("txtTime(0)"), c);
-    seen += Tinted("txtTime(0)") ? 'x' : '.';
+    QTest::keyClick(&Box("on_1"), c);
+    seen += Tinted("on_1") ? 'x' : '.';
   }
   EXPECT_EQ(seen, "xxx.x");
 }

@@ -24,17 +24,17 @@ struct WindowsTest : testing::Test {
 
   WindowsTest() {
     windows.MakeMain(main, {[this] {
-                              Tell("Form_Load");
+                              Tell("Load");
                               loaded = true;
                               OnLoad();
                               return loaded;
                             },
-                            [this] { Tell("Form_Activate"); },
+                            [this] { Tell("Activate"); },
                             [this] {
-                              if (std::exchange(loaded, false)) Tell("Form_QueryUnload");
+                              if (std::exchange(loaded, false)) Tell("Unload");
                             },
                             [this] { return loaded; }});
-    windows.Make(Form::frmLog, [this] { return log = new QWidget; });
+    windows.Make(Form::kLog, [this] { return log = new QWidget; });
   }
   // Some activations come from the window system and some do not; one after the other is as good as
   // one.
@@ -51,7 +51,7 @@ struct WindowsTest : testing::Test {
       steps[next++]();
     });
     timer.start(0);
-    windows.Show(Form::frmMain);
+    windows.Show(Form::kMain);
     if (!windows.Ended()) QApplication::exec();
     EXPECT_EQ(next, steps.size());
   }
@@ -65,45 +65,44 @@ struct WindowsTest : testing::Test {
 };
 
 TEST_F(WindowsTest, ClosingByTheUserIsAnUnloadAndTheMainWindowsEndsTheProgram) {
-  Run({[&] { windows.Show(Form::frmLog); },
+  Run({[&] { windows.Show(Form::kLog); },
        [&] {
          log->close();
-         EXPECT_EQ(windows.Window(Form::frmLog), nullptr);
+         EXPECT_EQ(windows.Window(Form::kLog), nullptr);
          EXPECT_TRUE(main.isVisible());
        },
        [&] { main.close(); }});
   windows.End();
-  EXPECT_EQ(events, (Events{"Form_Load", "Form_Activate", "Form_QueryUnload"}));
+  EXPECT_EQ(events, (Events{"Load", "Activate", "Unload"}));
 }
 
 TEST_F(WindowsTest, ShowAfterUnloadInOneHandlerIsAReload) {
   Run({[&] {
-         windows.Unload(Form::frmMain);
+         windows.Unload(Form::kMain);
          // The system may go down behind a box of the load.
          OnLoad = [&] {
-           windows.Hide(Form::frmMain);
+           windows.Hide(Form::kMain);
            EXPECT_FALSE(main.isVisible());
          };
-         windows.Show(Form::frmMain);
+         windows.Show(Form::kMain);
        },
        [&] { windows.End(); }});
-  EXPECT_EQ(events, (Events{"Form_Load", "Form_Activate", "Form_QueryUnload", "Form_Load",
-                            "Form_Activate", "Form_QueryUnload"}));
+  EXPECT_EQ(events, (Events{"Load", "Activate", "Unload", "Load", "Activate", "Unload"}));
 }
 
 TEST_F(WindowsTest, FormsAreMadeOnceAndAnewAfterTheirUnload) {
   QPointer<QWidget> first;
   Run({[&] {
-         windows.Show(Form::frmAbout);  // nobody makes it
-         windows.Show(Form::frmLog);
+         windows.Show(Form::kAbout);  // nobody makes it
+         windows.Show(Form::kLog);
          first = log;
-         windows.Hide(Form::frmLog);
-         windows.Show(Form::frmLog);
+         windows.Hide(Form::kLog);
+         windows.Show(Form::kLog);
          EXPECT_EQ(log, first);
          EXPECT_TRUE(log->isVisible());
-         windows.Unload(Form::frmLog);
+         windows.Unload(Form::kLog);
          EXPECT_TRUE(first) << "deleted under its own handler";
-         windows.Show(Form::frmLog);
+         windows.Show(Form::kLog);
          EXPECT_NE(log, first);
        },
        [&] {
@@ -115,12 +114,12 @@ TEST_F(WindowsTest, FormsAreMadeOnceAndAnewAfterTheirUnload) {
 
 TEST_F(WindowsTest, FormOutlivesItsHandlerThatABoxHolds) {
   Run({[&] {
-    windows.Show(Form::frmLog);
+    windows.Show(Form::kLog);
     // What a click in the form does.
     QTimer::singleShot(0, log, [this] {
       const QPointer<QWidget> form = log;
       QMessageBox box;
-      QTimer::singleShot(0, [this] { windows.Unload(Form::frmLog); });
+      QTimer::singleShot(0, [this] { windows.Unload(Form::kLog); });
       QTimer::singleShot(20, &box, &QMessageBox::reject);
       box.exec();
       EXPECT_TRUE(form) << "deleted while its handler waits";
@@ -130,11 +129,11 @@ TEST_F(WindowsTest, FormOutlivesItsHandlerThatABoxHolds) {
 }
 
 TEST_F(WindowsTest, WindowThatStaysOnTopComesUpBehindABox) {
-  windows.Make(Form::frmAlert, [] { return new QWidget(nullptr, Qt::WindowStaysOnTopHint); });
+  windows.Make(Form::kAlert, [] { return new QWidget(nullptr, Qt::WindowStaysOnTopHint); });
   QMessageBox box;
   QTimer::singleShot(0, [&] {
-    windows.Show(Form::frmAlert);
-    EXPECT_TRUE(windows.Window(Form::frmAlert)->isVisible());
+    windows.Show(Form::kAlert);
+    EXPECT_TRUE(windows.Window(Form::kAlert)->isVisible());
     EXPECT_TRUE(box.windowHandle()->flags().testFlag(Qt::WindowStaysOnTopHint));
     box.reject();
   });
@@ -179,7 +178,7 @@ TEST_F(WindowsTest, EndInTheMiddleOfTheLoadIsTheEnd) {
   };
   EXPECT_FALSE(windows.LoadMain());
   EXPECT_TRUE(windows.Ended());
-  EXPECT_EQ(events, (Events{"Form_Load", "Form_QueryUnload"}));
+  EXPECT_EQ(events, (Events{"Load", "Unload"}));
   EXPECT_FALSE(windows.LoadMain()) << "loads after the end";
 }
 

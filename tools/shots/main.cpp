@@ -13,12 +13,12 @@ namespace {
 
 struct LanguageRow {
   const char* suffix;
-  Stage::Language language;
+  Language language;
 };
 
 constexpr LanguageRow kLanguages[] = {
-    {"en", Stage::Language::kEnglish},
-    {"zh", Stage::Language::kChinese},
+    {"en", Language::kEnglish},
+    {"zh", Language::kChinese},
 };
 
 bool Save(const QImage& picture, const QString& path) {

@@ -87,13 +87,13 @@ std::unique_ptr<QWidget> Needles(Stage& stage) {
                   .temperature = "27.5"};
   stage.Start();
   stage.Polls(2);
-  stage.form.picAPC_DblClick();
+  stage.form.ShowDials();
   return window;
 }
 
 std::unique_ptr<QWidget> NeedlesBeyond(Stage& stage) {
   auto window = Everything(stage);
-  stage.form.picAPC_DblClick();
+  stage.form.ShowDials();
   return window;
 }
 

@@ -8,7 +8,7 @@
 #include "ui/day_history_window.h"
 #include "ui/log_window.h"
 #include "ui/long_list.h"
-#include "ui/shutdown_record_window.h"
+#include "ui/shutdown_report_window.h"
 
 namespace orvane::shots {
 namespace {
@@ -22,7 +22,7 @@ constexpr const char* kReport =
     "[Player]\r\nTitle=Player\r\nFileNumber=0\r\n";
 
 // `count` records of one hour of the day on which the pictures are taken.
-void Record(Stage& stage, int hour, int code, int count) {
+void Record(Stage& stage, int hour, RecordCode code, int count) {
   const LocalTime now = stage.time.Now();
   stage.time.SetWall({now.year, now.month, now.day, hour, 0, 0});
   while (count-- > 0) stage.journals.WriteDateRec(code);
@@ -43,12 +43,12 @@ std::unique_ptr<QWidget> Log(Stage& stage) {
 
 std::unique_ptr<QWidget> DayWithEvents(Stage& stage) {
   stage.Start();
-  Record(stage, 0, kRecordScheduleDown, 1);
-  Record(stage, 9, kRecordAcFail, 1);
-  Record(stage, 14, kRecordAcFail, 3);
-  Record(stage, 14, kRecordLowOrUpsFail, 1);
-  Record(stage, 22, kRecordScheduleDown, 1);
-  Record(stage, 23, kRecordLowOrUpsFail, 2);
+  Record(stage, 0, RecordCode::kScheduleDown, 1);
+  Record(stage, 9, RecordCode::kMainsFailed, 1);
+  Record(stage, 14, RecordCode::kMainsFailed, 3);
+  Record(stage, 14, RecordCode::kBatteryLowOrUpsFault, 1);
+  Record(stage, 22, RecordCode::kScheduleDown, 1);
+  Record(stage, 23, RecordCode::kBatteryLowOrUpsFault, 2);
   return Day(stage);
 }
 
@@ -57,7 +57,7 @@ std::unique_ptr<QWidget> DayOfManyEvents(Stage& stage) {
   for (int hour = 0; hour < 24; ++hour) {
     for (int code = 0; code < 3; ++code) {
       constexpr int kCounts[] = {1, 9, 10, 27, 108, 999, 1234, 8, 20000, 64, 88, 350};
-      Record(stage, hour, code, kCounts[(hour + code) % 12]);
+      Record(stage, hour, static_cast<RecordCode>(code), kCounts[(hour + code) % 12]);
     }
   }
   return Day(stage);
@@ -66,13 +66,16 @@ std::unique_ptr<QWidget> DayOfManyEvents(Stage& stage) {
 std::unique_ptr<QWidget> LogOfEvents(Stage& stage) {
   stage.Start();
   for (int day = 0; day < 5; ++day) {
-    for (const int message : {11, 25, 29, 39, 40, 22, 18}) {
-      stage.journals.WriteLog(stage.state.Message(message));
+    for (const Message message :
+         {Message::kProgramStart, Message::kMainsFailed, Message::kBatteryLow,
+          Message::kSwitchOnTime, Message::kSwitchOffTime, Message::kShutdownByMenu,
+          Message::kProgramEnd}) {
+      stage.journals.WriteLog(stage.state.Text(message));
     }
   }
-  stage.journals.WriteLog(stage.state.Message(38));
+  stage.journals.WriteLog(stage.state.Text(Message::kCountdownEnded));
   auto window = Log(stage);
-  auto* list = window->findChild<LongList*>("List1");
+  auto* list = window->findChild<LongList*>("lines");
   QTimer::singleShot(0, list, [list] { list->setCurrentIndex(list->model()->index(2, 0)); });
   return window;
 }
@@ -85,10 +88,10 @@ std::unique_ptr<QWidget> LogWithoutFile(Stage& stage) {
 
 std::unique_ptr<QWidget> ShutdownReport(Stage& stage) {
   stage.Start();
-  const std::string path = stage.host.WindowsDirectory() + "/SaverApp.INI";
+  const std::string path = stage.host.ReportDirectory() + "/SaverApp.INI";
   stage.disk.files[path] = kReport;
-  auto window = std::make_unique<ShutdownRecordWindow>(stage.state, stage.disk, path);
-  auto* list = window->findChild<LongList*>("List1");
+  auto window = std::make_unique<ShutdownReportWindow>(stage.state, stage.disk, path);
+  auto* list = window->findChild<LongList*>("applications");
   QTimer::singleShot(0, list, [list] { list->setCurrentIndex(list->model()->index(0, 0)); });
   return window;
 }

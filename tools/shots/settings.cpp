@@ -1,7 +1,7 @@
 #include "shots/settings.h"
 
 #include "ui/schedule_window.h"
-#include "ui/setup_window.h"
+#include "ui/settings_window.h"
 
 namespace orvane::shots {
 namespace {
@@ -44,7 +44,7 @@ std::unique_ptr<QWidget> Schedule(Stage& stage, const ScheduleLook& look) {
 
 std::unique_ptr<QWidget> Settings(Stage& stage) {
   stage.Start();
-  return std::make_unique<SetupWindow>(stage.state, stage.panel, stage.form, stage.seams);
+  return std::make_unique<SettingsWindow>(stage.state, stage.panel, stage.form, stage.seams);
 }
 
 }  // namespace

@@ -77,13 +77,13 @@ void ReportLine(const std::string& line) {
 LinuxHost::LinuxHost(std::string program_directory, const PlatformSettings& settings,
                      SystemBus::Attach attach, std::function<void()> beep)
     : program_directory_(std::move(program_directory)),
-      windows_directory_(settings.windows_directory),
+      report_directory_(settings.report_directory),
       bus_(std::move(attach)),
       logind_(settings.action, bus_, ReportOwnLine),
       sleep_locks_(bus_, ReportOwnLine),
       beep_(std::move(beep)) {}
 
-bool LinuxHost::PrevInstance() {
+bool LinuxHost::IsSecondInstance() {
   if (lock_) return false;
   const std::string path = program_directory_ + "/orvane.lock";
   File file(open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, 0666));

@@ -28,9 +28,9 @@ class LinuxHost : public Host {
             SystemBus::Attach attach, std::function<void()> beep);
 
   std::string ProgramDirectory() const override { return program_directory_; }
-  std::string WindowsDirectory() const override { return windows_directory_; }
+  std::string ReportDirectory() const override { return report_directory_; }
   std::string CompanionPath() const override { return ExecutableDirectory() + "/exit.exe"; }
-  bool PrevInstance() override;
+  bool IsSecondInstance() override;
   RunOutcome RunHidden(const std::string& path, std::chrono::milliseconds limit) override;
   void TakeDown() override { logind_.TakeDown(); }
   void OnSleep(std::function<void(bool asleep)> handler) override {
@@ -42,7 +42,7 @@ class LinuxHost : public Host {
 
  private:
   const std::string program_directory_;
-  const std::string windows_directory_;
+  const std::string report_directory_;
   SystemBus bus_;
   Logind logind_;
   SleepLocks sleep_locks_;

@@ -21,7 +21,7 @@ std::string ValueOf(const ProfileFile& file, std::string_view section, std::stri
 
 PlatformSettings LoadPlatformSettings(const Disk& disk, const std::string& program_directory) {
   PlatformSettings settings;
-  settings.windows_directory = program_directory;
+  settings.report_directory = program_directory;
   const auto text = disk.Read(program_directory + "/platform.ini");
   if (!text) return settings;
   const ProfileFile file = ProfileFile::Parse(*text);
@@ -33,7 +33,7 @@ PlatformSettings LoadPlatformSettings(const Disk& disk, const std::string& progr
   if (auto directory = ValueOf(file, "Directories", "Windows"); !directory.empty()) {
     while (directory.size() > 1 && directory.back() == '/') directory.pop_back();
     const bool absolute = directory.front() == '/';
-    settings.windows_directory = absolute ? directory : program_directory + '/' + directory;
+    settings.report_directory = absolute ? directory : program_directory + '/' + directory;
   }
   return settings;
 }

@@ -20,7 +20,7 @@ struct PlatformSettings {
   std::string unknown_action;
   // [Directories] Windows, without a slash at the end: as it stands if absolute, else below the
   // program's directory; not given: the program's directory.
-  std::string windows_directory;
+  std::string report_directory;
 };
 
 PlatformSettings LoadPlatformSettings(const Disk& disk, const std::string& program_directory);

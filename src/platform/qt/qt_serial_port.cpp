@@ -67,7 +67,7 @@ QtSerialPort::~QtSerialPort() {
   Close();
 }
 
-bool QtSerialPort::Settings(std::string_view line) {
+bool QtSerialPort::Configure(std::string_view line) {
   const std::vector<std::string_view> fields = Split(line);
   if (fields.size() != 4) return false;
   Line parsed;
@@ -86,20 +86,14 @@ bool QtSerialPort::Settings(std::string_view line) {
   return true;
 }
 
-bool QtSerialPort::CommPort(int number) {
+bool QtSerialPort::Select(int number) {
   if (open_ || number < 1 || number > kLastPort) return false;
   number_ = number;
   return true;
 }
 
-bool QtSerialPort::PortOpen(bool open) {
-  if (open == open_) return true;
-  if (open) return Open();
-  Close();
-  return true;
-}
-
 bool QtSerialPort::Open() {
+  if (open_) return true;
   Close();
   const std::string device = device_of_(number_);
   if (device.empty()) return false;
@@ -131,7 +125,7 @@ void QtSerialPort::Close() {
   port_.close();
 }
 
-bool QtSerialPort::Output(std::string_view text) {
+bool QtSerialPort::Write(std::string_view text) {
   if (!open_ || port_.bytesToWrite() > kMostLeaving) return false;
   const auto size = static_cast<qint64>(text.size());
   // The text leaves here and now: the caller may not come back to the event loop for long.
@@ -140,19 +134,19 @@ bool QtSerialPort::Output(std::string_view text) {
   return taken && open_;
 }
 
-void QtSerialPort::Input(std::string& text) {
+void QtSerialPort::Read(std::string& text) {
   text += waiting_;
   waiting_.clear();
 }
 
-void QtSerialPort::ClearInBuffer() {
+void QtSerialPort::Discard() {
   waiting_.clear();
   if (open_ && !gathering_) port_.readAll();
 }
 
-void QtSerialPort::RThreshold(int bytes) {
-  threshold_ = bytes;
-  if (threshold_ > 0 && !waiting_.empty()) {
+void QtSerialPort::Notify(bool on) {
+  notify_ = on;
+  if (notify_ && !waiting_.empty()) {
     QMetaObject::invokeMethod(this, &QtSerialPort::Announce, Qt::QueuedConnection);
   }
 }
@@ -216,10 +210,7 @@ void QtSerialPort::Take() {
 }
 
 void QtSerialPort::Announce() {
-  if (threshold_ == 0 || waiting_.empty() || !OnComm) return;
-  event_ = kCommEventReceive;
-  OnComm();
-  event_ = kCommEventNone;
+  if (notify_ && !waiting_.empty() && OnReceive) OnReceive();
 }
 
 }  // namespace orvane

@@ -1,4 +1,4 @@
-// The serial control on a device of this machine.
+// A serial port of this machine.
 #pragma once
 
 #include <QSerialPort>
@@ -19,17 +19,17 @@ class QtSerialPort : public QObject, public SerialPort {
   QtSerialPort(std::function<std::string(int)> device_of, std::chrono::milliseconds gather);
   ~QtSerialPort() override;
 
-  bool Settings(std::string_view line) override;
-  int CommPort() const override { return number_; }
-  bool CommPort(int number) override;
-  bool PortOpen() const override { return open_; }
-  bool PortOpen(bool open) override;
-  bool Output(std::string_view text) override;
-  void Input(std::string& text) override;
-  std::size_t InBufferCount() const override { return waiting_.size(); }
-  void ClearInBuffer() override;
-  void RThreshold(int bytes) override;
-  int CommEvent() const override { return event_; }
+  void Notify(bool on) override;
+  bool Configure(std::string_view line) override;
+  int Number() const override { return number_; }
+  bool Select(int number) override;
+  bool IsOpen() const override { return open_; }
+  bool Open() override;
+  void Close() override;
+  bool Write(std::string_view text) override;
+  std::size_t Waiting() const override { return waiting_.size(); }
+  void Read(std::string& text) override;
+  void Discard() override;
 
  private:
   struct Line {
@@ -39,8 +39,6 @@ class QtSerialPort : public QObject, public SerialPort {
     QSerialPort::StopBits stop_bits = QSerialPort::OneStop;
   };
 
-  bool Open();
-  void Close();
   void Lost(QSerialPort::SerialPortError error);
   void Arrived();
   void Collect();
@@ -52,13 +50,12 @@ class QtSerialPort : public QObject, public SerialPort {
   const int gather_;
   Line line_;
   int number_ = 1;
-  int threshold_ = 0;
-  int event_ = kCommEventNone;
+  bool notify_ = false;
   QSerialPort port_;
   bool open_ = false;       // the device is there, as far as anybody knows
   bool gathering_ = false;  // the first byte is here, the others are being waited for
   QTimer gather_timer_;
-  std::string waiting_;  // received and not yet fetched by Input
+  std::string waiting_;  // received and not yet read
 };
 
 }  // namespace orvane

@@ -1,0 +1,154 @@
+#include "frame/main_form.h"
+
+#include <utility>
+
+#include "app/calendar.h"
+#include "app/captions.h"
+#include "app/gauges.h"
+#include "app/settings.h"
+#include "link/commands.h"
+
+namespace orvane {
+namespace {
+
+constexpr int kDialDelay = 5000;
+
+constexpr std::string_view kAlreadyRunning = "Orvane Have been run！";
+constexpr std::string_view kAlreadyRunningTitle = "Orvane：Info";
+constexpr std::string_view kTitle = "Orvane";
+
+}  // namespace
+
+MainForm::MainForm(State& state, Panel& panel, const Seams& seams)
+    : state_(state),
+      panel_(panel),
+      seams_(seams),
+      journals_(seams.disk, seams.clock, seams.host.ProgramDirectory()),
+      link_(state, panel, journals_, seams),
+      shutdown_(state, panel, journals_, seams),
+      countdown_(state, panel, shutdown_, seams),
+      alert_(state, panel, seams),
+      dialler_(state, panel, seams),
+      schedule_(state, journals_, shutdown_, seams) {
+  seams_.host.OnSleep([this](bool asleep) {
+    if (GoingDown()) return;
+    if (asleep) {
+      link_.Suspend();
+    } else {
+      link_.Resume();
+    }
+  });
+}
+
+bool MainForm::Load() {
+  if (loaded_) return true;
+  // The guard comes first: behind its box nothing may happen.
+  if (seams_.host.IsSecondInstance()) {
+    seams_.dialogs.Exclamation(kAlreadyRunning, kAlreadyRunningTitle);
+    return false;
+  }
+  loaded_ = true;
+  state_.Main = {};
+  panel_.Design();
+  DesignTimers();
+  AttachTimers();
+  link_.Attach();
+  seams_.ups_port.Notify(false);
+  CaptureNeedles(panel_, state_.Main);
+  if (!file_is_old_) LoadSettings(seams_.disk, SettingsPath(), state_);
+  state_.language = DeriveLanguage(state_);
+  SetCaptions(state_, panel_);
+  static_cast<void>(journals_.WriteLog(state_.Text(Message::kProgramStart)));
+  state_.ShutdownCommand = DeriveShutdownCommand(state_);
+  link_.OpenPort();
+  // A box of the port may have held the load until the end of the program.
+  return loaded_;
+}
+
+void MainForm::Activate() {
+  if (!loaded_ || GoingDown()) return;
+  seams_.ups_port.Notify(true);
+}
+
+// First whatever could act once more: while the end waits for a slow disk, a tick may fall due.
+void MainForm::Unload() {
+  if (!std::exchange(loaded_, false)) return;
+  dialler_.Stop();
+  seams_.timers.Stop();
+  seams_.alert_timer.Enabled(false);
+  seams_.ups_port.Notify(false);
+  seams_.ups_port.Close();
+  seams_.modem_port.Close();
+  static_cast<void>(journals_.WriteLog(state_.Text(Message::kProgramEnd)));
+}
+
+void MainForm::Reload() {
+  seams_.forms.Unload(Form::kMain);
+  seams_.forms.Show(Form::kMain);
+  // A box of the load lets the schedule run, and that may have taken the system down.
+  if (GoingDown()) seams_.forms.Hide(Form::kMain);
+}
+
+bool MainForm::SaveSettings() {
+  file_is_old_ = !orvane::SaveSettings(seams_.disk, SettingsPath(), state_);
+  return !file_is_old_;
+}
+
+void MainForm::ToggleBeeper() {
+  static_cast<void>(SendCommand(seams_.ups_port, kToggleBeeper));
+}
+
+void MainForm::TestFor10Seconds() {
+  static_cast<void>(SendCommand(seams_.ups_port, kSelfTest10Seconds));
+}
+
+void MainForm::TestToLow() {
+  static_cast<void>(SendCommand(seams_.ups_port, kSelfTestToLow));
+}
+
+void MainForm::CancelTest() {
+  static_cast<void>(SendCommand(seams_.ups_port, kCancelSelfTest));
+}
+
+void MainForm::AskForShutdown() {
+  if (seams_.dialogs.Ask(state_.Text(Message::kAskShutdown), kTitle)) {
+    shutdown_.ShutdownSequence(Message::kShutdownByMenu);
+  }
+}
+
+std::string MainForm::SettingsPath() const {
+  return seams_.host.ProgramDirectory() + "/Orvane.ini";
+}
+
+// The timers as the form was designed: poll, schedule and clock run from the start.
+void MainForm::DesignTimers() {
+  struct Row {
+    Timer& timer;
+    int interval;
+    bool enabled;
+  };
+  const Timers& timers = seams_.timers;
+  for (const Row& row :
+       {Row{timers.poll_timer, 2000, true}, Row{timers.countdown_timer, 1000, false},
+        Row{timers.schedule_timer, 5000, true}, Row{timers.dial_timer, kDialDelay, false},
+        Row{timers.clock_timer, 1000, true}}) {
+    row.timer.Enabled(false);
+    row.timer.Interval(row.interval);
+    row.timer.Enabled(row.enabled);
+  }
+}
+
+void MainForm::AttachTimers() {
+  seams_.timers.poll_timer.Tick = [this] { link_.OnPoll(); };
+  seams_.timers.countdown_timer.Tick = [this] { countdown_.OnCountdown(); };
+  seams_.timers.schedule_timer.Tick = [this] { schedule_.OnSchedule(); };
+  dialler_.Attach();
+  seams_.timers.clock_timer.Tick = [this] { ShowClock(); };
+}
+
+void MainForm::ShowClock() {
+  const LocalTime now = seams_.clock.Now();
+  panel_.clock.Caption(DateText(now) + ' ' + TimeText(now));
+}
+
+}  // namespace orvane

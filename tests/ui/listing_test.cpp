@@ -1,0 +1,104 @@
+// What every window holds, in both languages and in all its telling states, against the listings in
+// tests/ui/listings: a person looks at what has changed there. `tools/listings` writes them anew.
+#include <gtest/gtest.h>
+
+#include <QAccessible>
+#include <QAction>
+#include <QFile>
+#include <QMenu>
+#include <QMenuBar>
+#include <QMetaEnum>
+#include <memory>
+
+#include "app/messages.h"
+#include "shots/shots.h"
+#include "ui/parts.h"
+
+namespace orvane::test {
+namespace {
+
+QString OneLine(QString text) {
+  return text.replace('\n', "\\n").replace('\r', "\\r");
+}
+
+// Role, name, text, what a screen reader says where that is something else, tool tip, and place in
+// the window.
+QString LineOf(QWidget& part, const QWidget& window) {
+  QAccessibleInterface* spoken = QAccessible::queryAccessibleInterface(&part);
+  QString line = QMetaEnum::fromType<QAccessible::Role>().valueToKey(spoken->role());
+  line += ' ' + part.objectName();
+  const QString text = part.property("text").toString();
+  if (!text.isEmpty()) line += " [" + text + ']';
+  const QString name = spoken->text(QAccessible::Name);
+  if (!name.isEmpty() && name != text) line += " spoken [" + name + ']';
+  if (!part.toolTip().isEmpty()) line += " tip [" + part.toolTip() + ']';
+  if (!part.isEnabled()) line += " disabled";
+  const QPoint place = part.mapTo(&window, QPoint(0, 0));
+  line +=
+      QString(" %1,%2 %3x%4").arg(place.x()).arg(place.y()).arg(part.width()).arg(part.height());
+  return OneLine(line) + '\n';
+}
+
+QString MenusOf(const QWidget& window) {
+  QString lines;
+  for (const auto* bar : window.findChildren<QMenuBar*>()) {
+    for (const QAction* top : bar->actions()) {
+      lines += "menu " + top->menu()->objectName() + " [" + top->text() + "]\n";
+      for (const QAction* entry : top->menu()->actions()) {
+        lines += entry->isSeparator() ? QString("  -\n")
+                                      : "  " + entry->objectName() + " [" + entry->text() + "]\n";
+      }
+    }
+  }
+  return lines;
+}
+
+// Named parts only: the others belong to the toolkit.
+QString ListingOf(const QWidget& window) {
+  QString lines = "window " + window.objectName() + " [" + window.windowTitle() + "] ";
+  lines += QString("%1x%2\n").arg(window.width()).arg(window.height()) + MenusOf(window);
+  for (auto* part : window.findChildren<QWidget*>()) {
+    if (!part->isVisibleTo(&window) || part->objectName().isEmpty()) continue;
+    if (part->objectName().startsWith("qt_") || qobject_cast<QMenu*>(part)) continue;
+    lines += LineOf(*part, window);
+  }
+  return lines;
+}
+
+// The listing as it was last looked at; with ORVANE_RENEW set, it is written anew first.
+QString Reviewed(const std::string& name, const QString& now) {
+  QFile file(QString(ORVANE_LISTINGS "/%1.txt").arg(name.c_str()));
+  if (qEnvironmentVariableIsSet("ORVANE_RENEW") && file.open(QIODevice::WriteOnly)) {
+    file.write(now.toUtf8());
+    file.close();
+  }
+  return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
+}
+
+TEST(ListingTest, WindowsHoldWhatSomebodyHasLookedAt) {
+  for (const shots::Shot& shot : shots::Shots()) {
+    for (const Language language : {Language::kEnglish, Language::kChinese}) {
+      shots::Stage stage(language);
+      const std::unique_ptr<QWidget> window = shot.make(stage);
+      Present(*window);
+      const std::string name =
+          std::string(shot.name) + (language == Language::kEnglish ? "-en" : "-zh");
+      const QString now = ListingOf(*window);
+      EXPECT_EQ(now.toStdString(), Reviewed(name, now).toStdString()) << name;
+    }
+  }
+}
+
+TEST(ListingTest, MessagesSayWhatSomebodyHasRead) {
+  QString now;
+  for (std::size_t i = 0; i < kMessages; ++i) {
+    for (const Language language : {Language::kEnglish, Language::kChinese}) {
+      const std::string_view text = MessageText(static_cast<Message>(i), language);
+      now += OneLine(QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()))) + '\n';
+    }
+  }
+  EXPECT_EQ(now.toStdString(), Reviewed("messages", now).toStdString());
+}
+
+}  // namespace
+}  // namespace orvane::test
