@@ -12,7 +12,7 @@ struct Application {
   std::string title;               // of its window, UTF-8 as far as its owner kept to it
   std::vector<pid_t> processes;    // whose writing counts as its own; may be empty
   bool closed = false;             // it went after it had been asked
-  std::vector<std::string> files;  // written between the request and its end, full paths
+  std::vector<std::string> files;  // written since the request, full paths
 };
 
 }  // namespace orvane::companion

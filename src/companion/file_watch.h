@@ -1,12 +1,14 @@
-// Sees which files applications write, from outside: the files that they hold open, and what
-// changes in the folders of those.
+// Sees which files applications write, from outside: what they hold open, and what is new in the
+// folders of those files when all is over.
 #pragma once
+
+#include <sys/types.h>
 
 #include <chrono>
 #include <map>
-#include <optional>
 #include <set>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "companion/application.h"
@@ -19,55 +21,35 @@ class FileWatch {
 
   // Watches from now on. `applications` must outlive the object.
   explicit FileWatch(const std::vector<Application>& applications);
-  ~FileWatch();
-  FileWatch(const FileWatch&) = delete;
-  FileWatch& operator=(const FileWatch&) = delete;
 
-  // Takes in what has happened since the last look. Cheap enough to be called twenty times a
-  // second.
+  // Looks at the open files of the applications' processes. A look ends after some milliseconds;
+  // the next one goes on with the processes that it did not come to.
   void Look();
 
   // When application `index` was last seen to write; the start of the watch before that.
   Time LastWrite(std::size_t index) const { return writers_[index].last_write; }
 
-  // The files that application `index` wrote and that are still there, in the order of writing.
-  std::vector<std::string> Written(std::size_t index) const;
+  // The files that each application wrote and that are there now, the older ones first. Looks at
+  // the folders for `limit` at most.
+  std::vector<std::vector<std::string>> Written(std::chrono::milliseconds limit) const;
 
  private:
-  // How a file looked at a moment.
-  struct Stamp {
-    long long size = 0;
-    long long modified = 0;  // nanoseconds of the wall clock
-    bool operator==(const Stamp&) const = default;
-  };
+  // A file by whatever name: device and inode.
+  using Id = std::pair<dev_t, ino_t>;
   struct Writer {
     const Application* application;
-    std::map<std::string, Stamp> held;  // open for writing at some look, as they were last
-    std::vector<std::string> written;
+    std::map<Id, timespec> held;  // open for writing at some look: when it was changed
     Time last_write;
   };
-  struct Folder {
-    std::string path;
-    std::set<std::size_t> writers;  // those that hold a file there
-  };
 
-  // Nothing where no plain file stands.
-  static std::optional<Stamp> StampOf(const std::string& path);
-  void ScanHeldFiles(bool first);
-  void AddFolder(const std::string& path, std::size_t index);
-  void TakeEvents();
-  void TakeEvent(int watch, unsigned mask, unsigned cookie, const std::string& name);
-  void Attribute(const Folder& folder, const std::string& path);
-  void AddWritten(std::size_t index, const std::string& path);
-  std::set<std::size_t> Holders(const std::string& path);
+  void LookAt(std::size_t writer, pid_t process, bool first);
+  void TakeFile(std::size_t writer, const std::string& path, bool first);
 
-  int inotify_;
-  long long started_;  // nanoseconds of the wall clock
+  timespec started_;  // by the clock on the wall, as files are stamped
   std::vector<Writer> writers_;
-  std::map<int, Folder> folders_;
-  std::map<std::string, int> watches_;
-  // Files on their way to another name: the cookie of the move, and who wrote them.
-  std::map<unsigned, std::set<std::size_t>> moving_;
+  std::vector<std::pair<std::size_t, pid_t>> processes_;  // of which writer
+  std::size_t next_ = 0;                                  // where the next look begins
+  std::map<std::string, std::set<std::size_t>> folders_;  // the writers that have to do with each
 };
 
 }  // namespace orvane::companion

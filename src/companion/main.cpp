@@ -9,7 +9,9 @@
 #include <chrono>
 #include <string>
 #include <string_view>
+#include <vector>
 
+#include "app/settings.h"
 #include "companion/report.h"
 #include "companion/saver.h"
 #include "platform/linux/linux_disk.h"
@@ -18,25 +20,25 @@
 
 namespace {
 
-// How long applications are waited for, and the last moment of all, for a display or a disk that
-// hangs. Both lie within the 40 s that the program waits for its companion.
-constexpr std::chrono::seconds kPatience{31};
-constexpr std::chrono::seconds kGuard{34};
+// From the end of the patience to the last moment of all, for a display or a disk that hangs. Even
+// with the longest patience it lies within the 40 s that the program waits for its companion.
+constexpr std::chrono::seconds kGrace{3};
 
 extern "C" void GiveUp(int) {
-  constexpr std::string_view kLine = "exit.exe: the desktop or the disk hangs; no report\n";
+  constexpr std::string_view kLine =
+      "exit.exe: the desktop or the disk hangs; the report may be incomplete\n";
   pollfd room{STDERR_FILENO, POLLOUT, 0};
   if (poll(&room, 1, 0) == 1) (void)!write(STDERR_FILENO, kLine.data(), kLine.size());
   _exit(1);
 }
 
-void SetGuard() {
+void SetGuard(std::chrono::seconds limit) {
   struct sigaction action {};
   action.sa_handler = GiveUp;
   sigemptyset(&action.sa_mask);
   sigaction(SIGALRM, &action, nullptr);
   itimerval guard{};
-  guard.it_value.tv_sec = kGuard.count();
+  guard.it_value.tv_sec = limit.count();
   setitimer(ITIMER_REAL, &guard, nullptr);
 }
 
@@ -44,25 +46,35 @@ void SetGuard() {
 
 int main() {
   using namespace orvane;
-  const auto deadline = std::chrono::steady_clock::now() + kPatience;
-  SetGuard();
+  const auto begun = std::chrono::steady_clock::now();
+  SetGuard(companion::kMostPatience + kGrace);
   // The program may be ended while this one still works.
   signal(SIGHUP, SIG_IGN);
   signal(SIGPIPE, SIG_IGN);
 
   LinuxDisk disk;
   const std::string program = ProgramDirectoryFor(ExecutableDirectory());
+  State state;
+  LoadSettings(disk, program + "/Orvane.ini", state);
+  const std::chrono::seconds patience = companion::PatienceFor(state.Settings[kShutdownDelay]);
+  SetGuard(patience + kGrace);
   const std::string path = LoadPlatformSettings(disk, program).report_directory + "/SaverApp.INI";
 
+  const auto write = [&](const std::vector<companion::Application>& applications) {
+    return disk.Replace(path, companion::ReportText(applications));
+  };
+  // Whatever hangs later, a report of what is known by then stands.
+  static_cast<void>(write({}));
   const auto desktops = companion::OpenDesktops();
   if (desktops.empty()) ReportLine("exit.exe: no desktop here, and no applications to close");
-  const auto applications = companion::SaveAndClose(desktops, deadline);
+  const auto applications = companion::SaveAndClose(
+      desktops, begun + patience, [&](const auto& known) { static_cast<void>(write(known)); });
   const auto closed =
       std::count_if(applications.begin(), applications.end(),
                     [](const companion::Application& application) { return application.closed; });
   ReportLine("exit.exe: " + std::to_string(closed) + " of " + std::to_string(applications.size()) +
              " applications closed");
-  if (disk.Replace(path, companion::ReportText(applications))) return 0;
+  if (write(applications)) return 0;
   ReportLine("exit.exe: the report could not be written to " + path);
   return 1;
 }

@@ -18,7 +18,13 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
+constexpr std::chrono::seconds kLeastPatience{5};
+constexpr std::chrono::seconds kWayDown{15};        // of the system, once it has been asked for
+constexpr std::chrono::seconds kShortestDelay{30};  // of the UPS
+
 constexpr std::chrono::milliseconds kLook{50};
+constexpr std::chrono::milliseconds kFileLook{500};
+constexpr std::chrono::milliseconds kFoldersLimit{500};
 
 // An application whose window has gone may still be writing. It is done when its processes have
 // ended, or have not written for this long: some stay in the background for good.
@@ -32,32 +38,53 @@ struct Share {
   bool lost = false;  // the desktop no longer answers
 };
 
-// The applications of all desktops, one desktop behind the other, but for those of this program.
+void AddProcesses(const std::vector<Application>& applications, std::set<pid_t>& processes) {
+  for (const Application& application : applications) {
+    processes.insert(application.processes.begin(), application.processes.end());
+  }
+}
+
+// The applications of all desktops, one desktop behind the other.
 std::vector<Share> List(const std::vector<std::unique_ptr<Desktop>>& desktops,
-                        std::vector<Application>& applications) {
-  std::set<pid_t> spared = ProcessTree().Own(DirectoryOfExecutable(getpid()));
+                        std::set<pid_t> spared, std::vector<Application>& applications) {
   std::vector<Share> shares;
   for (const auto& desktop : desktops) {
     std::vector<Application> listed = desktop->List(spared);
     // What one desktop asks, the next one does not.
-    for (const Application& application : listed) {
-      spared.insert(application.processes.begin(), application.processes.end());
-    }
+    AddProcesses(listed, spared);
     shares.push_back({desktop.get(), applications.size(), std::vector<bool>(listed.size())});
     std::move(listed.begin(), listed.end(), std::back_inserter(applications));
   }
   return shares;
 }
 
-// Takes in which applications have gone, and when that was seen.
-void Look(Share& share, std::vector<Application>& applications,
+// Takes in which applications have gone, and when that was seen. False when nothing has changed.
+bool Look(Share& share, std::vector<Application>& applications,
           std::vector<Clock::time_point>& gone_at) {
   share.lost = share.lost || !share.desktop->Look(share.gone);
-  if (share.lost) return;
-  for (std::size_t i = 0; i < share.gone.size(); ++i) {
+  bool changed = false;
+  for (std::size_t i = 0; !share.lost && i < share.gone.size(); ++i) {
     Application& application = applications[share.first + i];
-    if (share.gone[i] && !application.closed) gone_at[share.first + i] = Clock::now();
+    if (application.closed == share.gone[i]) continue;
     application.closed = share.gone[i];
+    gone_at[share.first + i] = Clock::now();
+    changed = true;
+  }
+  return changed;
+}
+
+// Adds what stands open in the end and was not listed. What one desktop shows, the next one does
+// not.
+void AddOthers(const std::vector<Share>& shares, std::set<pid_t> spared,
+               std::vector<Application>& applications) {
+  for (const Share& share : shares) {
+    if (share.lost) continue;
+    const std::vector<Application> others = share.desktop->Others(spared);
+    for (std::size_t i = share.first; i < share.first + share.gone.size(); ++i) {
+      spared.insert(applications[i].processes.begin(), applications[i].processes.end());
+    }
+    AddProcesses(others, spared);
+    applications.insert(applications.end(), others.begin(), others.end());
   }
 }
 
@@ -72,6 +99,12 @@ bool IsDone(const Application& application, Clock::time_point gone_at,
 
 }  // namespace
 
+std::chrono::seconds PatienceFor(int shutdown_delay) {
+  const std::chrono::seconds delay =
+      shutdown_delay > 0 ? std::chrono::minutes(shutdown_delay) : kShortestDelay;
+  return std::clamp(delay - kWayDown, kLeastPatience, kMostPatience);
+}
+
 std::vector<std::unique_ptr<Desktop>> OpenDesktops() {
   std::vector<std::unique_ptr<Desktop>> desktops;
   if (auto x11 = X11Desktop::Open()) desktops.push_back(std::move(x11));
@@ -82,18 +115,27 @@ std::vector<std::unique_ptr<Desktop>> OpenDesktops() {
   return desktops;
 }
 
-std::vector<Application> SaveAndClose(const std::vector<std::unique_ptr<Desktop>>& desktops,
-                                      Clock::time_point deadline) {
+std::vector<Application> SaveAndClose(
+    const std::vector<std::unique_ptr<Desktop>>& desktops, Clock::time_point deadline,
+    const std::function<void(const std::vector<Application>&)>& on_change) {
+  const std::set<pid_t> own = ProcessTree().Own(DirectoryOfExecutable(getpid()));
   std::vector<Application> applications;
-  std::vector<Share> shares = List(desktops, applications);
+  std::vector<Share> shares = List(desktops, own, applications);
   FileWatch watch(applications);
   for (const auto& desktop : desktops) desktop->AskToClose();
+  on_change(applications);
 
   std::vector<Clock::time_point> gone_at(applications.size());
+  Clock::time_point next_look = Clock::now();
   for (bool waiting = true; waiting && Clock::now() < deadline;) {
     std::this_thread::sleep_for(kLook);
-    for (Share& share : shares) Look(share, applications, gone_at);
-    watch.Look();
+    bool changed = false;
+    for (Share& share : shares) changed = Look(share, applications, gone_at) || changed;
+    if (changed) on_change(applications);
+    if (Clock::now() >= next_look) {
+      watch.Look();
+      next_look = Clock::now() + kFileLook;
+    }
     waiting = false;
     for (const Share& share : shares) {
       for (std::size_t i = share.first; !share.lost && i < share.first + share.gone.size(); ++i) {
@@ -101,8 +143,9 @@ std::vector<Application> SaveAndClose(const std::vector<std::unique_ptr<Desktop>
       }
     }
   }
-  watch.Look();
-  for (std::size_t i = 0; i < applications.size(); ++i) applications[i].files = watch.Written(i);
+  const auto written = watch.Written(kFoldersLimit);
+  for (std::size_t i = 0; i < written.size(); ++i) applications[i].files = written[i];
+  AddOthers(shares, own, applications);
   return applications;
 }
 

@@ -231,8 +231,8 @@ std::unique_ptr<X11Desktop> X11Desktop::Open() {
   return std::unique_ptr<X11Desktop>(new X11Desktop(std::move(display)));
 }
 
-// A window that knows no request to close is left alone: all that could be done to it is to kill
-// its owner.
+// A window that knows no request to close is not asked: all that could be done to it is to kill its
+// owner.
 std::vector<Application> X11Desktop::List(const std::set<pid_t>& spared) {
   std::vector<Application> applications;
   std::set<pid_t> owners;
@@ -291,6 +291,24 @@ bool X11Desktop::Look(std::vector<bool>& gone) {
         !managed.empty() || !display_->IsAlive(window.id);
   }
   return !xcb_connection_has_error(display_->connection);
+}
+
+std::vector<Application> X11Desktop::Others(const std::set<pid_t>& spared) {
+  std::vector<Application> others;
+  for (int screen = 0; screen < display_->ewmh.nb_screens; ++screen) {
+    for (const xcb_window_t id : display_->Clients(screen)) {
+      const bool listed = std::any_of(display_->windows.begin(), display_->windows.end(),
+                                      [&](const Window& window) { return window.id == id; });
+      if (listed) continue;
+      const Facts facts = display_->Read(id);
+      if (facts.part_of_desktop || facts.transient || spared.contains(facts.process)) continue;
+      Application application;
+      application.title = facts.title;
+      if (facts.process > 0) application.processes.push_back(facts.process);
+      others.push_back(std::move(application));
+    }
+  }
+  return others;
 }
 
 }  // namespace orvane::companion

@@ -18,6 +18,7 @@ class X11Desktop : public Desktop {
   std::vector<Application> List(const std::set<pid_t>& spared) override;
   void AskToClose() override;
   bool Look(std::vector<bool>& gone) override;
+  std::vector<Application> Others(const std::set<pid_t>& spared) override;
 
  private:
   struct Display;

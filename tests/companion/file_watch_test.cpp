@@ -13,6 +13,7 @@ namespace {
 
 namespace fs = std::filesystem;
 using Files = std::vector<std::string>;
+using All = std::vector<Files>;
 
 // This process plays an application that works in a folder; another one, which does nothing, stands
 // in folders of the test's choice.
@@ -24,6 +25,22 @@ struct FileWatchTest : testing::Test {
 
   std::string Path(const char* name) const { return folder.Path(name); }
 
+  // What is written from now on is younger than what was, by the clock that files are stamped with.
+  static void PassATick() {
+    const auto now = [] {
+      timespec time{};
+      clock_gettime(CLOCK_REALTIME_COARSE, &time);
+      return std::pair(time.tv_sec, time.tv_nsec);
+    };
+    const auto before = now();
+    while (now() == before) {
+    }
+  }
+
+  static All Written(const FileWatch& watch) {
+    return watch.Written(std::chrono::seconds(30));
+  }
+
   const test::TempFolder folder;
   std::vector<Application> one{{"writer", {getpid()}, false, {}}};
 };
@@ -32,39 +49,49 @@ TEST_F(FileWatchTest, SeesWhatIsWrittenInTheFolderOfAHeldFile) {
   folder.Write("held", "text");
   folder.Write("unchanged", "text");
   std::ofstream held(Path("held"), std::ios::app);
-  FileWatch watch(one);
-  watch.Look();
-  EXPECT_EQ(watch.Written(0), Files{});
+  const FileWatch watch(one);
+  EXPECT_EQ(Written(watch), All{{}});
 
+  PassATick();
   held << "more" << std::flush;
-  watch.Look();
-  EXPECT_EQ(watch.Written(0), Files{Path("held")});
-
+  PassATick();
   folder.Write("new", "text");
+  PassATick();
   folder.Write("aside", "text");
   fs::rename(Path("aside"), Path("in place"));
   folder.Write("scratch", "text");
   fs::remove(Path("scratch"));
   fs::create_directory(Path("folder"));
-  watch.Look();
-  EXPECT_EQ(watch.Written(0), (Files{Path("held"), Path("new"), Path("in place")}));
+  EXPECT_EQ(Written(watch), (All{Files{Path("held"), Path("new"), Path("in place")}}));
+  EXPECT_EQ(watch.Written(std::chrono::seconds(0)), All{{}}) << "beyond the limit";
 }
 
 TEST_F(FileWatchTest, ReadingAndOpeningAreNoWritingButShowTheFolder) {
-  for (const char* name : {"read", "opened"}) {
-    folder.Write(name, "text");
-    fs::last_write_time(Path(name), fs::file_time_type::clock::now() - std::chrono::hours(1));
-  }
+  folder.Write("read", "text");
+  folder.Write("opened", "text");
   FileWatch watch(one);
   std::ifstream reader(Path("read"));
   reader.get();
   std::ofstream opened(Path("opened"), std::ios::app);
   watch.Look();
-  EXPECT_EQ(watch.Written(0), Files{});
+  EXPECT_EQ(Written(watch), All{{}});
+  PassATick();
   opened << "more" << std::flush;
+  PassATick();
   folder.Write("beside", "text");
+  EXPECT_EQ(Written(watch), (All{Files{Path("opened"), Path("beside")}}));
+}
+
+TEST_F(FileWatchTest, TellsWhenItWasWrittenLast) {
+  std::ofstream held(Path("held"));
+  FileWatch watch(one);
+  const auto start = watch.LastWrite(0);
   watch.Look();
-  EXPECT_EQ(watch.Written(0), (Files{Path("opened"), Path("beside")}));
+  EXPECT_EQ(watch.LastWrite(0), start);
+  PassATick();
+  held << "more" << std::flush;
+  watch.Look();
+  EXPECT_GT(watch.LastWrite(0), start);
 }
 
 // A folder in which two applications stand does not tell which of them wrote.
@@ -77,15 +104,15 @@ TEST_F(FileWatchTest, SharedFolderCountsForTheOneThatHoldsTheFile) {
   const std::vector<Application> two = {{"idle", {other}, false, {}},
                                         {"writer", {getpid()}, false, {}}};
   FileWatch watch(two);
-  std::ofstream held(Path("held"));
+  PassATick();
+  std::ofstream held(Path("aside"));
   held << "text" << std::flush;
   folder.Write("somebody's", "text");
   watch.Look();
   held << "more" << std::flush;
   held.close();
-  watch.Look();
-  EXPECT_EQ(watch.Written(0), Files{});
-  EXPECT_EQ(watch.Written(1), Files{Path("held")});
+  fs::rename(Path("aside"), Path("in place"));
+  EXPECT_EQ(Written(watch), (All{Files{}, Files{Path("in place")}}));
   const ProcessTree tree;
   EXPECT_EQ(tree.Family(getpid(), {}), (std::vector{getpid(), other}));
   EXPECT_EQ(tree.Family(getpid(), {other}), std::vector{getpid()});

@@ -27,13 +27,13 @@ class PrivateBus:
         self.daemon = Process(["dbus-daemon", "--session", "--nofork", "--nopidfile",
                                f"--address={self.address}", "--print-address=1"])
         wait_until(lambda: self.daemon.lines, "the bus is there")
-        self.mock = None
+        self.mocks = []
 
     def _stand_in(self, kind, name, path, interface):
         env = dict(os.environ, DBUS_SYSTEM_BUS_ADDRESS=self.address,
                    DBUS_SESSION_BUS_ADDRESS=self.address)
-        self.mock = Process([PYTHON, "-m", "dbusmock", kind, "--logfile", self.log, name, path,
-                             interface], env=env)
+        self.mocks.append(Process([PYTHON, "-m", "dbusmock", kind, "--logfile", self.log, name,
+                                   path, interface], env=env))
         connection = dbus.bus.BusConnection(self.address)
         wait_until(lambda: connection.name_has_owner(name), f"{name} is on the bus")
         self.manager = manager = connection.get_object(name, path)
@@ -109,6 +109,17 @@ for name in units.keys() - stopped:
             "ret = '/org/freedesktop/systemd1/job/1'")
         return self
 
+    def kwin(self, may_answer, closed):
+        """Whether it has `closed` all windows is answered when the file `may_answer` is there; an
+        error, when it is None."""
+        add = self._stand_in("--session", "org.kde.KWin", "/Session", "org.kde.KWin.Session")
+        add("closeWaylandWindows", "", "b", f"""import os, time
+while not os.path.exists({str(may_answer)!r}):
+    time.sleep(0.01)
+""" + ('raise dbus.exceptions.DBusException("no", name="org.kde.Error")' if closed is None
+       else f"ret = {closed}"))
+        return self
+
     def calls(self):
         """Method and arguments of each call, without those of the test's own setting up and those
         for locks."""
@@ -126,8 +137,8 @@ for name in units.keys() - stopped:
 
     def close(self):
         self.go_on()
-        if self.mock:
-            self.mock.close()
+        for mock in self.mocks:
+            mock.close()
         self.daemon.close()
 
 

@@ -21,14 +21,17 @@ class CompanionTest(OrvaneTest):
         (self.folder / "report").mkdir()
         (self.folder / "platform.ini").write_text("[Directories]\nWindows=report\n")
 
+    # The UPS switches off after the shortest delay.
+    SETTINGS = '1,10,0,2,0,2,30,0,0,0,"",0'
+
     def start_companion(self, **environment):
         return self.start_process(self.folder / "exit.exe", cwd="/",
                                   env=self.environment(**environment))
 
     def run_companion(self, **environment):
-        """Runs it to its end; what it told on standard error."""
+        """Runs it to its end, which comes in time for the UPS; what it told on standard error."""
         companion = self.start_companion(**environment)
-        self.assertEqual(companion.wait(patience=40), 0, companion.errors)
+        self.assertEqual(companion.wait(patience=25), 0, companion.errors)
         return companion.errors
 
     def report(self):
@@ -72,26 +75,31 @@ class DisplayTest(CompanionTest):
         self.display.ask("xprop", "-id", self.display.wait_for_window("Panel"),
                          "-f", "_NET_WM_WINDOW_TYPE", "32a",
                          "-set", "_NET_WM_WINDOW_TYPE", "_NET_WM_WINDOW_TYPE_DOCK")
+        mute, _ = self.open_window("Clock")
+        self.display.ask("xprop", "-id", self.display.wait_for_window("Clock"),
+                         "-remove", "WM_PROTOCOLS")
         shutil.copy2(BUILD / "orvane-test-window", self.folder / "orvane-test-window")
         own, _ = self.open_window("Weekly setting", program=self.folder / "orvane-test-window")
 
         told = self.run_companion(**self.display.env)
 
-        self.assertEqual(told, ["exit.exe: 2 of 3 applications closed"])
+        self.assertEqual(told, ["exit.exe: 2 of 4 applications closed"])
         self.assertEqual((letter.wait(), slow.wait()), (0, 0))
-        self.assertEqual([window.lines for window in (refuser, dock, own)], [["asked"], [], []])
+        self.assertEqual([window.lines for window in (refuser, mute, dock, own)],
+                         [["asked"], [], [], []])
         self.assertEqual(sorted(self.display.windows().values()),
-                         ["Draft*", "Panel", "Weekly setting"])
+                         ["Clock", "Draft*", "Panel", "Weekly setting"])
         self.assertEqual(self.report(), [
             "[Main]", "ShowMsg=1", "AppNumber=2", "App0=Application0", "App1=Application1",
-            "OpenNumber=1", "Open0=Application2",
+            "OpenNumber=2", "Open0=Application2", "Open1=Application3",
             "[Application0]", "Title=Letter", "FileNumber=1", f"File0={letter_folder}/letter.odt",
             "[Application1]", f"Title={FITTED_TITLE}", "FileNumber=1",
             f"File0={slow_folder}/图纸.dxf",
-            "[Application2]", "Title=Draft*", "FileNumber=0"])
+            "[Application2]", "Title=Draft*", "FileNumber=0",
+            "[Application3]", "Title=Clock", "FileNumber=0"])
 
         # With the last window of a display nothing is left to wait for.
-        for window in (refuser, dock, own):
+        for window in (refuser, mute, dock, own):
             window.close()
         wait_until(lambda: not self.display.windows(), "an empty display")
         self.open_window("Last")
@@ -107,11 +115,23 @@ class DisplayTest(CompanionTest):
         self.assertIn("AppNumber=0", self.report())
 
 
+    def test_a_display_that_hangs_leaves_a_report(self):
+        letter, _ = self.open_window("Letter")
+        self.open_window("Draft*", "--seconds=-1")
+        companion = self.start_companion(**self.display.env)
+        letter.wait()
+        wait_until(lambda: "AppNumber=1" in self.report(), "the first one is reported")
+        self.display.server.send_signal(signal.SIGSTOP)
+        self.addCleanup(self.display.server.send_signal, signal.SIGCONT)
+        self.assertEqual(companion.wait(patience=25), 1)
+        self.assertIn("hangs", companion.errors[-1])
+        self.assertIn("Title=Draft*", self.report())
+
+
 class UnitTest(CompanionTest):
 
-    def test_units_of_applications_are_stopped(self):
-        slices = {"app-editor-1.scope": "app.slice", "app-daemon-3.service": "background.slice",
-                  "pipewire.service": "app.slice"}
+    def start_units(self, slices):
+        """A session with processes in units, and how they stand in it."""
         sleepers = {name: subprocess.Popen(["sleep", "600"]) for name in slices}
         for process in sleepers.values():
             self.addCleanup(process.wait)
@@ -121,13 +141,47 @@ class UnitTest(CompanionTest):
         units["app-own-2.scope"] = (os.getpid(), "/user.slice/app.slice")
         bus = PrivateBus(self.folder).user_manager(units)
         self.addCleanup(bus.close)
+        return bus, sleepers
 
+    @staticmethod
+    def stopped(bus):
+        return [call for call in bus.calls() if call.startswith("StopUnit")]
+
+    def test_units_of_applications_are_stopped(self):
+        """What the message bus started is not asked, but told of where it is an application."""
+        entries = self.folder / "data" / "applications"
+        entries.mkdir(parents=True)
+        for name, line in (("org.example.Writer", ""), ("org.example.Helper", "NoDisplay=true\n")):
+            (entries / f"{name}.desktop").write_text(f"[Desktop Entry]\nName=x\n{line}")
+        bus, sleepers = self.start_units({
+            "app-editor-1.scope": "app.slice", "app-daemon-3.service": "background.slice",
+            "pipewire.service": "app.slice", "dbus-:1.2-org.example.Writer@0.service": "app.slice",
+            "dbus-:1.2-org.example.Helper@0.service": "app.slice",
+            "dbus-:1.2-org.example.None@0.service": "app.slice"})
         told = self.run_companion(DBUS_SESSION_BUS_ADDRESS=bus.address)
+        self.assertEqual(told, ["exit.exe: 1 of 2 applications closed"])
+        self.assertEqual(sleepers.pop("app-editor-1.scope").wait(), -signal.SIGTERM)
+        for name, process in sleepers.items():
+            self.assertIsNone(process.poll(), name)
+        self.assertEqual(self.stopped(bus), ['StopUnit "app-editor-1.scope" "replace"'])
+        self.assertEqual([line for line in self.report() if line.startswith("Title=")],
+                         ["Title=About app-editor-1.scope",
+                          "Title=About dbus-:1.2-org.example.Writer@0.service"])
 
-        self.assertEqual(told, ["exit.exe: 1 of 1 applications closed"])
-        self.assertEqual(sleepers["app-editor-1.scope"].wait(), -signal.SIGTERM)
-        for name in ("app-daemon-3.service", "pipewire.service"):
-            self.assertIsNone(sleepers[name].poll(), name)
-        self.assertEqual([call for call in bus.calls() if call.startswith("StopUnit")],
-                         ['StopUnit "app-editor-1.scope" "replace"'])
-        self.assertIn("Title=About app-editor-1.scope", self.report())
+    def test_kwin_closes_the_windows_before_units_are_stopped(self):
+        for closed in (True, None, False):
+            with self.subTest(closed):
+                bus, _ = self.start_units({"app-editor-1.scope": "app.slice"})
+                bus.kwin(self.folder / "answer", closed)
+                companion = self.start_companion(DBUS_SESSION_BUS_ADDRESS=bus.address)
+                wait_until(lambda: "closeWaylandWindows" in bus.calls(), "KWin is asked")
+                asked = len(bus.calls())
+                wait_until(lambda: len(bus.calls()) > asked + 5, "the units are looked at")
+                self.assertEqual(self.stopped(bus), [])
+                (self.folder / "answer").touch()
+                self.assertEqual(companion.wait(patience=25), 0)
+                self.assertEqual(len(self.stopped(bus)), 0 if closed is False else 1)
+                self.assertIn("OpenNumber=1" if closed is False else "OpenNumber=0", self.report())
+                (self.folder / "answer").unlink()
+                bus.close()
+                bus.log.unlink()
