@@ -37,9 +37,7 @@ struct FileWatchTest : testing::Test {
     }
   }
 
-  static All Written(const FileWatch& watch) {
-    return watch.Written(std::chrono::seconds(30));
-  }
+  static All Written(const FileWatch& watch) { return watch.Written(std::chrono::seconds(30)); }
 
   const test::TempFolder folder;
   std::vector<Application> one{{"writer", {getpid()}, false, {}}};
