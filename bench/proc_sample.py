@@ -1,4 +1,4 @@
-"""What a process holds and has cost, by what /proc tells."""
+"""What a process holds and has cost, from /proc."""
 
 import os
 from pathlib import Path

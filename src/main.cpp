@@ -81,7 +81,7 @@ void OccupyStandardDescriptors() {
   if (descriptor >= 0) close(descriptor);
 }
 
-// Tells how the window of each form is made; each is made when it is asked for.
+// Registers how the window of each form is made; each is made when it is first shown.
 void MakeForms(Outside& outside, State& state, Panel& panel, MainForm& main_form) {
   Windows& windows = outside.windows;
   windows.Make(Form::kSplash, [&] { return new SplashWindow(windows); });

@@ -12,8 +12,8 @@ namespace orvane {
 // themselves keep the language in which they were last set, but the link is set to "No Conn".
 void SetCaptions(const State& state, Panel& panel);
 
-// What the port line tells of a UPS port that is open, in the language of this moment. `port` as it
-// is shown, 1 to 4.
+// The text of the port line for a UPS port that is open, in the language of this moment. `port` as
+// it is shown, 1 to 4.
 std::string PortLine(const State& state, int port);
 
 }  // namespace orvane

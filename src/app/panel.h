@@ -120,7 +120,7 @@ inline constexpr Gauge kGauges[] = {Gauge::kInput,   Gauge::kOutput,    Gauge::k
 template <class T>
 using PerGauge = EnumArray<Gauge, T, std::size(kGauges)>;
 
-// What the UPS tells about itself.
+// The UPS's own data.
 enum class UpsDatum {
   kBatteryCount,
   kModel,

@@ -19,7 +19,7 @@ struct Desktop {
   virtual void AskToClose() = 0;
 
   // Looks which of the listed ones have gone: one value for each, in the order of List. False when
-  // that can no longer be told.
+  // that can no longer be found out.
   virtual bool Look(std::vector<bool>& gone) = 0;
 
   // What stands open besides the listed ones, but for those of the processes in `spared`: what

@@ -1,4 +1,4 @@
-// The processes of this machine, as far as /proc tells.
+// The processes of this machine, from /proc.
 #pragma once
 
 #include <sys/types.h>

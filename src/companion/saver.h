@@ -1,4 +1,4 @@
-// The companion's work: has applications save and close, and tells which of them did.
+// The companion's work: has applications save and close, and reports which of them did.
 #pragma once
 
 #include <chrono>
@@ -23,8 +23,8 @@ std::chrono::seconds PatienceFor(int shutdown_delay);
 std::vector<std::unique_ptr<Desktop>> OpenDesktops();
 
 // Asks every application on `desktops` to close, but for those of this program, and waits until
-// they have gone and written what they had to write, at most until `deadline`. The result tells of
-// them, and of what else stands open in the end. `on_change` runs with what is known whenever an
+// they have gone and written what they had to write, at most until `deadline`. The result lists
+// them, and what else stands open in the end. `on_change` runs with what is known whenever an
 // application has gone.
 std::vector<Application> SaveAndClose(
     const std::vector<std::unique_ptr<Desktop>>& desktops,

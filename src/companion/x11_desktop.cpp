@@ -28,7 +28,7 @@ struct Window {
   int application = -1;
 };
 
-// What a window tells about itself.
+// Properties of a window.
 struct Facts {
   std::string title;
   pid_t process = 0;  // 0: unknown, or of another machine

@@ -1,4 +1,4 @@
-// The application windows of an X11 display, by what its window manager tells about them (EWMH).
+// The application windows of an X11 display, as its window manager lists them (EWMH).
 #pragma once
 
 #include <memory>

@@ -1,5 +1,4 @@
-// The emergency call: a fault that lasts is told to a telephone by a modem on a line of its own,
-// by nothing but ringing.
+// The emergency call: when a fault lasts, a modem on a line of its own lets a telephone ring.
 #pragma once
 
 #include <chrono>
@@ -31,7 +30,7 @@ class Dialler {
   void OnDialDelay();
 
   // Begins a run: up to four attempts to ring `PhoneCode` by the modem on the port of slot 8. What
-  // comes of it is told on the status line. Returns at once; without a number, or without a port
+  // comes of it is shown on the status line. Returns at once; without a number, or without a port
   // that opens, the run is over by then. Not to be called while a run goes on.
   void Dial();
 

@@ -20,7 +20,7 @@ class MainForm {
 
   // Brings the form up to the moment before it is shown: settings, captions, port. A form that is
   // loaded stays as it is. False when another instance runs on the same program directory; the user
-  // has been told, and the program has to end at once.
+  // has seen a message box, and the program has to end at once.
   bool Load();
 
   // Between Load and Unload, also while a box holds the load.

@@ -50,7 +50,8 @@ class SettingsForm {
 
   // Takes the controls over, writes the file, and brings the running program into line: a changed
   // UPS port reloads the main form, otherwise its port line and captions are written anew. A file
-  // that cannot be written is told in a box at the end; the values then hold for this run.
+  // that cannot be written is reported in a message box at the end; the values then hold for this
+  // run.
   void Save();
 
   // Unloads the form; nothing else changes.

@@ -29,7 +29,7 @@ constexpr StateColumn kColumns[] = {
     {&Panel::ups, Message::kFail, Message::kNormal, Fault::kUps},
 };
 
-// How a fault that appears is told.
+// How a fault that appears is logged and recorded.
 struct FaultRecord {
   Message log_line;
   RecordCode code;

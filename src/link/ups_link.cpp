@@ -90,7 +90,7 @@ void UpsLink::OnPoll() {
   MainFormState& form = state_.Main;
   ++form.PollsSent;
   Forget(form.RxText);
-  // A lost port is asked for again with every poll; until it is back the watchdog tells the user.
+  // A lost port is asked for again with every poll; until it is back the watchdog shows the loss.
   SerialPort& port = seams_.ups_port;
   if (port.IsOpen() || port.Open()) static_cast<void>(SendCommand(port, kStatusQuery));
   if (form.PollsSent - form.PollsAnswered > kUnansweredPolls) LinkLoss();

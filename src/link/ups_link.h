@@ -19,7 +19,7 @@ class UpsLink {
   void Attach();
 
   // Port steps of the load: the port of slot 0, or with slot 0 at 0 the first of ports 1 to 4 that
-  // opens. Tells the outcome on the port line; a failure stops the poll and shows a box, during
+  // opens. Shows the outcome on the port line; a failure stops the poll and shows a box, during
   // which other events are served.
   void OpenPort();
 

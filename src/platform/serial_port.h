@@ -27,8 +27,8 @@ struct SerialPort {
   virtual int Number() const = 0;
   virtual bool Select(int number) = 0;
 
-  // Opening tells whether the port could be had; opening an open port succeeds and does nothing. A
-  // device that vanishes closes its port by itself.
+  // Opening returns whether the port could be had; opening an open port succeeds and does nothing.
+  // A device that vanishes closes its port by itself.
   virtual bool IsOpen() const = 0;
   virtual bool Open() = 0;
   virtual void Close() = 0;

@@ -1,4 +1,4 @@
-// What several rooms ask of a text.
+// Small questions about texts.
 #pragma once
 
 #include <string_view>

@@ -1,4 +1,4 @@
-// The logic of the alert, the small window that tells the seconds left.
+// The logic of the alert, the small window that shows the seconds left.
 #pragma once
 
 #include "app/panel.h"

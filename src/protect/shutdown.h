@@ -1,4 +1,4 @@
-// The one road down.
+// The way down: from the decision to the request to the operating system.
 #pragma once
 
 #include <optional>

@@ -10,7 +10,7 @@
 
 namespace orvane {
 
-// What a daily record tells of; its number stands in the file.
+// The event of a daily record; its number stands in the file.
 enum class RecordCode { kScheduleDown = 0, kMainsFailed = 1, kBatteryLowOrUpsFault = 2 };
 
 // When a line or record is on the medium: when the writer returns, or with Settle.

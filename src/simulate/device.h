@@ -22,7 +22,7 @@ enum class Trace {
 struct Device {
   virtual ~Device() = default;
 
-  // Told of everything worth a line in the record of a trial. May be left empty.
+  // Gets everything worth a line in the log of a trial. May be left empty.
   std::function<void(Trace kind, std::string_view text)> OnTrace;
 
   // Lets time pass up to `now`. A moment in the past changes nothing.

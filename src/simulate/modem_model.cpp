@@ -45,7 +45,7 @@ void ModemModel::Advance(Moment now) {
   now_ = std::max(now_, now);
   for (; !speeches_.empty() && speeches_.front().due <= now_; speeches_.pop_front()) {
     const Speech& speech = speeches_.front();
-    if (!speech.word.empty()) Tell(Trace::kReply, speech.word);
+    if (!speech.word.empty()) Report(Trace::kReply, speech.word);
     said_ +=
         std::string_view(speech.bytes).substr(0, kMostSaid - std::min(kMostSaid, said_.size()));
   }
@@ -72,7 +72,7 @@ std::optional<Moment> ModemModel::Next() const {
 void ModemModel::Obey(std::string_view command) {
   if (command.starts_with('\n')) command.remove_prefix(1);
   if (command.empty()) return;
-  Tell(Trace::kCommand, command);
+  Report(Trace::kCommand, command);
   // A command cuts short whatever the modem was about.
   speeches_.clear();
   const std::string upper = UpperCase(command);
@@ -96,7 +96,7 @@ void ModemModel::Dial(std::string_view number) {
   // Without the semicolon the modem waits for another modem to answer, and there is none.
   const bool stays_in_command_mode = number.ends_with(';');
   if (stays_in_command_mode) number.remove_suffix(1);
-  Tell(Trace::kEvent, "dials " + std::string(number));
+  Report(Trace::kEvent, "dials " + std::string(number));
   dialled_ = now_;
   const DialAnswer answer = stays_in_command_mode ? manners.answer : DialAnswer::kNoCarrier;
   for (const AnswerRow& row : kAnswers) {
@@ -113,7 +113,7 @@ void ModemModel::HangUp() {
   std::snprintf(text.data(), text.size(), "hangs up after %.1f s",
                 static_cast<double>((now_ - *dialled_).count()) / 1000);
   dialled_.reset();
-  Tell(Trace::kEvent, text.data());
+  Report(Trace::kEvent, text.data());
 }
 
 void ModemModel::Answer(std::string_view word, Moment due) {
@@ -137,7 +137,7 @@ void ModemModel::Speak(std::string_view bytes, std::string_view word, Moment due
   }
 }
 
-void ModemModel::Tell(Trace kind, std::string_view text) const {
+void ModemModel::Report(Trace kind, std::string_view text) const {
   if (OnTrace) OnTrace(kind, text);
 }
 

@@ -1,5 +1,5 @@
 // A simulated modem with the AT command set, as much of it as a call by voice needs: it dials
-// ("ATDT", number, ";"), hangs up ("ATH"), and answers a dial as it is told.
+// ("ATDT", number, ";"), hangs up ("ATH"), and answers a dial as it is ordered to.
 #pragma once
 
 #include <deque>
@@ -57,7 +57,7 @@ class ModemModel : public Device {
   void HangUp();
   void Answer(std::string_view word, Moment due);
   void Speak(std::string_view bytes, std::string_view word, Moment due);
-  void Tell(Trace kind, std::string_view text) const;
+  void Report(Trace kind, std::string_view text) const;
 
   Moment now_{0};
   LineReader reader_{'\r'};

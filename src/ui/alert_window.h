@@ -1,4 +1,4 @@
-// The alert: a small yellow window that tells the seconds left.
+// The alert: a small yellow window that shows the seconds left.
 #pragma once
 
 #include <QWidget>

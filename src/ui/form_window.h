@@ -21,7 +21,7 @@ class FormWindow : public QWidget {
   // To be called once.
   QVBoxLayout* AddColumn();
 
-  // Both belong to the window; to be told once.
+  // Both belong to the window; to be given once.
   void Buttons(QAbstractButton* accept, QAbstractButton* leave);
 
   void keyPressEvent(QKeyEvent* event) override;

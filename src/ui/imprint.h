@@ -1,4 +1,4 @@
-// What the splash and the about box both tell.
+// Texts that the splash and the about box share.
 #pragma once
 
 #include "ui/words.h"

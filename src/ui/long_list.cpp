@@ -160,7 +160,7 @@ void LongList::keyPressEvent(QKeyEvent* event) {
   }
 }
 
-// A line that is too long for its row is told whole.
+// A line that is too long for its row is shown whole in a tool tip.
 bool LongList::viewportEvent(QEvent* event) {
   if (event->type() != QEvent::ToolTip) return QListView::viewportEvent(event);
   const auto* help = static_cast<QHelpEvent*>(event);

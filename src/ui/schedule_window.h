@@ -22,7 +22,7 @@ struct ScheduleColumn {
   std::string ScheduleEditor::Row::*box;
 };
 
-// What tells one editor from another.
+// How one editor differs from another.
 struct ScheduleLook {
   const char* name;
   Form form;

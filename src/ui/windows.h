@@ -43,7 +43,7 @@ class Windows : public QObject, public Forms {
   // Loads the main form without showing it. False when the program has to end instead.
   bool LoadMain();
 
-  // What the unload of the main form does, by whatever road the program is made to end, also in the
+  // What the unload of the main form does, however the program is made to end, also in the
   // middle of its load: what Dismiss closes is closed, the main form is unloaded and all windows
   // go. Nothing is shown any more after this.
   void End();
@@ -67,7 +67,8 @@ class Windows : public QObject, public Forms {
   void DoEvents() override;
 
  protected:
-  // A closing by the user is an unload; an activation of the main window is told to the main form.
+  // A closing by the user is an unload; an activation of the main window is passed on to the main
+  // form.
   bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:

@@ -63,8 +63,8 @@ class FileTest(UpsTest):
         self.wait_for_link()
         return orvane
 
-    def expect_road_without_journals(self, start):
-        """Whatever cannot be written, a mains failure takes its road to the end."""
+    def expect_way_down_without_journals(self, start):
+        """Whatever cannot be written, a mains failure leads to the end."""
         def files():
             return {path.name: path.read_bytes() for path in self.folder.iterdir()
                     if path.name in ("System.log", "DateRec.rec", "Orvane.ini")}
@@ -87,7 +87,7 @@ class FileTest(UpsTest):
         (self.folder / "System.log").write_bytes(log)
         (self.folder / "DateRec.rec").write_bytes(record)
         # No file may grow beyond a few bytes more than the log has: half a line would fit.
-        self.expect_road_without_journals(lambda: self.start_process(
+        self.expect_way_down_without_journals(lambda: self.start_process(
             "sh", "-c", "trap '' XFSZ; exec prlimit --fsize=$1 -- $2", "sh", len(log) + 10,
             self.folder / "orvane", env=self.environment(), cwd="/"))
 
@@ -96,7 +96,7 @@ class FileTest(UpsTest):
         os.chown(self.folder, NOBODY, NOBODY)
         for name in ("System.log", "DateRec.rec", "orvane.lock"):
             (self.folder / name).write_bytes(b"")
-        self.expect_road_without_journals(self.start_as_nobody)
+        self.expect_way_down_without_journals(self.start_as_nobody)
 
     @unittest.skipUnless(os.geteuid() == 0, "root itself is never refused")
     def test_read_only_directories(self):

@@ -59,7 +59,7 @@ class InstalledTest(OrvaneTest):
                                     env=environment, cwd="/", **user)
         ups.wait_for("MD")
         ups.order("mains off")
-        wait_until(lambda: len(orvane.complaints()) == 1, "the end of the road down")
+        wait_until(lambda: len(orvane.complaints()) == 1, "the end of the way down")
         self.assertIn("Action=None leaves it running", orvane.complaints()[0])
         self.assertEqual(orvane.terminate(), 0)
         self.assertEqual(self.log_messages(data),

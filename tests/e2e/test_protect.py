@@ -1,4 +1,4 @@
-"""Mains failures and the road down: the real program, a bus of the test's own with a stand-in for
+"""Mains failures and the way down: the real program, a bus of the test's own with a stand-in for
 logind, and journals to the byte."""
 
 import os
@@ -35,9 +35,8 @@ class ProtectTest(OrvaneTest):
         return self.start_orvane(**environment)
 
     @staticmethod
-    def told(orvane):
-        """What the program and its companion said on standard error; the windows' layer has remarks
-        of its own there."""
+    def reports(orvane):
+        """The lines of the program and its companion on standard error; the toolkit writes others."""
         return [line for line in orvane.errors if line.startswith(("orvane:", "exit.exe:"))]
 
     def wait_for_end(self, bus, call=HALT):
@@ -54,7 +53,7 @@ class ProtectTest(OrvaneTest):
 class CountTest(ProtectTest):
 
     def test_count_is_cancelled_and_suspended_and_ends_in_chinese(self):
-        """With a simulated UPS, which tells its own time with every command."""
+        """With a simulated UPS, which stamps the time with every command."""
         ups = self.start_simulator()
         bus = self.start_bus()
         orvane = self.start(settings(14, language=1), bus)
@@ -82,14 +81,14 @@ class CountTest(ProtectTest):
         self.assertEqual(bus.calls(), [HALT])
         self.expect_closed(orvane, *log, "系统为了保护UPS,自动关闭", ending="本程式退出")
         self.assertEqual(self.records(), [1, 1])
-        self.assertEqual(self.told(orvane), NO_DESKTOP)
+        self.assertEqual(self.reports(orvane), NO_DESKTOP)
         report = (self.folder / "SaverApp.INI").read_bytes()
         self.assertEqual(report, b"[Main]\r\nShowMsg=1\r\nAppNumber=0\r\nOpenNumber=0\r\n")
 
 
-class RoadTest(UpsTest, ProtectTest):
-    """The mains has failed when the program starts. What fails on the road down is told on standard
-    error, and the road goes on."""
+class WayDownTest(UpsTest, ProtectTest):
+    """The mains has failed when the program starts. What fails on the way down is reported on standard
+    error, and the next step follows."""
 
     def setUp(self):
         super().setUp()
@@ -107,10 +106,10 @@ class RoadTest(UpsTest, ProtectTest):
         self.ups.wait_for("S01")
         return orvane
 
-    def expect_told(self, orvane, *lines):
-        wait_until(lambda: len(self.told(orvane)) >= len(lines), f"{lines} on standard error")
+    def expect_reports(self, orvane, *lines):
+        wait_until(lambda: len(self.reports(orvane)) >= len(lines), f"{lines} on standard error")
         self.expect_closed(orvane, START, "System shutdown")
-        self.assertEqual(self.told(orvane), list(lines))
+        self.assertEqual(self.reports(orvane), list(lines))
         self.assertEqual(self.ups.count("S01"), 1)
         self.assertEqual(self.records(), [])
 
@@ -169,7 +168,7 @@ class RoadTest(UpsTest, ProtectTest):
         self.ups.wait_for("S01")
         wait_until(display.pointer_is_free, "the pointer is free")
         (self.folder / "saved").write_text("yes\n")
-        wait_until(lambda: self.told(orvane), "the end")
+        wait_until(lambda: self.reports(orvane), "the end")
 
     def test_answers_of_logind(self):
         """Whatever Can… would say, the ends are asked for in order until logind takes one."""
@@ -194,20 +193,20 @@ class RoadTest(UpsTest, ProtectTest):
                  f"PowerOff: {blocked}; a shutdown is blocked by session (a file is not saved, "
                  "process 43), backup (is running, process 44)"]),
         ]
-        for number, (name, answers, tried, told) in enumerate(cases):
+        for number, (name, answers, tried, lines) in enumerate(cases):
             with self.subTest(name):
                 bus = self.start_bus(f"bus{number}", **answers)
                 orvane = self.start(settings(0), bus)
                 self.ups.wait_for("S01", number + 1)
                 self.wait_for_end(bus, ends[tried - 1])
-                wait_until(lambda: len(self.told(orvane)) >= 2 + len(told), "the outcome")
+                wait_until(lambda: len(self.reports(orvane)) >= 2 + len(lines), "the outcome")
                 self.assertEqual(orvane.terminate(), 0)
-                self.assertEqual(self.told(orvane), NO_DESKTOP + told)
+                self.assertEqual(self.reports(orvane), NO_DESKTOP + lines)
                 self.assertEqual([call for call in bus.calls() if call in ends], ends[:tried])
 
     def test_no_companion_and_no_bus(self):
         self.replace_companion(None)
-        self.expect_told(self.go_down(),
+        self.expect_reports(self.go_down(),
                          f"orvane: the companion {self.folder}/exit.exe could not be started: "
                          "No such file or directory",
                          STAYS_UP + "no system bus: No such file or directory")
@@ -219,7 +218,7 @@ class RoadTest(UpsTest, ProtectTest):
                 bus = self.start_bus(f"bus{number}")
                 bus.hang()
                 orvane = self.go_down(bus)
-                wait_until(lambda: self.told(orvane) == NO_DESKTOP, "the companion")
+                wait_until(lambda: self.reports(orvane) == NO_DESKTOP, "the companion")
                 if not end:
                     time.sleep(10)  # longer than anybody would wait who gives up
                     bus.go_on()
@@ -228,7 +227,7 @@ class RoadTest(UpsTest, ProtectTest):
                 self.assertEqual(orvane.terminate(), 0)
                 bus.go_on()
                 self.assertEqual(bus.calls(), [] if end else [HALT])
-                self.assertEqual(self.told(orvane), NO_DESKTOP)
+                self.assertEqual(self.reports(orvane), NO_DESKTOP)
 
     def test_trial_with_a_companion_that_crashes(self):
         """Action=None does everything but the last call, and says what it would have done."""
@@ -239,7 +238,7 @@ class RoadTest(UpsTest, ProtectTest):
         bus = self.start_bus()
         orvane = self.go_down(bus)
         self.ups.wait_for("EXIT")
-        self.expect_told(orvane,
+        self.expect_reports(orvane,
                          f"orvane: the companion {self.folder}/exit.exe crashed with signal 11",
                          "orvane: the computer would now go down (Halt is allowed); "
                          "Action=None leaves it running")
@@ -264,7 +263,7 @@ class SleepTest(UpsTest, ProtectTest):
         wait_until(lambda: bus.locks() == ["sleep delay"], "the lock is taken anew")
         wait_until(lambda: orvane.holds(self.ups_link), "the port is taken anew")
         self.ups.next_poll(2)
-        self.assertEqual(self.told(orvane), [])
+        self.assertEqual(self.reports(orvane), [])
 
     def test_computer_stays_awake_while_the_mains_has_failed(self):
         bus, orvane = self.start_with()
@@ -276,14 +275,14 @@ class SleepTest(UpsTest, ProtectTest):
             wait_until(lambda: bus.locks() == ["sleep delay"], "may sleep again")
         self.assertEqual(orvane.terminate(), 0)
         wait_until(lambda: bus.locks() == [], "the locks end with the program")
-        self.assertEqual(self.told(orvane), [])
+        self.assertEqual(self.reports(orvane), [])
 
-    def test_missing_right_is_told_once(self):
+    def test_missing_right_is_reported_once(self):
         bus, orvane = self.start_with(fails={"Inhibit": "AccessDenied"})
         self.wait_for_link()
         for bits in ("1000", "0000") * 2:
             self.ups.answer["Q1"] = status(bits)
             self.ups.next_poll(2)
-        self.assertEqual(self.told(orvane), [
+        self.assertEqual(self.reports(orvane), [
             f"orvane: the computer may fall asleep at the wrong time: no lock {lock}: AccessDenied"
             for lock in ("sleep", "sleep:idle")])

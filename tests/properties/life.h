@@ -89,7 +89,7 @@ class Life : public World {
 
   void Menu(void (MainForm::*click)(), const char* command) {
     asked_.insert(command);
-    Expect([&] { (main_.*click)(); }, Road::kNone);
+    Expect([&] { (main_.*click)(); }, Way::kNone);
   }
 
   void AskForShutdown(Moment hesitation, bool yes) {
@@ -97,13 +97,13 @@ class Life : public World {
     dialogs.OnBox = [&] {
       Pass(hesitation);
       if (Down() || !yes) return;
-      road_ = Road::kMenu;
+      way_ = Way::kMenu;
       asked_.insert(wishes_.ShutdownCommand());
     };
     main_.AskForShutdown();
     dialogs.OnBox = nullptr;
     Check(Down() || !yes, "the user has asked for a shutdown");
-    CloseRoad();
+    CloseWay();
   }
 
   // The program ends, by the user or, after a shutdown, by the operating system. Checks what it has
@@ -122,7 +122,7 @@ class Life : public World {
   const std::string& Broken() const { return broken_; }
 
  private:
-  enum class Road { kNone, kCount, kSchedule, kMenu };
+  enum class Way { kNone, kCount, kSchedule, kMenu };
   using Act = std::function<void()>;
   using What = Appointment::What;
 
@@ -278,7 +278,7 @@ class Life : public World {
   void OnSecond(const Act& tick) {
     Check(form_.count.ticks.Take(time.Steady()), "a second of the count out of time");
     const bool over = form_.count.Tick(form_.shown, wishes_);
-    Expect(tick, over ? Road::kCount : Road::kNone);
+    Expect(tick, over ? Way::kCount : Way::kNone);
   }
 
   void OnSchedule(const Act& tick) {
@@ -292,7 +292,7 @@ class Life : public World {
       asked_.insert("C\r");
       ExpectLog(Message::kSwitchOnTime);
     }
-    Expect(tick, due(What::kSwitchOff) ? Road::kSchedule : Road::kNone);
+    Expect(tick, due(What::kSwitchOff) ? Way::kSchedule : Way::kNone);
   }
 
   // The call that a fault has armed goes out now, if the fault still shows and there is somebody to
@@ -317,36 +317,36 @@ class Life : public World {
   // The companion runs: the log is written, and the UPS has its command.
   void OnSequence() {
     ++sequences_;
-    switch (road_) {
-      case Road::kCount:
+    switch (way_) {
+      case Way::kCount:
         // A line that is still in the language before a change is not known to be normal.
         Check(!form_.shown.Normal(Fault::kMains, wishes_.language) || wishes_.delay == 0,
               "a shutdown while mains is normal");
         ++tally_.counts;
         return ExpectLog(Message::kCountdownEnded);
-      case Road::kSchedule:
+      case Way::kSchedule:
         ExpectLog(Message::kSwitchOffTime);
         return ExpectRecord(0);
-      case Road::kMenu:
+      case Way::kMenu:
         return ExpectLog(Message::kShutdownByMenu);
-      case Road::kNone:
+      case Way::kNone:
         Check(false, "a sequence out of nowhere");
     }
   }
 
-  // Runs a step of the program that has to go down by this road, or by none.
-  void Expect(const Act& act, Road road) {
+  // Runs a step of the program that has to go down in this way, or not at all.
+  void Expect(const Act& act, Way way) {
     const int before = sequences_;
-    if (road != Road::kNone) asked_.insert(wishes_.ShutdownCommand());
-    road_ = road;
+    if (way != Way::kNone) asked_.insert(wishes_.ShutdownCommand());
+    way_ = way;
     act();
-    Check((sequences_ > before) == (road != Road::kNone),
-          road == Road::kNone ? "a sequence that nothing asked for" : "a sequence is due");
-    CloseRoad();
+    Check((sequences_ > before) == (way != Way::kNone),
+          way == Way::kNone ? "a sequence that nothing asked for" : "a sequence is due");
+    CloseWay();
   }
 
-  void CloseRoad() {
-    road_ = Road::kNone;
+  void CloseWay() {
+    way_ = Way::kNone;
     Check(asked_.empty() || !ups_port.IsOpen(), "a command that was due did not go out");
     asked_.clear();
   }
@@ -385,7 +385,7 @@ class Life : public World {
   bool beginning_call_ = false;       // inside the tick that may begin a call
   bool called_ = false;               // a call has begun in it
   std::multiset<std::string> asked_;  // commands that have to go out now
-  Road road_ = Road::kNone;           // the road down that stands open now
+  Way way_ = Way::kNone;              // the way down that stands open now
   int sequences_ = 0;
   int port_ = 1;
   std::string log_, records_;

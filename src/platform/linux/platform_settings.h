@@ -1,4 +1,4 @@
-// `platform.ini` in the program's directory: what only this platform needs to be told. The file and
+// `platform.ini` in the program's directory: settings that only this platform needs. The file and
 // every key in it may be missing. A remark may stand behind a value: a blank, a semicolon, any
 // text.
 #pragma once

@@ -29,8 +29,8 @@ std::optional<int> NumberOf(std::string_view name, std::string_view prefix) {
 // The driver makes ports of this kind for hardware that may never have been built in.
 bool HasHardware(const std::string& port_class, const std::string& name) {
   std::string type;
-  const File told(open((port_class + '/' + name + "/type").c_str(), O_RDONLY | O_CLOEXEC));
-  if (told && told.ReadAll(type)) return type != "0\n";
+  const File type_file(open((port_class + '/' + name + "/type").c_str(), O_RDONLY | O_CLOEXEC));
+  if (type_file && type_file.ReadAll(type)) return type != "0\n";
   const File port(open(("/dev/" + name).c_str(), O_RDWR | O_NOCTTY | O_NONBLOCK | O_CLOEXEC));
   serial_struct info{};
   return port && ioctl(port.Get(), TIOCGSERIAL, &info) == 0 && info.type != PORT_UNKNOWN;

@@ -10,7 +10,7 @@ namespace orvane {
 
 // Device paths of the machine's serial ports: those of the mainboard that have hardware behind
 // them, then the USB adapters, then the USB devices with a port of their own; each kind in the
-// order of its numbers. `port_class` is the folder in which the kernel tells of them; none are
+// order of its numbers. `port_class` is the folder in which the kernel lists them; none are
 // found where there is none.
 std::vector<std::string> SerialDevices(const std::string& port_class = "/sys/class/tty");
 

@@ -67,7 +67,7 @@ std::chrono::milliseconds Left(Clock::time_point end) {
 }
 
 // The exit status of the child once it has ended; nothing while it runs. Whoever was started to
-// ignore the ends of children is never told how they ended, and takes it for well.
+// ignore the ends of children never learns how they ended, and takes it for well.
 std::optional<int> Ended(pid_t child) {
   int status = 0;
   const pid_t ended = waitpid(child, &status, WNOHANG);
