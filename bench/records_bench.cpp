@@ -53,7 +53,7 @@ void OpenDayHistory(benchmark::State& state) {
     const auto window = bench.DayHistory();
     Paint(*window);
     state.PauseTiming();
-    if (!window->findChild<QWidget*>("shpDate(0)")) state.SkipWithError("no records");
+    if (!window->findChild<QWidget*>("mark_0")) state.SkipWithError("no records");
     state.ResumeTiming();
   }
 }
@@ -62,7 +62,7 @@ void StepToAnotherDay(benchmark::State& state) {
   Bench bench;
   const auto window = bench.DayHistory();
   Paint(*window);
-  auto* next = window->findChild<QPushButton*>("cmdNext");
+  auto* next = window->findChild<QPushButton*>("next");
   for (auto _ : state) {
     next->click();
     window->repaint();
@@ -75,8 +75,6 @@ void ReadDayRecords(benchmark::State& state) {
   for (auto _ : state) history.Load();
   const DayRecords& records = history.Records();
   state.counters["records"] = static_cast<double>(records.Count());
-  state.counters["bytes_a_record"] =
-      static_cast<double>(records.Memory()) / static_cast<double>(records.Count());
 }
 
 void OpenLog(benchmark::State& state) {
@@ -91,7 +89,7 @@ void ScrollLog(benchmark::State& state) {
   Bench bench;
   const auto window = bench.Log();
   Paint(*window);
-  auto* list = window->findChild<LongList*>("List1");
+  auto* list = window->findChild<LongList*>("lines");
   QScrollBar* bar = list->verticalScrollBar();
   std::mt19937 random(1);
   std::uniform_int_distribution<int> anywhere(0, bar->maximum());

@@ -1,32 +1,20 @@
-// The files of the program: small ones replaced whole, journals that only grow, large ones read in
-// place. Paths are UTF-8. A file's name (the part behind the last slash) is found without regard to
-// the case of ASCII letters; its directory is taken as it stands.
+// The files of the program: small ones replaced whole, and journals that only grow. Paths are
+// UTF-8. A file's name (the part behind the last slash) is found without regard to the case of
+// ASCII letters; its directory is taken as it stands.
 #pragma once
 
 #include <cstdint>
-#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
 
 namespace orvane {
 
-// The bytes of a file as they stood when it was opened. Valid while the object lives, also when
-// the file grows or is deleted in the meantime.
-struct FileView {
-  virtual ~FileView() = default;
-  virtual std::string_view Bytes() const = 0;
-};
-
 struct Disk {
   virtual ~Disk() = default;
 
-  // The whole content; nothing when the file is absent or cannot be read.
+  // The whole content; nothing when the file is absent, cannot be read or is larger than 1 GiB.
   virtual std::optional<std::string> Read(const std::string& path) const = 0;
-
-  // The content in place, without a copy where the platform can; of a file that fails on the way,
-  // what could be read. Null when the file is absent or cannot be read at all.
-  virtual std::unique_ptr<FileView> Open(const std::string& path) const = 0;
 
   virtual bool Exists(const std::string& path) const = 0;
 

@@ -107,8 +107,7 @@ DayHistory::DayHistory(const Disk& disk, const Clock& clock, std::string path)
 
 void DayHistory::Load() {
   date_ = DateText(clock_.Now());
-  const auto file = disk_.Open(path_);
-  records_.Read(file ? file->Bytes() : std::string_view());
+  records_.Read(disk_.Read(path_).value_or(""));
   ClearDayGrid();
   ShowDay();
 }

@@ -2,27 +2,32 @@
 
 #include <utility>
 
+#include "records/lines.h"
+
 namespace orvane {
 
 EventLog::EventLog(const State& state, Disk& disk, Dialogs& dialogs, std::string path)
     : state_(state), disk_(disk), dialogs_(dialogs), path_(std::move(path)) {}
 
 bool EventLog::Load() {
-  index_ = LogIndex();
-  file_.reset();
+  Forget();
   if (!disk_.Exists(path_)) return false;
-  file_ = disk_.Open(path_);
-  if (file_) index_ = LogIndex(file_->Bytes());
+  bytes_ = disk_.Read(path_).value_or("");
+  ForEachLine(bytes_, [this](std::string_view line) { lines_.push_back(line); });
   return state_.language == Language::kEnglish;
 }
 
 bool EventLog::Clear() {
-  if (Lines() == 0) return false;
+  if (lines_.empty()) return false;
   if (!dialogs_.Ask(state_.Text(Message::kAskClearLog), "Orvane")) return false;
   static_cast<void>(disk_.Remove(path_));
-  index_ = LogIndex();
-  file_.reset();
+  Forget();
   return true;
+}
+
+void EventLog::Forget() {
+  lines_ = {};
+  bytes_ = {};
 }
 
 }  // namespace orvane

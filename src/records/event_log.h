@@ -2,14 +2,13 @@
 #pragma once
 
 #include <cstddef>
-#include <memory>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "app/state.h"
 #include "platform/dialogs.h"
 #include "platform/disk.h"
-#include "records/log_index.h"
 
 namespace orvane {
 
@@ -23,21 +22,22 @@ class EventLog {
   bool Load();
 
   // The lines, as they stood at the load and without their ends. They stay while the file grows.
-  std::size_t Lines() const { return index_.Lines(); }
-  std::string_view Line(std::size_t number) const { return index_.Line(number); }
+  const std::vector<std::string_view>& Lines() const { return lines_; }
 
   // With lines and the user's Yes: deletes the file, whether or not that can be done, and forgets
   // the lines. False when everything stays.
   bool Clear();
 
  private:
+  void Forget();
+
   const State& state_;
   Disk& disk_;
   Dialogs& dialogs_;
   std::string path_;
 
-  std::unique_ptr<FileView> file_;  // null without a file
-  LogIndex index_;                  // into its bytes
+  std::string bytes_;  // the file, as it stood at the load
+  std::vector<std::string_view> lines_;
 };
 
 }  // namespace orvane

@@ -58,8 +58,8 @@ LogWindow::LogWindow(const State& state, Disk& disk, Dialogs& dialogs, const std
 
 void LogWindow::Fill() {
   constexpr std::size_t kMostRows = std::numeric_limits<int>::max();
-  list_->Lines().Fill(static_cast<int>(std::min(log_.Lines(), kMostRows)), [this](int row) {
-    return LogText(log_.Line(static_cast<std::size_t>(row)));
+  list_->Lines().Fill(static_cast<int>(std::min(log_.Lines().size(), kMostRows)), [this](int row) {
+    return LogText(log_.Lines()[static_cast<std::size_t>(row)]);
   });
 }
 

@@ -38,7 +38,6 @@ TEST(LinuxDisk, FindsNamesInAnyCase) {
   LinuxDisk disk;
   folder.Write("System.log", "one");
   EXPECT_EQ(disk.Read(folder.Path("sYSTEM.log")), "one");
-  EXPECT_TRUE(disk.Open(folder.Path("SYSTEM.log")));
   EXPECT_TRUE(disk.Exists(folder.Path("system.log")));
   EXPECT_TRUE(disk.Append(folder.Path("system.log"), " two"));
   EXPECT_TRUE(disk.AppendUnsettled(folder.Path("SYSTEM.log"), " three"));
@@ -64,7 +63,6 @@ TEST(LinuxDisk, WhatIsNoFileIsAbsent) {
   for (const char* name : {"pipe", "folder", "none/none"}) {
     SCOPED_TRACE(name);
     EXPECT_FALSE(disk.Read(folder.Path(name)));
-    EXPECT_FALSE(disk.Open(folder.Path(name)));
     EXPECT_FALSE(disk.Append(folder.Path(name), kRecord));
     EXPECT_FALSE(disk.AppendUnsettled(folder.Path(name), kRecord));
     EXPECT_FALSE(disk.Settle(folder.Path(name)));
@@ -110,29 +108,6 @@ TEST(LinuxDisk, FullDiskLeavesEverythingAsItWas) {
     EXPECT_FALSE(OnFullDisk(10, [&] { return disk.Replace(log, kRecord); }));
     EXPECT_EQ(folder.Read("System.log").size(), 80U);
     EXPECT_EQ(folder.Size(), 1U);
-  }
-}
-
-TEST(LinuxDisk, ViewOutlivesGrowthDeletionAndTruncation) {
-  const TempFolder folder;
-  LinuxDisk disk;
-  const std::string path = folder.Path("DateRec.rec");
-  const std::string large(std::size_t{3} << 20, 'x');
-  for (const std::string& bytes : {std::string(), std::string(60, 'x'), large}) {
-    folder.Write("DateRec.rec", bytes);
-    const auto view = disk.Open(path);
-    ASSERT_TRUE(view);
-    EXPECT_TRUE(disk.Append(path, kRecord));
-    EXPECT_TRUE(disk.Remove(path));
-    EXPECT_TRUE(view->Bytes() == bytes) << bytes.size();
-  }
-  folder.Write("DateRec.rec", large);
-  const auto first = disk.Open(path), second = disk.Open(path);
-  fs::resize_file(path, large.size() / 3);
-  for (const auto* view : {&first, &second}) {
-    EXPECT_EQ((*view)->Bytes()[0], 'x');
-    EXPECT_EQ((*view)->Bytes()[large.size() / 3 + 1], '\0');
-    EXPECT_EQ((*view)->Bytes().back(), '\0');
   }
 }
 

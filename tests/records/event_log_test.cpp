@@ -26,11 +26,11 @@ TEST_F(EventLogTest, JournalsStandToTheByteAndTheWindowShowsTheLines) {
   form.Load();
   // What comes later appears at the next opening.
   journals.WriteLog("Program end");
-  ASSERT_EQ(form.Lines(), 2U);
-  EXPECT_EQ(form.Line(0), "\"\n2001-02-16 9:05:33 Program start\"");
-  EXPECT_EQ(form.Line(1), "\"\n2001-12-31 23:59:59 市电失效\"");
+  ASSERT_EQ(form.Lines().size(), 2U);
+  EXPECT_EQ(form.Lines()[0], "\"\n2001-02-16 9:05:33 Program start\"");
+  EXPECT_EQ(form.Lines()[1], "\"\n2001-12-31 23:59:59 市电失效\"");
   form.Load();
-  EXPECT_EQ(form.Lines(), 3U);
+  EXPECT_EQ(form.Lines().size(), 3U);
 }
 
 TEST_F(EventLogTest, PutsEnglishCaptionsInPlaceBehindAFileAlone) {
@@ -40,7 +40,7 @@ TEST_F(EventLogTest, PutsEnglishCaptionsInPlaceBehindAFileAlone) {
     EXPECT_FALSE(form.Load());
     disk.files["/prog/System.log"] = "";
     EXPECT_EQ(form.Load(), english);
-    EXPECT_EQ(form.Lines(), 0U);
+    EXPECT_EQ(form.Lines().size(), 0U);
   }
 }
 
@@ -51,12 +51,12 @@ TEST_F(EventLogTest, ClearsOnYesAlone) {
   const auto files = disk.files;
   EXPECT_FALSE(form.Clear());
   EXPECT_EQ(events, Events{"Ask [Orvane] Are you sure to clear Log file?"});
-  EXPECT_EQ(form.Lines(), 1U);
+  EXPECT_EQ(form.Lines().size(), 1U);
   EXPECT_EQ(disk.files, files);
 
   dialogs.answer = true;
   EXPECT_TRUE(form.Clear());
-  EXPECT_EQ(form.Lines(), 0U);
+  EXPECT_EQ(form.Lines().size(), 0U);
   EXPECT_FALSE(disk.Exists("/prog/System.log"));
   EXPECT_NE(DateRec(), "");
   // A clear of the empty list leaves the new file.
@@ -68,7 +68,7 @@ TEST_F(EventLogTest, ClearsOnYesAlone) {
   form.Load();
   disk.refuse_writes = true;
   EXPECT_TRUE(form.Clear());
-  EXPECT_EQ(form.Lines(), 0U);
+  EXPECT_EQ(form.Lines().size(), 0U);
   EXPECT_EQ(Log(), "\"\n2001-02-16 9:05:33 AC fail\"\r\n");
 }
 

@@ -25,10 +25,6 @@ class MemoryDisk : public Disk {
     const auto file = files.find(Find(path));
     return file == files.end() ? std::nullopt : std::optional(file->second);
   }
-  std::unique_ptr<FileView> Open(const std::string& path) const override {
-    auto content = Read(path);
-    return content ? std::make_unique<View>(std::move(*content)) : nullptr;
-  }
   bool Exists(const std::string& path) const override { return files.contains(Find(path)); }
   bool Replace(const std::string& path, std::string_view content) override {
     if (refuse_writes) return false;
@@ -56,12 +52,6 @@ class MemoryDisk : public Disk {
   }
 
  private:
-  struct View : FileView {
-    explicit View(std::string bytes) : content(std::move(bytes)) {}
-    std::string_view Bytes() const override { return content; }
-    std::string content;
-  };
-
   // The path under which the file stands, whatever the case of its name.
   std::string Find(const std::string& path) const {
     for (const auto& [name, content] : files) {

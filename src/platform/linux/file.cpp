@@ -1,5 +1,7 @@
 #include "platform/linux/file.h"
 
+#include <sys/stat.h>
+
 #include <algorithm>
 #include <cerrno>
 
@@ -11,6 +13,11 @@ constexpr std::size_t kPiece = std::size_t{64} * 1024;
 }  // namespace
 
 bool File::ReadAll(std::string& content) const {
+  struct stat status {};
+  if (fstat(descriptor_, &status) == 0 && S_ISREG(status.st_mode)) {
+    // With room for the read that finds the end.
+    content.reserve(content.size() + static_cast<std::size_t>(status.st_size) + kPiece);
+  }
   for (;;) {
     const std::size_t size = content.size();
     content.resize(std::max(content.capacity(), size + kPiece));

@@ -11,17 +11,12 @@
 #include <utility>
 
 #include "platform/linux/file.h"
-#include "platform/linux/file_view.h"
 #include "platform/text.h"
 
 namespace orvane {
 namespace {
 
-// From this size on a file is read in place instead of being copied.
-constexpr std::size_t kWorthMapping = std::size_t{1024} * 1024;
-
-// A file beyond this is none of those that are read whole.
-constexpr off_t kMostRead = off_t{64} * 1024 * 1024;
+constexpr off_t kMostRead = off_t{1024} * 1024 * 1024;
 
 constexpr int kMostLinks = 40;
 
@@ -76,11 +71,6 @@ void SyncDirectory(const std::string& directory) {
   if (file) fsync(file.Get());
 }
 
-struct CopiedView : FileView {
-  std::string content;
-  std::string_view Bytes() const override { return content; }
-};
-
 // Writes `content` to a new file, of owner and mode of the `old` one if there is one, and has it on
 // the medium.
 bool WriteAside(const std::string& aside, std::string_view content, const struct stat* old) {
@@ -129,23 +119,10 @@ bool AppendRecord(const std::string& target, std::string_view record, bool settl
 std::optional<std::string> LinuxDisk::Read(const std::string& path) const {
   struct stat status {};
   const File file = OpenRegular(Find(path), O_RDONLY, status);
+  if (!file || status.st_size > kMostRead) return std::nullopt;
   std::string content;
-  if (!file || status.st_size > kMostRead || !file.ReadAll(content)) return std::nullopt;
+  if (!file.ReadAll(content)) return std::nullopt;
   return content;
-}
-
-std::unique_ptr<FileView> LinuxDisk::Open(const std::string& path) const {
-  struct stat status {};
-  const File file = OpenRegular(Find(path), O_RDONLY, status);
-  if (!file) return nullptr;
-  const auto size = static_cast<std::size_t>(status.st_size);
-  if (size >= kWorthMapping) {
-    if (auto view = MapFile(file, size)) return view;
-  }
-  auto view = std::make_unique<CopiedView>();
-  // What stands before an error is better than nothing.
-  if (!file.ReadAll(view->content) && view->content.empty()) return nullptr;
-  return view;
 }
 
 bool LinuxDisk::Exists(const std::string& path) const {

@@ -10,7 +10,6 @@ class LinuxDisk : public Disk {
   // Regular files only: a directory or a pipe of the name counts as unreadable, and so does a file
   // of more than 64 MB for Read.
   std::optional<std::string> Read(const std::string& path) const override;
-  std::unique_ptr<FileView> Open(const std::string& path) const override;
   bool Exists(const std::string& path) const override;
 
   // The file keeps its mode, and a symbolic link stays one: the file that it leads to is replaced.
