@@ -87,12 +87,6 @@ void InformationReplyValuesChange(benchmark::State& run) {
 }
 BENCHMARK(InformationReplyValuesChange);
 
-void FetchMessage(benchmark::State& run) {
-  const int number = static_cast<int>(run.range(0));
-  for (auto _ : run) benchmark::DoNotOptimize(MessageText(number));
-}
-BENCHMARK(FetchMessage)->Arg(1)->Arg(121)->Arg(1001)->Arg(1121);
-
 }  // namespace
 }  // namespace orvane::test
 

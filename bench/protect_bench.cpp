@@ -83,7 +83,7 @@ void ReplyToJournals(benchmark::State& run, bool real) {
     const auto begun = Clock::now();
     bench.ups_port.Receive(failed.substr(46));
     run.SetIterationTime(Since(begun));
-    if (!bench.countdown_timer.Enabled() || bench.state.Main.EventArmed[kAcFail]) {
+    if (!bench.countdown_timer.Enabled() || bench.state.Main.EventArmed[Fault::kMains]) {
       run.SkipWithError("the fault was not reacted to");
       break;
     }

@@ -1,6 +1,5 @@
 #include "records/day_records.h"
 
-#include "platform/text.h"
 #include "records/lines.h"
 
 namespace orvane {
@@ -14,6 +13,7 @@ constexpr std::size_t kDateSize = 10;
 constexpr std::size_t kHourAt = 13;
 constexpr std::size_t kCodeAt = 16;
 constexpr std::size_t kFieldsEnd = 17;
+constexpr std::size_t kBetweenFields[] = {0, 1, 12, 15};
 
 constexpr bool IsDigit(char c) {
   return c >= '0' && c <= '9';
@@ -33,7 +33,8 @@ std::size_t CharacterBytes(std::string_view text) {
 
 // The value of a field, blanks round its digits passed over.
 std::optional<int> Number(std::string_view text) {
-  text = Trimmed(text);
+  while (text.starts_with(' ')) text.remove_prefix(1);
+  while (text.ends_with(' ')) text.remove_suffix(1);
   if (text.empty()) return std::nullopt;
   int value = 0;
   for (const char c : text) {
@@ -46,9 +47,10 @@ std::optional<int> Number(std::string_view text) {
 // The characters of a line as far as the fields reach, a byte for each: NUL for one that is not
 // ASCII, which is none of the fields'. Shorter where the line is.
 std::string_view Characters(std::string_view line, char (&characters)[kFieldsEnd]) {
-  if (line.size() >= kFieldsEnd &&
-      std::none_of(line.begin(), line.begin() + kFieldsEnd,
-                   [](char c) { return static_cast<unsigned char>(c) >= 0x80; })) {
+  // Mostly a character is a byte, certainly so where the fields hold digits and this holds:
+  if (line.size() >= kFieldsEnd && std::ranges::all_of(kBetweenFields, [&](std::size_t i) {
+        return static_cast<unsigned char>(line[i]) < 0x80;
+      })) {
     return line.substr(0, kFieldsEnd);
   }
   std::size_t count = 0;
@@ -63,15 +65,11 @@ std::string_view Characters(std::string_view line, char (&characters)[kFieldsEnd
 }  // namespace
 
 std::optional<std::uint32_t> DateKey(std::string_view text) {
-  if (text.size() != kDateSize) return std::nullopt;
+  if (text.size() != kDateSize || text[4] != '-' || text[7] != '-') return std::nullopt;
   std::uint32_t key = 0;
-  for (std::size_t i = 0; i < kDateSize; ++i) {
-    if (i == 4 || i == 7) {
-      if (text[i] != '-') return std::nullopt;
-    } else {
-      if (!IsDigit(text[i])) return std::nullopt;
-      key = key * 10 + static_cast<std::uint32_t>(text[i] - '0');
-    }
+  for (const std::size_t i : {0, 1, 2, 3, 5, 6, 8, 9}) {
+    if (!IsDigit(text[i])) return std::nullopt;
+    key = key * 10 + static_cast<std::uint32_t>(text[i] - '0');
   }
   return key;
 }

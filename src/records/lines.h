@@ -1,7 +1,7 @@
 // The lines of a journal.
 #pragma once
 
-#include <algorithm>
+#include <cstring>
 #include <string_view>
 
 namespace orvane {
@@ -10,12 +10,19 @@ namespace orvane {
 // behind the last line end, if anything, is a line too.
 template <typename Take>
 void ForEachLine(std::string_view bytes, Take take) {
-  constexpr std::string_view kEnd = "\r\n";
-  while (!bytes.empty()) {
-    const std::size_t size = std::min(bytes.find(kEnd), bytes.size());
-    take(bytes.substr(0, size));
-    bytes.remove_prefix(std::min(size + kEnd.size(), bytes.size()));
+  const char* line = bytes.data();
+  const char* at = line;
+  const char* const end = line + bytes.size();
+  while (at < end) {
+    const void* found = std::memchr(at, '\r', static_cast<std::size_t>(end - at));
+    if (!found) break;
+    const auto* const line_end = static_cast<const char*>(found);
+    at = line_end + 1;
+    if (at == end || *at != '\n') continue;
+    take(std::string_view(line, static_cast<std::size_t>(line_end - line)));
+    line = ++at;
   }
+  if (line < end) take(std::string_view(line, static_cast<std::size_t>(end - line)));
 }
 
 }  // namespace orvane

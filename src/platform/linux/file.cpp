@@ -3,28 +3,24 @@
 #include <sys/stat.h>
 
 #include <algorithm>
+#include <array>
 #include <cerrno>
 
 namespace orvane {
-namespace {
-
-constexpr std::size_t kPiece = std::size_t{64} * 1024;
-
-}  // namespace
-
 bool File::ReadAll(std::string& content) const {
   struct stat status {};
   if (fstat(descriptor_, &status) == 0 && S_ISREG(status.st_mode)) {
-    // With room for the read that finds the end.
-    content.reserve(content.size() + static_cast<std::size_t>(status.st_size) + kPiece);
+    content.reserve(content.size() + static_cast<std::size_t>(status.st_size));
   }
+  std::array<char, std::size_t{64} * 1024> piece;
   for (;;) {
-    const std::size_t size = content.size();
-    content.resize(std::max(content.capacity(), size + kPiece));
-    const ssize_t got = read(descriptor_, content.data() + size, content.size() - size);
-    content.resize(size + static_cast<std::size_t>(std::max<ssize_t>(got, 0)));
+    const ssize_t got = read(descriptor_, piece.data(), piece.size());
     if (got == 0) return true;
-    if (got < 0 && errno != EINTR) return false;
+    if (got > 0) {
+      content.append(piece.data(), static_cast<std::size_t>(got));
+    } else if (errno != EINTR) {
+      return false;
+    }
   }
 }
 
