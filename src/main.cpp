@@ -5,9 +5,12 @@
 
 #include <QApplication>
 #include <chrono>
+#include <cstdio>
 #include <cstdlib>
 #include <memory>
+#include <optional>
 
+#include "app/options.h"
 #include "frame/main_form.h"
 #include "platform/linux/linux_clock.h"
 #include "platform/linux/linux_disk.h"
@@ -107,8 +110,37 @@ void MakeForms(Outside& outside, State& state, Panel& panel, MainForm& main_form
   }
 }
 
+// LC_ALL goes before LC_MESSAGES, and that before LANG (POSIX, Environment Variables).
+std::string Locale() {
+  for (const char* name : {"LC_ALL", "LC_MESSAGES", "LANG"}) {
+    if (const char* value = std::getenv(name); value && *value) return value;
+  }
+  return "";
+}
+
+// Answers a command line that does not ask for the window. Nothing when it does, else the exit
+// code.
+std::optional<int> AnswerCommandLine(int argc, char** argv) {
+  const CommandLine line = ReadCommandLine(argc, argv);
+  switch (line.request) {
+    case Request::kRun:
+      return std::nullopt;
+    case Request::kHelp:
+      std::fputs(HelpText(Locale()).c_str(), stdout);
+      return 0;
+    case Request::kVersion:
+      std::puts("Orvane " ORVANE_VERSION);
+      return 0;
+    case Request::kUnknown:
+      break;
+  }
+  ReportLine("orvane: unknown option " + line.unknown + "; see orvane --help");
+  return 2;
+}
+
 int Main(int argc, char** argv) {
   OccupyStandardDescriptors();
+  if (const auto code = AnswerCommandLine(argc, argv)) return *code;
   signal(SIGPIPE, SIG_IGN);
   // Nothing here is drawn by way of OpenGL, and its libraries take their time.
   setenv("QT_XCB_GL_INTEGRATION", "none", 0);
