@@ -5,7 +5,6 @@
 #include <time.h>
 
 #include <algorithm>
-#include <filesystem>
 #include <fstream>
 #include <optional>
 #include <string_view>
@@ -17,7 +16,7 @@ namespace {
 namespace fs = std::filesystem;
 using Clock = std::chrono::steady_clock;
 
-constexpr std::chrono::milliseconds kLook{10};
+constexpr std::chrono::milliseconds kFirstLook{100};
 constexpr std::size_t kMostFolders = 1000;
 constexpr std::size_t kMostFiles = 1000;  // of one application
 
@@ -66,7 +65,7 @@ fs::path ProcessPath(pid_t process) {
 FileWatch::FileWatch(const std::vector<Application>& applications) : started_(Now(CLOCK_REALTIME)) {
   for (const Application& application : applications) {
     const std::size_t writer = writers_.size();
-    writers_.push_back({&application, {}, Clock::now()});
+    writers_.push_back({{}, Clock::now()});
     for (const pid_t process : application.processes) {
       processes_.emplace_back(writer, process);
       // Where an application was started is where many keep their documents.
@@ -75,38 +74,38 @@ FileWatch::FileWatch(const std::vector<Application>& applications) : started_(No
       if (!error && folder != "/") folders_[folder].insert(writer);
     }
   }
-  const Clock::time_point end = Clock::now() + 10 * kLook;
-  for (const auto& [writer, process] : processes_) {
-    if (Clock::now() < end) LookAt(writer, process, true);
-  }
+  Look(kFirstLook, true);
   // Stamps may have steps of some milliseconds. What is written from now on has a later one.
   while (!Before(started_, Now(CLOCK_REALTIME_COARSE))) {
     std::this_thread::sleep_for(std::chrono::milliseconds(1));
   }
 }
 
-void FileWatch::Look() {
-  const Clock::time_point end = Clock::now() + kLook;
-  for (std::size_t i = 0; i < processes_.size() && Clock::now() < end; ++i) {
-    const auto& [writer, process] = processes_[next_++ % processes_.size()];
-    LookAt(writer, process, false);
+void FileWatch::Look(std::chrono::milliseconds limit, bool first) {
+  const Clock::time_point end = Clock::now() + limit;
+  const fs::directory_iterator none;
+  std::error_code error;
+  for (std::size_t begun = 0; begun <= processes_.size();) {
+    if (descriptors_ != none) {
+      LookAt(*descriptors_, first);
+      descriptors_.increment(error);
+      if (Clock::now() >= end) return;
+    } else if (begun++ < processes_.size()) {
+      current_ = (current_ + 1) % processes_.size();
+      descriptors_ = fs::directory_iterator(ProcessPath(processes_[current_].second) / "fd", error);
+    }
   }
 }
 
-void FileWatch::LookAt(std::size_t writer, pid_t process, bool first) {
-  const fs::path place = ProcessPath(process);
-  std::error_code error;
-  for (fs::directory_iterator entry(place / "fd", error), end; !error && entry != end;
-       entry.increment(error)) {
-    std::error_code gone;
-    const std::string path = fs::read_symlink(entry->path(), gone);
-    if (gone || !IsPlace(path)) continue;
-    const std::string folder = fs::path(path).parent_path();
-    const bool known = folders_.contains(folder);
-    if ((known || folders_.size() < kMostFolders) && StatusOf(path))
-      folders_[folder].insert(writer);
-    if (OpenForWriting(place, entry->path().filename())) TakeFile(writer, path, first);
-  }
+void FileWatch::LookAt(const fs::path& descriptor, bool first) {
+  std::error_code gone;
+  const std::string path = fs::read_symlink(descriptor, gone);
+  if (gone || !IsPlace(path)) return;
+  const auto& [writer, process] = processes_[current_];
+  const std::string folder = fs::path(path).parent_path();
+  const bool known = folders_.contains(folder);
+  if ((known || folders_.size() < kMostFolders) && StatusOf(path)) folders_[folder].insert(writer);
+  if (OpenForWriting(ProcessPath(process), descriptor.filename())) TakeFile(writer, path, first);
 }
 
 void FileWatch::TakeFile(std::size_t index, const std::string& path, bool first) {

@@ -5,6 +5,7 @@
 #include <sys/types.h>
 
 #include <chrono>
+#include <filesystem>
 #include <map>
 #include <set>
 #include <string>
@@ -19,12 +20,12 @@ class FileWatch {
  public:
   using Time = std::chrono::steady_clock::time_point;
 
-  // Watches from now on. `applications` must outlive the object.
+  // Watches from now on.
   explicit FileWatch(const std::vector<Application>& applications);
 
-  // Looks at the open files of the applications' processes. A look ends after some milliseconds;
-  // the next one goes on with the processes that it did not come to.
-  void Look();
+  // Looks at the open files of the applications' processes, each one once, for `limit` at most but
+  // at one file at least. The next look goes on where this one ended.
+  void Look(std::chrono::milliseconds limit) { Look(limit, false); }
 
   // When application `index` was last seen to write; the start of the watch before that.
   Time LastWrite(std::size_t index) const { return writers_[index].last_write; }
@@ -37,18 +38,19 @@ class FileWatch {
   // A file by whatever name: device and inode.
   using Id = std::pair<dev_t, ino_t>;
   struct Writer {
-    const Application* application;
     std::map<Id, timespec> held;  // open for writing at some look: when it was changed
     Time last_write;
   };
 
-  void LookAt(std::size_t writer, pid_t process, bool first);
+  void Look(std::chrono::milliseconds limit, bool first);
+  void LookAt(const std::filesystem::path& descriptor, bool first);
   void TakeFile(std::size_t writer, const std::string& path, bool first);
 
   timespec started_;  // by the clock on the wall, as files are stamped
   std::vector<Writer> writers_;
   std::vector<std::pair<std::size_t, pid_t>> processes_;  // of which writer
-  std::size_t next_ = 0;                                  // where the next look begins
+  std::size_t current_ = 0;                               // the process that is looked at
+  std::filesystem::directory_iterator descriptors_;       // those of it that are left
   std::map<std::string, std::set<std::size_t>> folders_;  // the writers that have to do with each
 };
 

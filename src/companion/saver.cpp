@@ -24,6 +24,7 @@ constexpr std::chrono::seconds kShortestDelay{30};  // of the UPS
 
 constexpr std::chrono::milliseconds kLook{50};
 constexpr std::chrono::milliseconds kFileLook{500};
+constexpr std::chrono::milliseconds kFilesLimit{10};
 constexpr std::chrono::milliseconds kFoldersLimit{500};
 
 // An application whose window has gone may still be writing. It is done when its processes have
@@ -133,7 +134,7 @@ std::vector<Application> SaveAndClose(
     for (Share& share : shares) changed = Look(share, applications, gone_at) || changed;
     if (changed) on_change(applications);
     if (Clock::now() >= next_look) {
-      watch.Look();
+      watch.Look(kFilesLimit);
       next_look = Clock::now() + kFileLook;
     }
     waiting = false;

@@ -15,6 +15,8 @@ namespace fs = std::filesystem;
 using Files = std::vector<std::string>;
 using All = std::vector<Files>;
 
+constexpr std::chrono::seconds kLimit{30};
+
 // This process plays an application that works in a folder; another one, which does nothing, stands
 // in folders of the test's choice.
 struct FileWatchTest : testing::Test {
@@ -37,7 +39,7 @@ struct FileWatchTest : testing::Test {
     }
   }
 
-  static All Written(const FileWatch& watch) { return watch.Written(std::chrono::seconds(30)); }
+  static All Written(const FileWatch& watch) { return watch.Written(kLimit); }
 
   const test::TempFolder folder;
   std::vector<Application> one{{"writer", {getpid()}, false, {}}};
@@ -71,7 +73,7 @@ TEST_F(FileWatchTest, ReadingAndOpeningAreNoWritingButShowTheFolder) {
   std::ifstream reader(Path("read"));
   reader.get();
   std::ofstream opened(Path("opened"), std::ios::app);
-  watch.Look();
+  watch.Look(kLimit);
   EXPECT_EQ(Written(watch), All{{}});
   PassATick();
   opened << "more" << std::flush;
@@ -84,12 +86,28 @@ TEST_F(FileWatchTest, TellsWhenItWasWrittenLast) {
   std::ofstream held(Path("held"));
   FileWatch watch(one);
   const auto start = watch.LastWrite(0);
-  watch.Look();
+  watch.Look(kLimit);
   EXPECT_EQ(watch.LastWrite(0), start);
   PassATick();
   held << "more" << std::flush;
-  watch.Look();
+  watch.Look(kLimit);
   EXPECT_GT(watch.LastWrite(0), start);
+}
+
+// However many files one process holds.
+TEST_F(FileWatchTest, LookEndsAtItsLimitAndTheNextOneGoesOn) {
+  std::vector<std::ofstream> held;
+  for (const char* name : {"a", "b", "c"}) held.emplace_back(Path(name));
+  FileWatch watch(one);
+  const auto start = watch.LastWrite(0);
+  PassATick();
+  held.back() << "text" << std::flush;
+  int looks = 0;
+  for (; watch.LastWrite(0) == start && looks < 1000; ++looks) {
+    watch.Look(std::chrono::milliseconds(0));
+  }
+  EXPECT_GT(looks, 2);
+  EXPECT_LT(looks, 1000);
 }
 
 // A folder in which two applications stand does not tell which of them wrote.
@@ -106,7 +124,7 @@ TEST_F(FileWatchTest, SharedFolderCountsForTheOneThatHoldsTheFile) {
   std::ofstream held(Path("aside"));
   held << "text" << std::flush;
   folder.Write("somebody's", "text");
-  watch.Look();
+  watch.Look(kLimit);
   held << "more" << std::flush;
   held.close();
   fs::rename(Path("aside"), Path("in place"));
