@@ -22,6 +22,9 @@ struct Desktop {
   // that can no longer be found out.
   virtual bool Look(std::vector<bool>& gone) = 0;
 
+  // Whether a request of AskToClose is still under way, which may be closing what is not listed.
+  virtual bool IsAsking() { return false; }
+
   // What stands open besides the listed ones, but for those of the processes in `spared`: what
   // cannot be asked, and what has come up since.
   virtual std::vector<Application> Others(const std::set<pid_t>& spared) = 0;

@@ -74,16 +74,20 @@ bool Look(Share& share, std::vector<Application>& applications,
   return changed;
 }
 
-// Adds what stands open in the end and was not listed. What one desktop shows, the next one does
-// not.
+// Adds what stands open in the end and was not listed. What one desktop has listed or shows, the
+// others do not show.
 void AddOthers(const std::vector<Share>& shares, std::set<pid_t> spared,
                std::vector<Application>& applications) {
   for (const Share& share : shares) {
     if (share.lost) continue;
-    const std::vector<Application> others = share.desktop->Others(spared);
-    for (std::size_t i = share.first; i < share.first + share.gone.size(); ++i) {
-      spared.insert(applications[i].processes.begin(), applications[i].processes.end());
+    std::set<pid_t> elsewhere = spared;
+    for (const Share& other : shares) {
+      for (std::size_t i = other.first; i < other.first + other.gone.size(); ++i) {
+        if (&other == &share) continue;
+        elsewhere.insert(applications[i].processes.begin(), applications[i].processes.end());
+      }
     }
+    const std::vector<Application> others = share.desktop->Others(elsewhere);
     AddProcesses(others, spared);
     applications.insert(applications.end(), others.begin(), others.end());
   }
@@ -139,6 +143,7 @@ std::vector<Application> SaveAndClose(
     }
     waiting = false;
     for (const Share& share : shares) {
+      if (!share.lost && share.desktop->IsAsking()) waiting = true;
       for (std::size_t i = share.first; !share.lost && i < share.first + share.gone.size(); ++i) {
         if (!IsDone(applications[i], gone_at[i], watch.LastWrite(i))) waiting = true;
       }
@@ -146,6 +151,8 @@ std::vector<Application> SaveAndClose(
   }
   const auto written = watch.Written(kFoldersLimit);
   for (std::size_t i = 0; i < written.size(); ++i) applications[i].files = written[i];
+  // The last look may hang.
+  on_change(applications);
   AddOthers(shares, own, applications);
   return applications;
 }

@@ -36,6 +36,12 @@ void AppendStrings(sd_bus_message* message, std::initializer_list<const char*> t
   sd_bus_message_close_container(message);
 }
 
+// An empty variable counts as none (XDG Base Directory Specification).
+std::string Variable(const char* name, const std::string& otherwise) {
+  const char* value = std::getenv(name);
+  return value && *value ? value : otherwise;
+}
+
 // Whether the program of a unit `dbus-:1.2-NAME@0.service` is one that menus show: its desktop
 // entry has the same name (Desktop Entry Specification, D-Bus Activation). The others are helpers
 // that nobody sees.
@@ -44,10 +50,8 @@ bool HasDesktopEntry(const std::string& unit) {
   const std::size_t at = unit.rfind('@');
   if (dash == std::string::npos || at == std::string::npos || at < dash) return false;
   const std::string entry = "/applications/" + unit.substr(dash + 1, at - dash - 1) + ".desktop";
-  const char* home = std::getenv("XDG_DATA_HOME");
-  const char* system = std::getenv("XDG_DATA_DIRS");
-  std::istringstream directories(std::string(home ? home : "") + ':' +
-                                 (system ? system : "/usr/local/share:/usr/share"));
+  std::istringstream directories(Variable("XDG_DATA_HOME", Variable("HOME", "") + "/.local/share") +
+                                 ':' + Variable("XDG_DATA_DIRS", "/usr/local/share:/usr/share"));
   for (std::string directory; std::getline(directories, directory, ':');) {
     std::ifstream file(directory + entry);
     std::string text{std::istreambuf_iterator<char>(file), {}};
@@ -133,7 +137,7 @@ std::vector<Application> UnitDesktop::List(const std::set<pid_t>& spared) {
 }
 
 void UnitDesktop::AskToClose() {
-  bus_->Send(
+  kwin_ = bus_->Send(
       kKWin, "closeWaylandWindows",
       // It must not be started for this.
       [](sd_bus_message* message) { sd_bus_message_set_auto_start(message, 0); },

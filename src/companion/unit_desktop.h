@@ -23,6 +23,8 @@ class UnitDesktop : public Desktop {
   // and where a unit says so SIGKILL some seconds later (systemd.kill(5)).
   void AskToClose() override;
   bool Look(std::vector<bool>& gone) override;
+  // Until KWin has answered: its windows need not belong to a unit that is listed.
+  bool IsAsking() override { return kwin_ && !kwin_->done; }
   // Units that have started since, and programs that the message bus started, which stand in units
   // of other names: those of them that have a desktop entry.
   std::vector<Application> Others(const std::set<pid_t>& spared) override;
@@ -41,6 +43,7 @@ class UnitDesktop : public Desktop {
 
   std::unique_ptr<Bus> bus_;
   std::vector<std::string> listed_;
+  std::shared_ptr<BusCall> kwin_;  // the request to it; null before
 };
 
 }  // namespace orvane::companion

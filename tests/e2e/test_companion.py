@@ -114,7 +114,6 @@ class DisplayTest(CompanionTest):
         self.assertEqual(companion.wait(patience=20), 0)
         self.assertIn("AppNumber=0", self.report())
 
-
     def test_a_display_that_hangs_leaves_a_report(self):
         letter, _ = self.open_window("Letter")
         self.open_window("Draft*", "--seconds=-1")
@@ -149,16 +148,21 @@ class UnitTest(CompanionTest):
 
     def test_units_of_applications_are_stopped(self):
         """What the message bus started is not asked, but told of where it is an application."""
-        entries = self.folder / "data" / "applications"
-        entries.mkdir(parents=True)
-        for name, line in (("org.example.Writer", ""), ("org.example.Helper", "NoDisplay=true\n")):
+        system = self.folder / "system"
+        # Without XDG_DATA_HOME, the user's own entries are in a folder of the home directory.
+        own = self.folder / ".local" / "share"
+        for data, name, line in ((own, "org.example.Writer", ""),
+                                 (system, "org.example.Helper", "NoDisplay=true\n")):
+            entries = data / "applications"
+            entries.mkdir(parents=True)
             (entries / f"{name}.desktop").write_text(f"[Desktop Entry]\nName=x\n{line}")
         bus, sleepers = self.start_units({
             "app-editor-1.scope": "app.slice", "app-daemon-3.service": "background.slice",
             "pipewire.service": "app.slice", "dbus-:1.2-org.example.Writer@0.service": "app.slice",
             "dbus-:1.2-org.example.Helper@0.service": "app.slice",
             "dbus-:1.2-org.example.None@0.service": "app.slice"})
-        told = self.run_companion(DBUS_SESSION_BUS_ADDRESS=bus.address)
+        told = self.run_companion(DBUS_SESSION_BUS_ADDRESS=bus.address, HOME=str(self.folder),
+                                  XDG_DATA_HOME="", XDG_DATA_DIRS=str(system))
         self.assertEqual(told, ["exit.exe: 1 of 2 applications closed"])
         self.assertEqual(sleepers.pop("app-editor-1.scope").wait(), -signal.SIGTERM)
         for name, process in sleepers.items():
@@ -169,9 +173,12 @@ class UnitTest(CompanionTest):
                           "Title=About dbus-:1.2-org.example.Writer@0.service"])
 
     def test_kwin_closes_the_windows_before_units_are_stopped(self):
-        for closed in (True, None, False):
-            with self.subTest(closed):
-                bus, _ = self.start_units({"app-editor-1.scope": "app.slice"})
+        editor, by_the_bus = "app-editor-1.scope", "dbus-:1.2-org.example.None@0.service"
+        # KWin's windows are waited for also where no unit is to be stopped.
+        for closed, unit, stopped, still_open in ((True, editor, 1, 0), (None, editor, 1, 0),
+                                                  (False, editor, 0, 1), (True, by_the_bus, 0, 0)):
+            with self.subTest(closed=closed, unit=unit):
+                bus, _ = self.start_units({unit: "app.slice"})
                 bus.kwin(self.folder / "answer", closed)
                 companion = self.start_companion(DBUS_SESSION_BUS_ADDRESS=bus.address)
                 wait_until(lambda: "closeWaylandWindows" in bus.calls(), "KWin is asked")
@@ -180,8 +187,8 @@ class UnitTest(CompanionTest):
                 self.assertEqual(self.stopped(bus), [])
                 (self.folder / "answer").touch()
                 self.assertEqual(companion.wait(patience=25), 0)
-                self.assertEqual(len(self.stopped(bus)), 0 if closed is False else 1)
-                self.assertIn("OpenNumber=1" if closed is False else "OpenNumber=0", self.report())
+                self.assertEqual(len(self.stopped(bus)), stopped)
+                self.assertIn(f"OpenNumber={still_open}", self.report())
                 (self.folder / "answer").unlink()
                 bus.close()
                 bus.log.unlink()
