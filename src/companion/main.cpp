@@ -32,13 +32,14 @@ extern "C" void GiveUp(int) {
   _exit(1);
 }
 
-void SetGuard(std::chrono::seconds limit) {
+void SetGuard(std::chrono::steady_clock::time_point end) {
   struct sigaction action {};
   action.sa_handler = GiveUp;
   sigemptyset(&action.sa_mask);
   sigaction(SIGALRM, &action, nullptr);
   itimerval guard{};
-  guard.it_value.tv_sec = limit.count();
+  const auto left = std::chrono::ceil<std::chrono::seconds>(end - std::chrono::steady_clock::now());
+  guard.it_value.tv_sec = std::max<time_t>(left.count(), 1);
   setitimer(ITIMER_REAL, &guard, nullptr);
 }
 
@@ -47,7 +48,8 @@ void SetGuard(std::chrono::seconds limit) {
 int main() {
   using namespace orvane;
   const auto begun = std::chrono::steady_clock::now();
-  SetGuard(companion::kMostPatience + kGrace);
+  // Until the settings are read, the delay may be the shortest.
+  SetGuard(begun + companion::PatienceFor(0) + kGrace);
   // The program may be ended while this one still works.
   signal(SIGHUP, SIG_IGN);
   signal(SIGPIPE, SIG_IGN);
@@ -57,7 +59,7 @@ int main() {
   State state;
   LoadSettings(disk, program + "/Orvane.ini", state);
   const std::chrono::seconds patience = companion::PatienceFor(state.Settings[kShutdownDelay]);
-  SetGuard(patience + kGrace);
+  SetGuard(begun + patience + kGrace);
   const std::string path = LoadPlatformSettings(disk, program).report_directory + "/SaverApp.INI";
 
   const auto write = [&](const std::vector<companion::Application>& applications) {
