@@ -44,7 +44,7 @@ class FileWatch {
 
   void Look(std::chrono::milliseconds limit, bool first);
   void LookAt(const std::filesystem::path& descriptor, bool first);
-  void TakeFile(std::size_t writer, const std::string& path, bool first);
+  void TakeFile(std::size_t index, const std::string& path, bool first);
 
   timespec started_;  // by the clock on the wall, as files are stamped
   std::vector<Writer> writers_;

@@ -67,7 +67,7 @@ std::string_view Characters(std::string_view line, char (&characters)[kFieldsEnd
 std::optional<std::uint32_t> DateKey(std::string_view text) {
   if (text.size() != kDateSize || text[4] != '-' || text[7] != '-') return std::nullopt;
   std::uint32_t key = 0;
-  for (const std::size_t i : {0, 1, 2, 3, 5, 6, 8, 9}) {
+  for (const std::size_t i : {0U, 1U, 2U, 3U, 5U, 6U, 8U, 9U}) {
     if (!IsDigit(text[i])) return std::nullopt;
     key = key * 10 + static_cast<std::uint32_t>(text[i] - '0');
   }
