@@ -21,10 +21,12 @@
 #include "platform/qt/qt_dialogs.h"
 #include "platform/qt/qt_serial_port.h"
 #include "platform/qt/qt_timer.h"
+#include "platform/sqlite/sqlite_history.h"
 #include "schedule/schedule_tables.h"
 #include "ui/about_window.h"
 #include "ui/alert_window.h"
 #include "ui/day_history_window.h"
+#include "ui/history_window.h"
 #include "ui/log_window.h"
 #include "ui/look.h"
 #include "ui/main_window.h"
@@ -85,7 +87,8 @@ void OccupyStandardDescriptors() {
 }
 
 // Registers how the window of each form is made; each is made when it is first shown.
-void MakeForms(Outside& outside, State& state, Panel& panel, MainForm& main_form) {
+void MakeForms(Outside& outside, State& state, Panel& panel, MainForm& main_form,
+               HistorySource& history) {
   Windows& windows = outside.windows;
   windows.Make(Form::kSplash, [&] { return new SplashWindow(windows); });
   windows.Make(Form::kAbout, [&] { return new AboutWindow(state, windows, outside.dialogs); });
@@ -98,6 +101,8 @@ void MakeForms(Outside& outside, State& state, Panel& panel, MainForm& main_form
     return new DayHistoryWindow(state, outside.disk, outside.clock,
                                 outside.program_directory + "/DateRec.rec");
   });
+  windows.Make(Form::kHistory,
+               [&] { return new HistoryWindow(state, panel, history, outside.clock); });
   windows.Make(Form::kShutdownReport, [&] {
     return new ShutdownReportWindow(state, outside.disk,
                                     outside.host.ReportDirectory() + "/SaverApp.INI");
@@ -162,12 +167,15 @@ int Main(int argc, char** argv) {
   State state;
   outside.dialogs.Chinese = [&state] { return state.language == Language::kChinese; };
   Panel panel;
+  SqliteHistory history(outside.program_directory + "/History.db",
+                        [&](const std::string& line) { outside.host.Report(line); });
   MainForm main_form(state, panel, outside.seams);
+  main_form.KeepHistory(history);
   MainWindow main_window(state, panel, main_form);
   Windows& windows = outside.windows;
   windows.MakeMain(main_window, {[&] { return main_form.Load(); }, [&] { main_form.Activate(); },
                                  [&] { main_form.Unload(); }, [&] { return main_form.Loaded(); }});
-  MakeForms(outside, state, panel, main_form);
+  MakeForms(outside, state, panel, main_form, history);
 
   const EndSignals end_signals([&] { windows.End(); });
   form_at_exit = &main_form;

@@ -20,6 +20,7 @@ constexpr MenuRow kMenus[] = {
     {&Panel::analysis_menu, Message::kAnalysisMenu},
     {&Panel::log_entry, Message::kLogEntry},
     {&Panel::day_history_entry, Message::kDayHistoryEntry},
+    {&Panel::history_entry, Message::kHistoryEntry},
     {&Panel::shutdown_report_entry, Message::kShutdownReportEntry},
     {&Panel::control_menu, Message::kControlMenu},
     {&Panel::short_test_entry, Message::kShortTestEntry},

@@ -67,6 +67,7 @@ constexpr Row kRows[] = {
     {Message::kAnalysisMenu, "A&Nalysis", "数据分析(&N)"},
     {Message::kLogEntry, "&Log File", "事件记录(&L)"},
     {Message::kDayHistoryEntry, "Event &Day", "日历史记录(&D)"},
+    {Message::kHistoryEntry, "&History", "历史曲线(&H)"},
     {Message::kShutdownReportEntry, "&Shutdown Info", "关闭系统记录(&S)"},
     {Message::kControlMenu, "&Control", "控制(&C)"},
     {Message::kShortTestEntry, "&UPS Selftest 10 sec.", "UPS自我测试10秒钟(&U)"},

@@ -68,6 +68,7 @@ enum class Message : std::size_t {
   kAnalysisMenu,
   kLogEntry,
   kDayHistoryEntry,
+  kHistoryEntry,
   kShutdownReportEntry,
   kControlMenu,
   kShortTestEntry,

@@ -176,7 +176,7 @@ struct Panel {
 
   Caption system_menu, settings_entry, beeper_entry, exit_entry;
   Caption schedule_menu, week_entry, special_days_entry, self_tests_entry;
-  Caption analysis_menu, log_entry, day_history_entry, shutdown_report_entry;
+  Caption analysis_menu, log_entry, day_history_entry, history_entry, shutdown_report_entry;
   Caption control_menu, short_test_entry, test_to_low_entry, cancel_test_entry, shutdown_entry;
   Caption help_menu, about_entry;
 };

@@ -29,7 +29,9 @@ MainForm::MainForm(State& state, Panel& panel, const Seams& seams)
       countdown_(state, panel, shutdown_, seams),
       alert_(state, panel, seams),
       dialler_(state, panel, seams),
-      schedule_(state, journals_, shutdown_, seams) {
+      schedule_(state, journals_, shutdown_, seams),
+      history_(state, panel, seams.clock) {
+  shutdown_.OnBegin = [this] { history_.BeginWayDown(); };
   seams_.host.OnSleep([this](bool asleep) {
     if (GoingDown()) return;
     if (asleep) {
@@ -80,6 +82,7 @@ void MainForm::Unload() {
   seams_.ups_port.Close();
   seams_.modem_port.Close();
   static_cast<void>(journals_.WriteLog(state_.Text(Message::kProgramEnd)));
+  history_.End();
 }
 
 void MainForm::Reload() {
@@ -100,14 +103,17 @@ void MainForm::ToggleBeeper() {
 
 void MainForm::TestFor10Seconds() {
   static_cast<void>(SendCommand(seams_.ups_port, kSelfTest10Seconds));
+  history_.BeginSelfTest(std::chrono::seconds(10));
 }
 
 void MainForm::TestToLow() {
   static_cast<void>(SendCommand(seams_.ups_port, kSelfTestToLow));
+  history_.BeginSelfTest(std::nullopt);
 }
 
 void MainForm::CancelTest() {
   static_cast<void>(SendCommand(seams_.ups_port, kCancelSelfTest));
+  history_.EndSelfTest();
 }
 
 void MainForm::AskForShutdown() {
@@ -143,7 +149,10 @@ void MainForm::AttachTimers() {
   seams_.timers.countdown_timer.Tick = [this] { countdown_.OnCountdown(); };
   seams_.timers.schedule_timer.Tick = [this] { schedule_.OnSchedule(); };
   dialler_.Attach();
-  seams_.timers.clock_timer.Tick = [this] { ShowClock(); };
+  seams_.timers.clock_timer.Tick = [this] {
+    ShowClock();
+    history_.Look();
+  };
 }
 
 void MainForm::ShowClock() {

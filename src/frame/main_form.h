@@ -5,6 +5,7 @@
 #include "app/seams.h"
 #include "app/state.h"
 #include "dial/dialler.h"
+#include "history/recorder.h"
 #include "link/ups_link.h"
 #include "protect/alert_form.h"
 #include "protect/countdown.h"
@@ -39,6 +40,9 @@ class MainForm {
   // Unloads the form and shows it anew, as after a change of the UPS port.
   void Reload();
 
+  // Keeps the history there from now on; `store` outlives this object.
+  void KeepHistory(HistoryStore& store) { history_.KeepIn(store); }
+
   // Writes the settings to their file. False when that failed: the file is then older than the
   // settings in memory, and loads of the form keep the latter until a save succeeds.
   bool SaveSettings();
@@ -51,6 +55,7 @@ class MainForm {
   void OpenSelfTests() { seams_.forms.Show(Form::kSelfTests); }
   void OpenLog() { seams_.forms.Show(Form::kLog); }
   void OpenDayHistory() { seams_.forms.Show(Form::kDayHistory); }
+  void OpenHistory() { seams_.forms.Show(Form::kHistory); }
   void OpenShutdownReport() { seams_.forms.Show(Form::kShutdownReport); }
   void TestFor10Seconds();
   void TestToLow();
@@ -80,6 +85,7 @@ class MainForm {
   AlertForm alert_;
   Dialler dialler_;
   ScheduleEngine schedule_;
+  Recorder history_;
   bool loaded_ = false;
   bool file_is_old_ = false;  // the last save of the settings failed
 };

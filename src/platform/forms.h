@@ -14,6 +14,7 @@ enum class Form {
   kSelfTests,
   kLog,
   kDayHistory,
+  kHistory,
   kShutdownReport,
 };
 

@@ -29,6 +29,7 @@ void Shutdown::ShutdownSequence(Message log_line, std::optional<RecordCode> reco
   if (!TellUps()) {
     host.Report("the UPS did not get its shutdown command " + state_.ShutdownCommand);
   }
+  if (OnBegin) OnBegin();
   SettleJournal(journals_.LogPath(), logged);
   if (record) SettleJournal(journals_.DateRecPath(), recorded);
   RunCompanion();

@@ -1,6 +1,7 @@
 // The way down: from the decision to the request to the operating system.
 #pragma once
 
+#include <functional>
 #include <optional>
 #include <string>
 
@@ -22,6 +23,9 @@ class Shutdown {
   // the program is served meanwhile. A step that fails is reported on standard error and the next
   // one runs. A second call does nothing: nothing comes back from the first.
   void ShutdownSequence(Message log_line, std::optional<RecordCode> record = std::nullopt);
+
+  // Runs once the program's own activity has stopped and the UPS has its command.
+  std::function<void()> OnBegin;
 
   // The sequence has started.
   bool Begun() const { return begun_; }

@@ -53,6 +53,7 @@ const std::vector<Menu>& Menus() {
        &Panel::analysis_menu,
        {{"log", &Panel::log_entry, &MainForm::OpenLog},
         {"day_history", &Panel::day_history_entry, &MainForm::OpenDayHistory},
+        {"history", &Panel::history_entry, &MainForm::OpenHistory},
         {},
         {"shutdown_report", &Panel::shutdown_report_entry, &MainForm::OpenShutdownReport}}},
       {"control_menu",

@@ -27,8 +27,8 @@ TEST_F(MainWindowTest, MenusStandInOrderAndAct) {
   const std::vector<std::string> expected = {
       "system_menu: settings Show settings | beeper Q\r | exit Unload main",
       "schedule_menu: week Show week special_days Show special_days | self_tests Show self_tests",
-      "analysis_menu: log Show log day_history Show day_history | shutdown_report Show "
-      "shutdown_report",
+      "analysis_menu: log Show log day_history Show day_history history Show history | "
+      "shutdown_report Show shutdown_report",
       "control_menu: short_test T\r test_to_low TL\r cancel_test CT\r | shutdown Ask [Orvane] Are "
       "you sure to shutdown?",
       "help_menu: about Show about"};

@@ -1,0 +1,71 @@
+// Watches the panel and keeps what it sees: readings as minutes, states as episodes.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "app/panel.h"
+#include "app/state.h"
+#include "history/history.h"
+#include "platform/clock.h"
+
+namespace orvane {
+
+class Recorder {
+ public:
+  // Keeps nothing until it has a store.
+  Recorder(const State& state, const Panel& panel, const Clock& clock)
+      : state_(state), panel_(panel), clock_(clock) {}
+
+  // `store` outlives this object and is not used before the first look.
+  void KeepIn(HistoryStore& store) { store_ = &store; }
+
+  // To be called about once a second. Takes a reading when a poll has been answered since the last
+  // look.
+  void Look();
+
+  // A self-test was ordered; it lasts `length`, or with nothing until the battery is low or
+  // the test is cancelled.
+  void BeginSelfTest(std::optional<std::chrono::seconds> length);
+  void EndSelfTest();
+
+  // The way down begins: what lasts ends with it.
+  void BeginWayDown();
+
+  // The program ends, or the main form is loaded anew.
+  void End();
+
+ private:
+  void Start();
+  void TakeReading(sys_seconds now);
+  void FollowStates(sys_seconds now);
+  void Follow(EpisodeKind kind, bool lasts, sys_seconds now);
+  void Begin(EpisodeKind kind, sys_seconds now);
+  void Close(EpisodeKind kind, sys_seconds end, Ending ending);
+  void CloseAll(sys_seconds end, Ending ending);
+  void CloseMinute();
+  void Write();
+
+  struct Open {
+    Episode episode;
+    std::int64_t load_sum = 0, load_readings = 0;
+  };
+
+  const State& state_;
+  const Panel& panel_;
+  const Clock& clock_;
+  HistoryStore* store_ = nullptr;
+  bool started_ = false;
+  std::int64_t last_id_ = 0;
+  std::int32_t answered_ = 0;  // PollsAnswered at the last look
+  std::optional<sys_seconds> last_look_;
+  std::optional<Sample> minute_;  // the one that is being collected
+  std::optional<sys_seconds> self_test_end_;
+  PerEpisodeKind<std::optional<Open>> open_;
+  // What the store has not taken yet.
+  std::vector<Sample> minutes_;
+  std::vector<Episode> episodes_;
+  bool due_ = false;
+};
+
+}  // namespace orvane

@@ -1,0 +1,79 @@
+// The curves of the history over one time axis, drawn for a stretch of time that wheel and keys
+// change.
+#pragma once
+
+#include <QWidget>
+
+#include "app/state.h"
+#include "history/history.h"
+#include "platform/clock.h"
+
+namespace orvane {
+
+// The name of a kind of episode, in the language of this moment.
+QString NameOf(const State& state, EpisodeKind kind);
+
+// Of a moment, by the local clock, to the minute.
+QString TimeOf(sys_seconds time);
+
+class HistoryChart : public QWidget {
+  Q_OBJECT
+
+ public:
+  HistoryChart(const State& state, HistorySource& source, const Clock& clock, QWidget* parent);
+
+  // The last `length` up to now, and from there along with the time.
+  void ShowLast(std::chrono::seconds length);
+
+  // An hour and more around a span of time.
+  void ShowAround(sys_seconds begin, sys_seconds end);
+
+  // The stretch that is shown.
+  sys_seconds From() const { return from_; }
+  sys_seconds To() const { return to_; }
+
+  // Both lie in the stretch that is shown, and some more.
+  const std::vector<Sample>& Samples() const { return samples_; }
+  const std::vector<Episode>& Episodes() const { return episodes_; }
+
+  // Reads what has been added, and goes along while the live end is in view.
+  void Follow();
+
+ Q_SIGNALS:
+  void Moved();
+
+ protected:
+  void paintEvent(QPaintEvent* event) override;
+  void wheelEvent(QWheelEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
+  bool event(QEvent* event) override;
+
+ private:
+  struct Lane;
+  struct Bin;
+
+  void Move(sys_seconds from, sys_seconds to);
+  void Zoom(double factor, double at);
+  void Read();
+  QRectF Plot() const;
+  double XOf(sys_seconds time) const;
+  sys_seconds TimeAt(double x) const;
+  std::vector<Bin> BinsOf(Gauge gauge, double ratio) const;
+  void DrawLane(QPainter& painter, const Lane& lane, const QRectF& place) const;
+  void DrawCurve(QPainter& painter, const std::vector<Bin>& bins, const QRectF& place, double low,
+                 double high, const QColor& colour) const;
+  void DrawTimes(QPainter& painter, const QRectF& plot) const;
+  void DrawStripes(QPainter& painter, const QRectF& plot) const;
+  QString TextAt(double x) const;
+
+  const State& state_;
+  HistorySource& source_;
+  const Clock& clock_;
+  sys_seconds from_, to_;
+  bool live_ = true;
+  Step step_ = Step::kMinute;
+  std::vector<Sample> samples_;
+  std::vector<Episode> episodes_;
+};
+
+}  // namespace orvane

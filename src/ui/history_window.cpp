@@ -1,0 +1,213 @@
+#include "ui/history_window.h"
+
+#include <QDateTime>
+#include <QFileDialog>
+#include <QHeaderView>
+#include <QLabel>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QSaveFile>
+#include <QShortcut>
+#include <QTimer>
+#include <QTreeWidget>
+#include <QVBoxLayout>
+#include <cmath>
+
+#include "history/outages.h"
+#include "ui/history_chart.h"
+#include "ui/words.h"
+
+namespace orvane {
+namespace {
+
+using std::chrono::seconds;
+
+constexpr seconds kDay{86400};
+constexpr int kFollowMs = 10000;
+
+struct SpanButton {
+  const char* name;
+  Words words;
+  seconds length;
+};
+constexpr SpanButton kSpans[] = {{"hour", {"1小时", "1 hour"}, seconds(3600)},
+                                 {"day", {"24小时", "24 hours"}, kDay},
+                                 {"week", {"7天", "7 days"}, 7 * kDay},
+                                 {"month", {"30天", "30 days"}, 30 * kDay},
+                                 {"year", {"1年", "1 year"}, 366 * kDay}};
+
+constexpr Words kEndings[] = {{"仍在继续", "lasts"},
+                              {"市电恢复", "mains back"},
+                              {"未知", "not seen"},
+                              {"已关机", "way down"}};
+
+QString LengthText(seconds length) {
+  const auto total = length.count();
+  return QString("%1:%2:%3")
+      .arg(total / 3600)
+      .arg(total / 60 % 60, 2, 10, QChar(u'0'))
+      .arg(total % 60, 2, 10, QChar(u'0'));
+}
+
+QString Percent(const std::optional<std::int64_t>& hundredths) {
+  return hundredths ? QString::number(static_cast<double>(*hundredths) / 100, 'f', 0) + " %" : "–";
+}
+
+QString IsoTime(sys_seconds time) {
+  const QDateTime local = QDateTime::fromSecsSinceEpoch(time.time_since_epoch().count());
+  return local.toOffsetFromUtc(local.offsetFromUtc()).toString(Qt::ISODate);
+}
+
+}  // namespace
+
+HistoryWindow::HistoryWindow(const State& state, const Panel& panel, HistorySource& source,
+                             const Clock& clock)
+    : QWidget(nullptr, Qt::Window),
+      state_(state),
+      panel_(panel),
+      source_(source),
+      clock_(clock),
+      chart_(new HistoryChart(state, source, clock, this)),
+      outages_(new QTreeWidget(this)),
+      sums_(new QLabel(this)),
+      endurance_(new QLabel(this)) {
+  setObjectName("history");
+  setWindowTitle(Pick(state, Words{"历史曲线", "History"}));
+  auto* column = new QVBoxLayout(this);
+  auto* row = new QHBoxLayout;
+  column->addLayout(row);
+  AddSpans(row);
+  column->addWidget(chart_, 3);
+  sums_->setObjectName("sums");
+  endurance_->setObjectName("endurance");
+  column->addWidget(sums_);
+  column->addWidget(endurance_);
+  outages_->setObjectName("outages");
+  outages_->setAccessibleName(Pick(state, Words{"市电中断", "Mains failures"}));
+  outages_->setRootIsDecorated(false);
+  QStringList heads;
+  for (const Words& head :
+       {Words{"开始", "Begin"}, Words{"时长", "Length"}, Words{"最低电量", "Lowest charge"},
+        Words{"结束方式", "How it ended"}}) {
+    heads += Pick(state, head);
+  }
+  outages_->setHeaderLabels(heads);
+  outages_->setColumnWidth(0, 180);
+  column->addWidget(outages_, 1);
+  connect(outages_, &QTreeWidget::itemClicked, this, [this](QTreeWidgetItem* item) {
+    const auto index = static_cast<std::size_t>(outages_->indexOfTopLevelItem(item));
+    const Episode outage = listed_[index];
+    const bool lasts = outage.ending == Ending::kNotYet;
+    chart_->ShowAround(outage.begin, lasts ? clock_.SystemSeconds() : outage.end);
+  });
+  connect(chart_, &HistoryChart::Moved, this, &HistoryWindow::ShowSums);
+  connect(new QShortcut(Qt::Key_Escape, this), &QShortcut::activated, this, &QWidget::close);
+  auto* timer = new QTimer(this);
+  connect(timer, &QTimer::timeout, this, [this] {
+    ShowOutages();
+    chart_->Follow();
+  });
+  timer->start(kFollowMs);
+  resize(900, 720);
+  ShowOutages();
+  chart_->ShowLast(kDay);
+  chart_->setFocus();
+}
+
+void HistoryWindow::AddSpans(QBoxLayout* row) {
+  const auto add = [&](const char* name, const Words& words, auto act) {
+    auto* button = new QPushButton(Pick(state_, words), this);
+    button->setObjectName(name);
+    connect(button, &QPushButton::clicked, this, act);
+    row->addWidget(button);
+  };
+  for (const SpanButton& span : kSpans) {
+    add(span.name, span.words, [this, length = span.length] { chart_->ShowLast(length); });
+  }
+  row->addStretch();
+  add("save_as", {"另存为...", "Save as..."}, [this] { SaveAs(); });
+}
+
+// The newest first. A list that has not changed keeps its place.
+void HistoryWindow::ShowOutages() {
+  std::vector<Episode> found;
+  for (const Episode& episode : source_.Episodes(sys_seconds{}, sys_seconds::max())) {
+    if (episode.kind == EpisodeKind::kMainsFailure) found.insert(found.begin(), episode);
+  }
+  if (found == listed_) return;
+  listed_ = std::move(found);
+  outages_->clear();
+  for (const Episode& outage : listed_) {
+    const bool lasts = outage.ending == Ending::kNotYet;
+    const seconds length = (lasts ? clock_.SystemSeconds() : outage.end) - outage.begin;
+    new QTreeWidgetItem(
+        outages_,
+        QStringList{TimeOf(outage.begin), LengthText(length), Percent(outage.lowest_battery),
+                    Pick(state_, kEndings[static_cast<std::size_t>(outage.ending)])});
+  }
+}
+
+void HistoryWindow::ShowSums() {
+  const sys_seconds now = clock_.SystemSeconds();
+  const OutageSums sums = SumsOf(chart_->Episodes(), chart_->From(), chart_->To(), now);
+  sums_->setText(Pick(state_, Words{"%1 至 %2：中断 %3 次，共 %4，最长 %5，可用率 %6 %",
+                                    "%1 to %2: %3 outages, total %4, longest %5, availability "
+                                    "%6 %"})
+                     .arg(TimeOf(chart_->From()), TimeOf(chart_->To()))
+                     .arg(sums.number)
+                     .arg(LengthText(sums.total), LengthText(sums.longest))
+                     .arg(sums.availability, 0, 'f', 3));
+  const double load =
+      QString::fromStdString(panel_.read_outs[Gauge::kLoad].Caption()).toDouble() * 100;
+  const auto endurance = EnduranceAt(listed_, std::llround(load));
+  endurance_->setText(
+      endurance ? Pick(state_, Words{"按此负载，电池约可维持 %1 分钟（%2 至 %3，依据 %4 次放电）",
+                                     "The battery lasts about %1 min at this load (%2 to %3, from "
+                                     "%4 discharges)"})
+                      .arg(std::lround(endurance->minutes))
+                      .arg(std::lround(endurance->least))
+                      .arg(std::lround(endurance->most))
+                      .arg(endurance->discharges)
+                : QString());
+}
+
+QString HistoryWindow::Csv() const {
+  QString text = "begin,readings";
+  for (const char* gauge : {"input", "output", "load", "battery", "frequency", "temperature"}) {
+    for (const char* part : {"min", "mean", "max"}) text += QString(",%1_%2").arg(gauge, part);
+  }
+  text += "\r\n";
+  for (const Sample& sample : chart_->Samples()) {
+    if (sample.begin < chart_->From() || sample.begin >= chart_->To()) continue;
+    text += IsoTime(sample.begin) + ',' + QString::number(sample.readings);
+    for (const Spread& spread : sample.values) {
+      const auto readings = static_cast<double>(sample.readings);
+      for (const double value :
+           {static_cast<double>(spread.least), static_cast<double>(spread.sum) / readings,
+            static_cast<double>(spread.most)}) {
+        text += ',' + QString::number(value / 100, 'f', 2);
+      }
+    }
+    text += "\r\n";
+  }
+  return text;
+}
+
+void HistoryWindow::SaveAs() {
+  const QString path = QFileDialog::getSaveFileName(this, Pick(state_, Words{"另存为", "Save as"}),
+                                                    "history.csv", "CSV (*.csv);;PNG (*.png)");
+  if (path.isEmpty()) return;
+  QSaveFile file(path);
+  bool saved = file.open(QIODevice::WriteOnly);
+  if (path.endsWith(".png", Qt::CaseInsensitive)) {
+    saved = saved && chart_->grab().save(&file, "PNG");
+  } else {
+    const QByteArray bytes = Csv().toUtf8();
+    saved = saved && file.write(bytes) == bytes.size();
+  }
+  if (saved && file.commit()) return;
+  QMessageBox::warning(this, Pick(state_, Words{"历史曲线", "History"}),
+                       Pick(state_, Words{"文件无法写入。", "The file could not be written."}));
+}
+
+}  // namespace orvane
