@@ -17,9 +17,9 @@
 #include "platform/linux/linux_host.h"
 #include "platform/linux/port_map.h"
 #include "platform/qt/bus_notifier.h"
+#include "platform/qt/device_port.h"
 #include "platform/qt/end_signals.h"
 #include "platform/qt/qt_dialogs.h"
-#include "platform/qt/qt_serial_port.h"
 #include "platform/qt/qt_timer.h"
 #include "schedule/schedule_tables.h"
 #include "ui/about_window.h"
@@ -54,8 +54,8 @@ struct Outside {
                  [](Bus& bus) { return std::make_shared<BusNotifier>(bus); },
                  [] { QApplication::beep(); }};
   PortMap ports{settings.ports};
-  QtSerialPort ups_port{[this](int number) { return ports.DeviceOf(number); }, kUpsGather};
-  QtSerialPort modem_port{[this](int number) { return ports.DeviceOf(number); }, kModemGather};
+  DevicePort ups_port{[this](int number) { return ports.DeviceOf(number); }, kUpsGather};
+  DevicePort modem_port{[this](int number) { return ports.DeviceOf(number); }, kModemGather};
   QtTimer poll_timer, countdown_timer, schedule_timer, dial_timer, clock_timer, alert_timer,
       modem_timer;
   QtDialogs dialogs;
@@ -159,7 +159,12 @@ int Main(int argc, char** argv) {
     outside.host.Report("platform.ini names no known action (" + outside.settings.unknown_action +
                         "); a shutdown halts the computer");
   }
+  if (!outside.settings.bad_battery_voltage.empty()) {
+    outside.host.Report("platform.ini names no voltage of a battery (" +
+                        outside.settings.bad_battery_voltage + ")");
+  }
   State state;
+  state.BatteryVoltage = outside.settings.battery_voltage;
   outside.dialogs.Chinese = [&state] { return state.language == Language::kChinese; };
   Panel panel;
   MainForm main_form(state, panel, outside.seams);

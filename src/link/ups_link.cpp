@@ -13,6 +13,12 @@ namespace {
 constexpr int kLastPort = 4;
 constexpr int kUnansweredPolls = 3;
 
+// Polls on a port of the search before it makes way.
+constexpr int kPollsToFind = 4;
+// Polls behind the rise of the link with which the ratings and the name are asked for.
+constexpr int kRatingPoll = 2;
+constexpr int kNamePoll = 3;
+
 // A flood leaves no more than this behind for good.
 constexpr std::size_t kKeptCapacity = 4096;
 
@@ -74,24 +80,46 @@ void UpsLink::OpenFixedPort(int number) {
   panel_.port_line.Caption(state_.Text(Message::kFixedPortLine));
 }
 
+// A port of the search. The modem is not to get polls.
+bool UpsLink::Try(int number) {
+  const bool calls = state_.Settings[kDialConditions] != 0;
+  if (calls && number == state_.Settings[kModemPort]) return false;
+  state_.Main.PortTry = static_cast<std::int16_t>(number - 1);
+  state_.Main.PortPolls = 0;
+  return Open(number);
+}
+
 void UpsLink::SearchPort() {
-  std::int16_t& attempt = state_.Main.PortTry;
-  for (attempt = 0;; ++attempt) {
-    const int number = attempt + 1;
-    if (Open(number)) return;
-    if (number == kLastPort) break;
+  if (found_port_ != 0 && Try(found_port_)) return;
+  for (int number = 1; number <= kLastPort; ++number) {
+    if (Try(number)) return;
   }
   seams_.timers.poll_timer.Enabled(false);
   seams_.dialogs.Exclamation(state_.Text(Message::kNoPortBox), state_.Text(Message::kWarning));
   panel_.port_line.Caption(state_.Text(Message::kNoPortLine));
 }
 
+bool UpsLink::Searching() const {
+  return state_.Settings[kUpsPort] == 0 && found_port_ != seams_.ups_port.Number();
+}
+
+// The present one comes last.
+void UpsLink::OpenNextPort() {
+  const int present = seams_.ups_port.Number();
+  seams_.ups_port.Close();
+  for (int step = 0; step < kLastPort; ++step) {
+    if (Try((present + step) % kLastPort + 1)) return;
+  }
+}
+
 void UpsLink::OnPoll() {
   MainFormState& form = state_.Main;
   ++form.PollsSent;
   Forget(form.RxText);
-  // A lost port is asked for again with every poll; until it is back the watchdog shows the loss.
   SerialPort& port = seams_.ups_port;
+  if (Searching() && (!port.IsOpen() || form.PortPolls >= kPollsToFind)) OpenNextPort();
+  ++form.PortPolls;
+  // A lost port is asked for again with every poll; until it is back the watchdog shows the loss.
   if (port.IsOpen() || port.Open()) static_cast<void>(SendCommand(port, kStatusQuery));
   if (form.PollsSent - form.PollsAnswered > kUnansweredPolls) LinkLoss();
   RefreshWarningLine();
@@ -119,6 +147,7 @@ void UpsLink::LinkLoss() {
     line->Caption("");
   }
   state_.Main.PollsSent = 0;
+  state_.Main.Data = {};
   {
     const ValueMirror::Batch batch(mirror_);
     for (const Gauge gauge : kGauges) {
@@ -152,12 +181,31 @@ void UpsLink::OnReceive() {
     const bool whole = line_end != std::string::npos;
     const std::size_t end = whole ? line_end + 1 : received_.size();
     text.append(received_, begin, end - begin);
-    decoder_.Decode();
+    const bool was_up = panel_.link.ForeColor() == kBlue;
+    OnReply(decoder_.Decode(), was_up);
     // What is whole and no reply belongs to none that follows.
     if (whole) text.clear();
     begin = end;
   }
   Forget(received_);
+}
+
+void UpsLink::OnReply(Reply reply, bool was_up) {
+  if (reply == Reply::kNone) return;
+  SerialPort& port = seams_.ups_port;
+  MainFormState& form = state_.Main;
+  if (state_.Settings[kUpsPort] == 0) found_port_ = port.Number();
+  if (reply != Reply::kStatus) return;
+  if (!was_up) form.Data.first_poll = form.PollsSent;
+  if (form.Data.informed) return;
+  const int polls = form.PollsSent - form.Data.first_poll;
+  if (polls >= kRatingPoll && form.Data.rating == Question::kNotAsked) {
+    form.Data.rating = Question::kAsked;
+    static_cast<void>(SendCommand(port, kRatingQuery));
+  } else if (polls >= kNamePoll && form.Data.name == Question::kNotAsked) {
+    form.Data.name = Question::kAsked;
+    static_cast<void>(SendCommand(port, kNameQuery));
+  }
 }
 
 void UpsLink::OnLinkChange() {

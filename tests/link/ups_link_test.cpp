@@ -85,6 +85,55 @@ TEST_F(UpsLinkTest, Ports) {
   EXPECT_TRUE(ups_port.sent.empty());
 }
 
+// Each port of the search gets four polls, round and round.
+TEST_F(UpsLinkTest, SearchGoesOnUntilAUpsAnswers) {
+  int ups_at = 0;
+  std::string tried;  // the port of each poll
+  ups_port.OnSent = [&](const std::string& text) {
+    if (text != "Q1\r") return;
+    tried += std::to_string(ups_port.Number());
+    if (ups_port.Number() == ups_at) ups_port.Receive(all_well);
+  };
+  const auto expect = [&](int polls, const char* ports) {
+    tried.clear();
+    Polls(polls);
+    EXPECT_EQ(tried, ports);
+    EXPECT_EQ(panel.port_line.Caption(), std::string("UPS Install on:Com") + tried.back());
+  };
+  ups_port.present = {1, 3, 4};
+  link.OpenPort();
+  expect(18, "111133334444111133");
+  // The modem gets no polls while calls are asked for.
+  state.Settings[kModemPort] = 4;
+  state.Settings[kDialConditions] = 1;
+  expect(10, "3311113333");
+  state.Settings[kDialConditions] = 0;
+  // One that is pulled out makes way at once, and what is plugged in is found.
+  ups_port.present = {4};
+  ups_port.Close();
+  expect(5, "44444");
+  ups_port.present = {2, 4};
+  ups_at = 2;
+  expect(6, "444222");
+  // A port that has answered is kept, lost or silent, and comes first with the next load.
+  ups_port.Unplug();
+  tried.clear();
+  Polls(6);
+  EXPECT_EQ(tried, "");
+  ups_port.present = {1, 2, 3, 4};
+  ups_at = 0;
+  expect(20, "22222222222222222222");
+  ups_port.Close();
+  state.Main = {};
+  link.OpenPort();
+  expect(5, "22222");
+  // A port chosen by number is never left.
+  ups_port.Close();
+  state.Settings[kUpsPort] = 1;
+  link.OpenPort();
+  expect(6, "111111");
+}
+
 TEST_F(UpsLinkTest, LostLinkTakesAllThatWasShown) {
   link.OpenPort();
   Answer(StatusFrame{.bits = "1000"}.Text());

@@ -1,12 +1,17 @@
 #include "platform/linux/platform_settings.h"
 
 #include <algorithm>
+#include <charconv>
 #include <string_view>
+#include <system_error>
 
 #include "platform/profile.h"
 
 namespace orvane {
 namespace {
+
+constexpr float kLeastBattery = 2;
+constexpr float kMostBattery = 1000;
 
 // A value without the remark that may stand behind it: a blank, a semicolon and the rest.
 std::string ValueOf(const ProfileFile& file, std::string_view section, std::string_view key) {
@@ -30,6 +35,16 @@ PlatformSettings LoadPlatformSettings(const Disk& disk, const std::string& progr
   }
   const std::string action = ValueOf(file, "Shutdown", "Action");
   if (!ReadShutdownAction(action, settings.action)) settings.unknown_action = action;
+  if (const std::string voltage = ValueOf(file, "Battery", "Voltage"); !voltage.empty()) {
+    float volts = 0;
+    const char* end = voltage.data() + voltage.size();
+    const auto [stop, error] = std::from_chars(voltage.data(), end, volts);
+    if (error == std::errc{} && stop == end && volts >= kLeastBattery && volts <= kMostBattery) {
+      settings.battery_voltage = volts;
+    } else {
+      settings.bad_battery_voltage = voltage;
+    }
+  }
   if (auto directory = ValueOf(file, "Directories", "Windows"); !directory.empty()) {
     while (directory.size() > 1 && directory.back() == '/') directory.pop_back();
     const bool absolute = directory.front() == '/';

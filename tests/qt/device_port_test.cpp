@@ -1,4 +1,4 @@
-#include "platform/qt/qt_serial_port.h"
+#include "platform/qt/device_port.h"
 
 #include <gtest/gtest.h>
 #include <termios.h>
@@ -18,8 +18,8 @@ using std::chrono::milliseconds;
 
 constexpr std::chrono::seconds kPatience{30};
 
-struct QtSerialPortTest : testing::TestWithParam<int> {
-  QtSerialPortTest() {
+struct DevicePortTest : testing::TestWithParam<int> {
+  DevicePortTest() {
     port.Configure("2400,N,8,1");
     port.OnReceive = [this] { port.Read(received); };
   }
@@ -45,14 +45,13 @@ struct QtSerialPortTest : testing::TestWithParam<int> {
 
   PseudoTerminal device;
   std::string name;
-  QtSerialPort port{[this](int number) { return number == 1 ? name : ""; },
-                    milliseconds(GetParam())};
+  DevicePort port{[this](int number) { return number == 1 ? name : ""; }, milliseconds(GetParam())};
   std::string received;
 };
 
-INSTANTIATE_TEST_SUITE_P(Gather, QtSerialPortTest, testing::Values(0, 20));
+INSTANTIATE_TEST_SUITE_P(Gather, DevicePortTest, testing::Values(0, 20));
 
-TEST_P(QtSerialPortTest, CarriesBytesBothWays) {
+TEST_P(DevicePortTest, CarriesBytesBothWays) {
   Open();
   port.Notify(true);
   std::string all;
@@ -71,7 +70,7 @@ TEST_P(QtSerialPortTest, CarriesBytesBothWays) {
 }
 
 // What is said to nobody is lost, and what nobody fetches gives way to the new.
-TEST_P(QtSerialPortTest, HearsWhatIsSaidWhileItIsOpen) {
+TEST_P(DevicePortTest, HearsWhatIsSaidWhileItIsOpen) {
   ASSERT_EQ(device.Open(), "");
   for (const char* text : {"before anybody came", "after they went"}) {
     device.Write(text);
@@ -89,7 +88,7 @@ TEST_P(QtSerialPortTest, HearsWhatIsSaidWhileItIsOpen) {
   EXPECT_LT(received.size(), 100'000U);
 }
 
-TEST_P(QtSerialPortTest, BytesWaitWhileNobodyWantsThem) {
+TEST_P(DevicePortTest, BytesWaitWhileNobodyWantsThem) {
   Open();
   device.Write("early");
   EXPECT_TRUE(Until([&] { return port.Waiting() == 5; }));
@@ -117,7 +116,7 @@ TEST_P(QtSerialPortTest, BytesWaitWhileNobodyWantsThem) {
   EXPECT_LT(sent, 1000);
 }
 
-TEST_P(QtSerialPortTest, DeviceVanishesAndReturns) {
+TEST_P(DevicePortTest, DeviceVanishesAndReturns) {
   port.Notify(true);
   for (const bool by_write : {false, true, false}) {
     SCOPED_TRACE(by_write);
@@ -135,12 +134,12 @@ TEST_P(QtSerialPortTest, DeviceVanishesAndReturns) {
   }
 }
 
-TEST_P(QtSerialPortTest, PortsAreHadOnceAndBySerialLinesOnly) {
+TEST_P(DevicePortTest, PortsAreHadOnceAndBySerialLinesOnly) {
   Open();
   const TempFolder folder;
   ASSERT_EQ(symlink(name.c_str(), folder.Path("by-id").c_str()), 0);
   std::string other_name = name;
-  QtSerialPort other([&](int) { return other_name; }, milliseconds(0));
+  DevicePort other([&](int) { return other_name; }, milliseconds(0));
   EXPECT_FALSE(other.Open());
   other_name = folder.Path("by-id");
   EXPECT_FALSE(other.Open());
@@ -159,7 +158,7 @@ TEST_P(QtSerialPortTest, PortsAreHadOnceAndBySerialLinesOnly) {
   }
 }
 
-TEST_P(QtSerialPortTest, TakesLineParametersOnly) {
+TEST_P(DevicePortTest, TakesLineParametersOnly) {
   EXPECT_TRUE(port.Configure("9600,n,8,1"));
   for (const char* bad : {"", "2400,N,8", "x,N,8,1", "2400,X,8,1", "2400,N,9,1", "2400,N,8,3"}) {
     EXPECT_FALSE(port.Configure(bad)) << bad;
