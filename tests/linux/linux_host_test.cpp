@@ -113,6 +113,8 @@ TEST(PlatformSettings, EveryKeyIsOptional) {
     const char *text, *com2;
     Action action;
     const char *unknown, *windows;  // "~" stands for the program's directory
+    std::optional<float> battery = {};
+    const char* bad_battery = "";
   } cases[] = {
       {"", "", Action::kHalt, "", "~"},
       {"[ports]\r\ncom2=/dev/x\r\n[SHUTDOWN]\r\naction=PowerOff\r\n", "/dev/x", Action::kPowerOff,
@@ -122,6 +124,11 @@ TEST(PlatformSettings, EveryKeyIsOptional) {
        "[Shutdown]\nAction=None        ; a trial\n[Directories]\nWindows=/a;b//   ; here",
        "/dev/y", Action::kNone, "", "/a;b"},
       {"[Directories]\nWindows=/", "", Action::kHalt, "", "/"},
+      {"[Battery]\nVoltage=24 ; two", "", Action::kHalt, "", "~", 24},
+      {"[Battery]\nVoltage=1000", "", Action::kHalt, "", "~", 1000},
+      {"[Battery]\nVoltage=24V", "", Action::kHalt, "", "~", {}, "24V"},
+      {"[Battery]\nVoltage=1.9", "", Action::kHalt, "", "~", {}, "1.9"},
+      {"[Battery]\nVoltage=nan", "", Action::kHalt, "", "~", {}, "nan"},
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(c.text);
@@ -135,6 +142,8 @@ TEST(PlatformSettings, EveryKeyIsOptional) {
     std::string windows = c.windows;
     if (windows[0] == '~') windows.replace(0, 1, folder.Path());
     EXPECT_EQ(settings.report_directory, windows);
+    EXPECT_EQ(settings.battery_voltage, c.battery);
+    EXPECT_EQ(settings.bad_battery_voltage, c.bad_battery);
   }
 }
 

@@ -103,6 +103,9 @@ class History {
     const LocalTime start = AnyTime();
     Life life(start, AnyWishes(), AnySchedule(start), tally_);
     told_.clear();
+    const UpsDialect& dialect = kUpsDialects.at(Below(kUpsDialects.size()));
+    life.ups.Do([&](UpsModel& model) { model.Speak(dialect); });
+    Tell("a UPS that speaks", dialect.name);
     bad_.fill(false);
     const Moment end = tally_.time + hours(1 + Below(36));
     while (!life.Down() && tally_.time < end && life.Broken().empty()) {

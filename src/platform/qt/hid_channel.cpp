@@ -114,6 +114,8 @@ void HidChannel::Close() {
   notifier_.reset();
   writer_->End();
   writer_.reset();
+  // The writer's descriptor is still open, and shares the lock.
+  flock(device_.Get(), LOCK_UN);
   device_ = File();
 }
 
