@@ -22,7 +22,7 @@ struct UpsDialect {
 inline constexpr std::array<UpsDialect, 5> kUpsDialects = {{
     {"md", "answers MD; the voltage of one cell", true, "", "", 1, true, true, false},
     {"standard", "answers F and I; the voltage of one cell", false, "#230.0 003 96.00 50.0",
-     "#Simulated       UPS Online 2.0", 1, true, true, false},
+     "#Simulated       UPS Online 2.0       ", 1, true, true, false},
     {"line-interactive", "answers F and I, sends back the rest; the voltage of the whole battery",
      false, "#230.0 002 24.00 50.0", "#Simulated       UPS Line   2.1       ", 12, false, true,
      true},

@@ -230,3 +230,53 @@ class XDisplay:
         for process in self.processes:
             process.terminate()
             process.wait(PATIENCE)
+
+
+class Reader:
+    """Reads the windows of a display as a screen reader does (AT-SPI), on a session bus of its own."""
+
+    ROOT = "/org/a11y/atspi/accessible/root"
+    ACCESSIBLE = "org.a11y.atspi.Accessible"
+
+    def __init__(self, folder, display):
+        self.bus = PrivateBus(folder, "session")
+        self.env = {"DBUS_SESSION_BUS_ADDRESS": self.bus.address,
+                    "QT_LINUX_ACCESSIBILITY_ALWAYS_ON": "1"}
+        # In a group of processes with what it starts.
+        self.launcher = subprocess.Popen(
+            ["/usr/libexec/at-spi-bus-launcher", "--launch-immediately"], process_group=0,
+            env={**os.environ, **display.env, **self.env}, stdout=subprocess.DEVNULL,
+            stderr=subprocess.DEVNULL)
+        connection = dbus.bus.BusConnection(self.bus.address)
+        wait_until(lambda: connection.name_has_owner("org.a11y.Bus"), "the accessibility bus")
+        address = connection.get_object("org.a11y.Bus", "/org/a11y/bus").GetAddress(
+            dbus_interface="org.a11y.Bus")
+        self.connection = dbus.bus.BusConnection(address)
+
+    def _ask(self, node, method):
+        return self.connection.get_object(*node, introspect=False).get_dbus_method(
+            method, self.ACCESSIBLE)()
+
+    def _name(self, node):
+        return str(self.connection.get_object(*node, introspect=False).Get(
+            self.ACCESSIBLE, "Name", dbus_interface="org.freedesktop.DBus.Properties"))
+
+    def _names(self, node):
+        yield self._name(node)
+        for child in self._ask(node, "GetChildren"):
+            yield from self._names(child)
+
+    def names(self, process):
+        """The names of all that the windows of a process hold; none while it has no window."""
+        found = []
+        for application in self._ask(("org.a11y.atspi.Registry", self.ROOT), "GetChildren"):
+            owner = self.connection.get_object("org.freedesktop.DBus", "/")
+            if owner.GetConnectionUnixProcessID(application[0]) == process.pid:
+                found += self._names(application)
+        return found
+
+    def close(self):
+        self.connection.close()
+        os.killpg(self.launcher.pid, signal.SIGTERM)
+        self.launcher.wait(PATIENCE)
+        self.bus.close()
