@@ -18,6 +18,7 @@
 #include "platform/linux/port_map.h"
 #include "platform/qt/bus_notifier.h"
 #include "platform/qt/device_port.h"
+#include "platform/qt/device_watch.h"
 #include "platform/qt/end_signals.h"
 #include "platform/qt/qt_dialogs.h"
 #include "platform/qt/qt_timer.h"
@@ -174,6 +175,9 @@ int Main(int argc, char** argv) {
                                  [&] { main_form.Unload(); }, [&] { return main_form.Loaded(); }});
   MakeForms(outside, state, panel, main_form);
 
+  const auto& ports = outside.settings.ports;
+  const DeviceWatch device_watch({ports.begin(), ports.end()},
+                                 [&] { main_form.OnDevicesChange(); });
   const EndSignals end_signals([&] { windows.End(); });
   form_at_exit = &main_form;
   std::atexit([] {

@@ -82,6 +82,10 @@ void MainForm::Unload() {
   static_cast<void>(journals_.WriteLog(state_.Text(Message::kProgramEnd)));
 }
 
+void MainForm::OnDevicesChange() {
+  if (loaded_ && !GoingDown()) link_.OnDevicesChange();
+}
+
 void MainForm::Reload() {
   seams_.forms.Unload(Form::kMain);
   seams_.forms.Show(Form::kMain);

@@ -36,6 +36,9 @@ class MainForm {
   // happens after it, and a form that is not loaded is left alone.
   void Unload();
 
+  // Devices have come or gone: a UPS port that could not be opened by the load may be there now.
+  void OnDevicesChange();
+
   // Unloads the form and shows it anew, as after a change of the UPS port.
   void Reload();
 

@@ -55,13 +55,35 @@ void UpsLink::Attach() {
 
 void UpsLink::OpenPort() {
   suspended_ = false;
+  missing_ = false;
   // The line settings are the control's design.
   static_cast<void>(seams_.ups_port.Configure("2400,N,8,1"));
-  if (const int port = state_.Settings[kUpsPort]) {
-    OpenFixedPort(port);
+  if (OpenChosen()) return;
+  if (state_.Settings[kUpsPort] != 0) {
+    seams_.timers.countdown_timer.Enabled(false);
+    MissPort(Message::kFixedPortBox, Message::kFixedPortLine);
   } else {
-    SearchPort();
+    MissPort(Message::kNoPortBox, Message::kNoPortLine);
   }
+}
+
+bool UpsLink::OpenChosen() {
+  const int port = state_.Settings[kUpsPort];
+  return port == 0 ? SearchPort() : Open(port);
+}
+
+void UpsLink::MissPort(Message box, Message line) {
+  missing_ = true;
+  seams_.timers.poll_timer.Enabled(false);
+  seams_.dialogs.Exclamation(state_.Text(box), state_.Text(Message::kWarning));
+  // The port may have come while the box stood.
+  if (missing_) panel_.port_line.Caption(state_.Text(line));
+}
+
+void UpsLink::OnDevicesChange() {
+  if (!missing_ || !OpenChosen()) return;
+  missing_ = false;
+  seams_.timers.poll_timer.Enabled(true);
 }
 
 bool UpsLink::Open(int number) {
@@ -70,14 +92,6 @@ bool UpsLink::Open(int number) {
   state_.Main.PortWasOpen = true;
   panel_.port_line.Caption(PortLine(state_, number));
   return true;
-}
-
-void UpsLink::OpenFixedPort(int number) {
-  if (Open(number)) return;
-  seams_.timers.poll_timer.Enabled(false);
-  seams_.timers.countdown_timer.Enabled(false);
-  seams_.dialogs.Exclamation(state_.Text(Message::kFixedPortBox), state_.Text(Message::kWarning));
-  panel_.port_line.Caption(state_.Text(Message::kFixedPortLine));
 }
 
 // A port of the search. The modem is not to get polls.
@@ -89,14 +103,12 @@ bool UpsLink::Try(int number) {
   return Open(number);
 }
 
-void UpsLink::SearchPort() {
-  if (found_port_ != 0 && Try(found_port_)) return;
+bool UpsLink::SearchPort() {
+  if (found_port_ != 0 && Try(found_port_)) return true;
   for (int number = 1; number <= kLastPort; ++number) {
-    if (Try(number)) return;
+    if (Try(number)) return true;
   }
-  seams_.timers.poll_timer.Enabled(false);
-  seams_.dialogs.Exclamation(state_.Text(Message::kNoPortBox), state_.Text(Message::kWarning));
-  panel_.port_line.Caption(state_.Text(Message::kNoPortLine));
+  return false;
 }
 
 bool UpsLink::Searching() const {

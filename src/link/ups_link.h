@@ -23,6 +23,10 @@ class UpsLink {
   // port line; a failure stops the poll and shows a box, during which other events are served.
   void OpenPort();
 
+  // Devices have come or gone. A port that OpenPort could not open, and that can be opened now, is
+  // taken up, without another box.
+  void OnDevicesChange();
+
   // Poll tick: sends "Q1", declares the link lost on the fourth poll in a row without an answer,
   // refreshes the warning line. A port that was lost while the program ran is opened again first,
   // as soon as its device is back. A port of the search on which four polls have brought nothing
@@ -45,9 +49,10 @@ class UpsLink {
 
  private:
   bool Open(int number);
-  void OpenFixedPort(int number);
   bool Try(int number);
-  void SearchPort();
+  bool SearchPort();
+  bool OpenChosen();
+  void MissPort(Message box, Message line);
   bool Searching() const;
   void OpenNextPort();
   void OnReply(Reply reply, bool was_up);
@@ -63,6 +68,7 @@ class UpsLink {
   std::string received_;    // what one event brought, kept for its capacity
   int found_port_ = 0;      // on which a search has found a UPS last; 0: none yet
   bool suspended_ = false;  // Suspend ended the poll
+  bool missing_ = false;    // OpenPort has opened none
 };
 
 }  // namespace orvane

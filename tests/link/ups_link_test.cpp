@@ -85,6 +85,42 @@ TEST_F(UpsLinkTest, Ports) {
   EXPECT_TRUE(ups_port.sent.empty());
 }
 
+TEST_F(UpsLinkTest, PortThatComesLateIsTakenUp) {
+  for (const std::int16_t slot : {std::int16_t{0}, std::int16_t{2}}) {
+    for (const bool behind_the_box : {false, true}) {
+      SCOPED_TRACE(std::to_string(slot) + (behind_the_box ? " behind the box" : ""));
+      const auto change = [&](std::set<int> present) {
+        ups_port.present = present;
+        link.OnDevicesChange();
+      };
+      ups_port.Close();
+      ups_port.present = {};
+      state.Main = {};
+      state.Settings[kUpsPort] = slot;
+      events.clear();
+      dialogs.OnBox = [&] {
+        if (behind_the_box) change({2});
+      };
+      link.OpenPort();
+      EXPECT_EQ(ups_port.IsOpen(), behind_the_box);
+      change({});
+      if (!behind_the_box) {
+        EXPECT_FALSE(poll_timer.Enabled());
+        change({2});
+      }
+      EXPECT_TRUE(ups_port.IsOpen());
+      EXPECT_TRUE(poll_timer.Enabled());
+      EXPECT_EQ(panel.port_line.Caption(), "UPS Install on:Com2");
+      EXPECT_EQ(events.size(), 1U) << "one box";
+    }
+  }
+  // One that was lost comes back with a poll, and not before.
+  ups_port.Unplug();
+  ups_port.present = {2};
+  link.OnDevicesChange();
+  EXPECT_FALSE(ups_port.IsOpen());
+}
+
 // Each port of the search gets four polls, round and round.
 TEST_F(UpsLinkTest, SearchGoesOnUntilAUpsAnswers) {
   int ups_at = 0;
