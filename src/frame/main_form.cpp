@@ -28,6 +28,7 @@ MainForm::MainForm(State& state, Panel& panel, const Seams& seams)
       shutdown_(state, panel, journals_, seams),
       countdown_(state, panel, shutdown_, seams),
       alert_(state, panel, seams),
+      notices_(state, panel, alert_, seams),
       dialler_(state, panel, seams),
       schedule_(state, journals_, shutdown_, seams) {
   seams_.host.OnSleep([this](bool asleep) {
@@ -53,6 +54,11 @@ bool MainForm::Load() {
   DesignTimers();
   AttachTimers();
   link_.Attach();
+  seams_.ups_port.OnReceive = [this] {
+    link_.OnReceive();
+    notices_.Update();
+  };
+  notices_.Withdraw();
   seams_.ups_port.Notify(false);
   CaptureNeedles(panel_, state_.Main);
   if (!file_is_old_) LoadSettings(seams_.disk, SettingsPath(), state_);
@@ -75,6 +81,7 @@ void MainForm::Unload() {
   if (!std::exchange(loaded_, false)) return;
   dialler_.Stop();
   seams_.timers.Stop();
+  notices_.Withdraw();
   seams_.alert_timer.Enabled(false);
   seams_.ups_port.Notify(false);
   seams_.ups_port.Close();
@@ -143,8 +150,14 @@ void MainForm::DesignTimers() {
 }
 
 void MainForm::AttachTimers() {
-  seams_.timers.poll_timer.Tick = [this] { link_.OnPoll(); };
-  seams_.timers.countdown_timer.Tick = [this] { countdown_.OnCountdown(); };
+  seams_.timers.poll_timer.Tick = [this] {
+    link_.OnPoll();
+    notices_.OnPoll();
+  };
+  seams_.timers.countdown_timer.Tick = [this] {
+    countdown_.OnCountdown();
+    if (!GoingDown()) notices_.Update();
+  };
   seams_.timers.schedule_timer.Tick = [this] { schedule_.OnSchedule(); };
   dialler_.Attach();
   seams_.timers.clock_timer.Tick = [this] { ShowClock(); };

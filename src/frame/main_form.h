@@ -8,6 +8,7 @@
 #include "link/ups_link.h"
 #include "protect/alert_form.h"
 #include "protect/countdown.h"
+#include "protect/notices.h"
 #include "protect/shutdown.h"
 #include "records/journals.h"
 #include "schedule/schedule_engine.h"
@@ -81,6 +82,7 @@ class MainForm {
   Shutdown shutdown_;
   Countdown countdown_;
   AlertForm alert_;
+  Notices notices_;
   Dialler dialler_;
   ScheduleEngine schedule_;
   bool loaded_ = false;

@@ -3,6 +3,7 @@
 #include <chrono>
 
 #include "link/commands.h"
+#include "protect/notices.h"
 
 namespace orvane {
 namespace {
@@ -22,6 +23,8 @@ void Shutdown::ShutdownSequence(Message log_line, std::optional<RecordCode> reco
   // A reply that is still under way would start the count again.
   seams_.ups_port.Notify(false);
   panel_.status_line.Caption(state_.Text(Message::kSavingFiles));
+  host.WithdrawNotification(Notice::kMains);
+  host.ShowNotification(Notice::kWayDown, WayDownNotification(state_));
   // The UPS must not wait for a disk: that of a computer in trouble may take its time.
   const bool logged = journals_.WriteLog(state_.Text(log_line), OnMedium::kWithSettle);
   const bool recorded = record && journals_.WriteDateRec(*record, OnMedium::kWithSettle);

@@ -80,7 +80,11 @@ class DisplayTest(UpsTest):
         main = display.wait_for_window("Orvane")
 
         def open_window(key, title):
-            return display.strike(main, ["Escape", "alt+n", key], title)
+            window = display.strike(main, ["Escape", "alt+n", key], title)
+            # A click on the main window does not hide it.
+            owner = display.ask("xprop", "-id", window, "WM_TRANSIENT_FOR").rpartition(" ")[2]
+            self.assertEqual(int(owner, 16), int(main, 16), title)
+            return window
 
         def files():
             return {path.name: path.read_bytes() for path in self.folder.iterdir()

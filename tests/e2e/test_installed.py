@@ -27,6 +27,7 @@ class InstalledTest(OrvaneTest):
             "lib/orvane/orvane", "lib/orvane/exit.exe", *(f"bin/{name}" for name in programs),
             *(f"share/man/{language}man1/{name}.1.gz" for name in programs
               for language in ("", "zh_CN/")),
+            "lib/udev/rules.d/60-orvane-ups.rules",
             "share/applications/orvane.desktop", "share/metainfo/orvane.metainfo.xml",
             "share/lintian/overrides/orvane", "share/icons/hicolor/scalable/apps/orvane.svg",
             *(f"share/icons/hicolor/{size}x{size}/apps/orvane.png"

@@ -125,6 +125,8 @@ TEST(PlatformSettings, EveryKeyIsOptional) {
        "/dev/y", Action::kNone, "", "/a;b"},
       {"[Directories]\nWindows=/", "", Action::kHalt, "", "/"},
       {"[Battery]\nVoltage=24 ; two", "", Action::kHalt, "", "~", 24},
+      {"[desktop]\nNotifications=0", "", Action::kHalt, "", "~"},
+      {"[Desktop]\nNotifications=1", "", Action::kHalt, "", "~"},
       {"[Battery]\nVoltage=1000", "", Action::kHalt, "", "~", 1000},
       {"[Battery]\nVoltage=24V", "", Action::kHalt, "", "~", {}, "24V"},
       {"[Battery]\nVoltage=1.9", "", Action::kHalt, "", "~", {}, "1.9"},
@@ -144,6 +146,7 @@ TEST(PlatformSettings, EveryKeyIsOptional) {
     EXPECT_EQ(settings.report_directory, windows);
     EXPECT_EQ(settings.battery_voltage, c.battery);
     EXPECT_EQ(settings.bad_battery_voltage, c.bad_battery);
+    EXPECT_EQ(settings.notifications, !std::string(c.text).ends_with("Notifications=0"));
   }
 }
 

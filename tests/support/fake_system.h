@@ -3,6 +3,7 @@
 #pragma once
 
 #include <functional>
+#include <map>
 #include <set>
 #include <string>
 #include <vector>
@@ -27,6 +28,9 @@ class FakeHost : public Host {
   // Runs while the companion does.
   std::function<void()> OnRun;
   std::vector<std::string> reports;
+  // The notifications that stand, and title and text of each that was shown.
+  std::map<Notice, Notification> shown;
+  std::vector<std::string> notified;
 
   std::string ProgramDirectory() const override { return "/prog"; }
   std::string ReportDirectory() const override { return "/windows"; }
@@ -40,6 +44,11 @@ class FakeHost : public Host {
   void TakeDown() override { events_.push_back("TakeDown"); }
   void OnSleep(std::function<void(bool asleep)> handler) override { Sleep = std::move(handler); }
   void KeepAwake(bool on) override { kept_awake = on; }
+  void ShowNotification(Notice notice, const Notification& notification) override {
+    shown[notice] = notification;
+    notified.push_back(notification.title + ": " + notification.body);
+  }
+  void WithdrawNotification(Notice notice) override { shown.erase(notice); }
   void Beep() override { events_.push_back("Beep"); }
   void Report(const std::string& line) override { reports.push_back(line); }
 

@@ -45,6 +45,7 @@ PlatformSettings LoadPlatformSettings(const Disk& disk, const std::string& progr
       settings.bad_battery_voltage = voltage;
     }
   }
+  settings.notifications = ValueOf(file, "Desktop", "Notifications") != "0";
   if (auto directory = ValueOf(file, "Directories", "Windows"); !directory.empty()) {
     while (directory.size() > 1 && directory.back() == '/') directory.pop_back();
     const bool absolute = directory.front() == '/';

@@ -23,6 +23,8 @@ struct PlatformSettings {
   std::optional<float> battery_voltage;
   // What stands there, where it is no such voltage; empty otherwise.
   std::string bad_battery_voltage;
+  // [Desktop] Notifications: false for 0.
+  bool notifications = true;
   // [Directories] Windows, without a slash at the end: as it stands if absolute, else below the
   // program's directory; not given: the program's directory.
   std::string report_directory;
