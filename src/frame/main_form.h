@@ -11,6 +11,7 @@
 #include "protect/shutdown.h"
 #include "records/journals.h"
 #include "schedule/schedule_engine.h"
+#include "share/ups_share.h"
 
 namespace orvane {
 
@@ -80,6 +81,7 @@ class MainForm {
   AlertForm alert_;
   Dialler dialler_;
   ScheduleEngine schedule_;
+  UpsShare share_;
   bool loaded_ = false;
   bool file_is_old_ = false;  // the last save of the settings failed
 };

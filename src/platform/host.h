@@ -45,6 +45,9 @@ struct Host {
   // up, a line on standard error says why, sooner or later.
   virtual void TakeDown() = 0;
 
+  // True where the settings leave the computer running whatever TakeDown is asked for: a trial.
+  virtual bool StaysUp() const = 0;
+
   // Has `handler` run from the event loop from now on: with true before the computer falls asleep,
   // which waits for it for some seconds, and with false when it has woken. To be called once.
   virtual void OnSleep(std::function<void(bool asleep)> handler) = 0;

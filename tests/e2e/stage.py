@@ -3,8 +3,10 @@ systemd's user manager, and an X11 display with a window manager."""
 
 import ctypes
 import os
+import getpass
 import re
 import signal
+import socket
 import subprocess
 from pathlib import Path
 
@@ -15,6 +17,79 @@ from harness import PATIENCE, Process, wait_until
 
 PYTHON = "/usr/bin/python3"
 MOCK = "org.freedesktop.DBus.Mock"
+
+
+def free_port():
+    """A port of the loopback that nobody uses at this moment."""
+    with socket.socket() as probe:
+        probe.bind(("127.0.0.1", 0))
+        return probe.getsockname()[1]
+
+
+class UpsServer:
+    """Debian's upsd and its clients, in a folder of their own, on the loopback."""
+
+    def __init__(self, folder):
+        self.folder = Path(folder)
+        self.state = self.folder / "state"
+        self.down = self.folder / "down"  # there once upsmon has run its SHUTDOWNCMD
+        self.state.mkdir(parents=True)
+        self.socket = self.state / "orvane-ups"
+        self.port = free_port()
+        self.ups = f"ups@127.0.0.1:{self.port}"
+        self.user = getpass.getuser()
+        self.env = dict(os.environ, **{name: str(place) for name, place in (
+            ("NUT_CONFPATH", self.folder), ("NUT_STATEPATH", self.state),
+            ("NUT_ALTPIDPATH", self.state))})
+        for name, text in (
+                ("ups.conf", "[ups]\ndriver = orvane\nport = auto\n"),
+                ("upsd.conf", f"LISTEN 127.0.0.1 {self.port}\nSTATEPATH {self.state}\n"),
+                ("upsd.users", "[mon]\npassword = x\nupsmon secondary\ninstcmds = ALL\n"),
+                ("upsmon.conf", f'MONITOR {self.ups} 1 mon x secondary\nMINSUPPLIES 1\n'
+                 f'SHUTDOWNCMD "date > {self.down}"\nRUN_AS_USER {self.user}\n'
+                 f'POWERDOWNFLAG {self.folder}/killpower\n')):
+            (self.folder / name).write_text(text, encoding="ascii")
+            (self.folder / name).chmod(0o640)
+        self.upsd = None
+        self.processes = []
+
+    def _start(self, *arguments):
+        process = Process(arguments, env=self.env)
+        self.processes.append(process)
+        return process
+
+    def start(self):
+        self.upsd = self._start("/lib/nut/upsd", "-u", self.user, "-F")
+
+    def stop(self):
+        self.upsd.terminate()
+
+    def watch(self):
+        """A secondary upsmon, once upsd knows it."""
+        monitor = self._start("/lib/nut/upsmon", "-p", "-F")
+        wait_until(lambda: "127.0.0.1" in self.ask("upsc", "-c", self.ups), "upsmon is logged in")
+        return monitor
+
+    def ask(self, *arguments):
+        """What a client prints, on whichever of its outputs."""
+        ran = subprocess.run(arguments, env=self.env, stdout=subprocess.PIPE,
+                             stderr=subprocess.STDOUT, text=True, timeout=PATIENCE, check=False)
+        return ran.stdout
+
+    def variables(self):
+        """What upsc lists; the reason under "Error" where upsd has no news of the UPS."""
+        lines = [line.partition(": ") for line in self.ask("upsc", self.ups).splitlines()]
+        return {name: value for name, _, value in lines}
+
+    def status(self):
+        return self.variables().get("ups.status")
+
+    def order(self, command):
+        return self.ask("upscmd", "-w", "-u", "mon", "-p", "x", self.ups, command)
+
+    def close(self):
+        for process in self.processes:
+            process.close()
 
 
 class PrivateBus:

@@ -78,6 +78,7 @@ LinuxHost::LinuxHost(std::string program_directory, const PlatformSettings& sett
                      SystemBus::Attach attach, std::function<void()> beep)
     : program_directory_(std::move(program_directory)),
       report_directory_(settings.report_directory),
+      stays_up_(settings.action == ShutdownAction::kNone),
       bus_(std::move(attach)),
       logind_(settings.action, bus_, ReportOwnLine),
       sleep_locks_(bus_, ReportOwnLine),

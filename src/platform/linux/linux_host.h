@@ -33,6 +33,7 @@ class LinuxHost : public Host {
   bool IsSecondInstance() override;
   RunOutcome RunHidden(const std::string& path, std::chrono::milliseconds limit) override;
   void TakeDown() override { logind_.TakeDown(); }
+  bool StaysUp() const override { return stays_up_; }
   void OnSleep(std::function<void(bool asleep)> handler) override {
     sleep_locks_.Watch(std::move(handler));
   }
@@ -43,6 +44,7 @@ class LinuxHost : public Host {
  private:
   const std::string program_directory_;
   const std::string report_directory_;
+  const bool stays_up_;
   SystemBus bus_;
   Logind logind_;
   SleepLocks sleep_locks_;
