@@ -169,6 +169,7 @@ int Main(int argc, char** argv) {
   look::Apply(application);
 
   Outside outside;
+  outside.host.ServeMeanwhile(outside.share_server);
   if (!outside.settings.unknown_action.empty()) {
     outside.host.Report("platform.ini names no known action (" + outside.settings.unknown_action +
                         "); a shutdown halts the computer");

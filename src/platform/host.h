@@ -38,7 +38,8 @@ struct Host {
   virtual bool IsSecondInstance() = 0;
 
   // Starts a program without arguments and without a window, and waits until it ends, for at most
-  // `limit`. No event of this program is served meanwhile. Never ends the other program.
+  // `limit`. No event of this program is served meanwhile, but those who call on the socket for
+  // upsd. Never ends the other program.
   virtual RunOutcome RunHidden(const std::string& path, std::chrono::milliseconds limit) = 0;
 
   // Asks the operating system for an orderly shutdown and returns at once. Where the computer stays

@@ -161,12 +161,13 @@ class WayDownTest(ShareTest):
 
 class HostileTest(ShareTest):
 
+    DELAY = "0,30"
+
     def resident(self, orvane):
         with open(f"/proc/{orvane.pid}/status", encoding="ascii") as lines:
             return next(int(line.split()[1]) for line in lines if line.startswith("VmRSS"))
 
     def test_peers_that_misbehave_leave_poll_count_and_memory_as_they_were(self):
-        self.DELAY = "2,0"
         orvane = self.start()
         self.ups.answer["Q1"] = reply("1000")
         self.expect_status("OB")
@@ -197,3 +198,4 @@ class HostileTest(ShareTest):
         wait_until(lambda: len(os.listdir(f"/proc/{orvane.pid}/fd")) <= held, "all have gone")
         self.assertLess(self.resident(orvane) - before, 4096)
         self.assertGreater(self.ups.count("Q1"), begun)
+        self.ups.wait_for("S01")

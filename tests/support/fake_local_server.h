@@ -4,6 +4,7 @@
 #include <map>
 #include <set>
 #include <string>
+#include <utility>
 
 #include "platform/local_server.h"
 #include "support/fake_system.h"

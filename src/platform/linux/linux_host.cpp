@@ -101,7 +101,7 @@ void LinuxHost::Report(const std::string& line) {
 }
 
 RunOutcome LinuxHost::RunHidden(const std::string& path, std::chrono::milliseconds limit) {
-  return orvane::RunHidden(path, limit);
+  return orvane::RunHidden(path, limit, meanwhile_);
 }
 
 }  // namespace orvane

@@ -7,6 +7,7 @@
 #include "platform/linux/file.h"
 #include "platform/linux/platform_settings.h"
 #include "platform/linux/sleep_locks.h"
+#include "platform/linux/unix_server.h"
 
 namespace orvane {
 
@@ -30,6 +31,9 @@ class LinuxHost : public Host {
   std::string ProgramDirectory() const override { return program_directory_; }
   std::string ReportDirectory() const override { return report_directory_; }
   std::string CompanionPath() const override { return ExecutableDirectory() + "/exit.exe"; }
+  // Has the peers of `server` be served while RunHidden waits.
+  void ServeMeanwhile(UnixServer& server) { meanwhile_ = &server; }
+
   bool IsSecondInstance() override;
   RunOutcome RunHidden(const std::string& path, std::chrono::milliseconds limit) override;
   void TakeDown() override { logind_.TakeDown(); }
@@ -49,6 +53,7 @@ class LinuxHost : public Host {
   Logind logind_;
   SleepLocks sleep_locks_;
   const std::function<void()> beep_;
+  UnixServer* meanwhile_ = nullptr;
   File lock_;  // held while this process lives
 };
 

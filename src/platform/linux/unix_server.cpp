@@ -10,6 +10,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
+#include <iterator>
 #include <utility>
 
 namespace orvane {
@@ -217,14 +218,15 @@ void UnixServer::End(Peer peer) {
   OnClose(peer);
 }
 
-void UnixServer::ServeFor(std::chrono::milliseconds time) {
+void UnixServer::ServeUntil(int descriptor, std::chrono::milliseconds time) {
   const auto end = SteadyClock::now() + time;
-  while (epoll_) {
+  for (;;) {
     const auto left = std::chrono::ceil<std::chrono::milliseconds>(end - SteadyClock::now());
     if (left.count() <= 0) return;
-    pollfd wait{epoll_.Get(), POLLIN, 0};
-    poll(&wait, 1, static_cast<int>(left.count()));
-    Serve();
+    pollfd waits[] = {{epoll_.Get(), POLLIN, 0}, {descriptor, POLLIN, 0}};
+    if (poll(waits, std::size(waits), static_cast<int>(left.count())) <= 0) continue;
+    if (waits[0].revents != 0) Serve();
+    if (waits[1].revents != 0) return;
   }
 }
 

@@ -30,8 +30,12 @@ class UnixServer : public LocalServer {
   void Close() override;
   bool Send(Peer peer, std::string_view text) override;
   void Drop(Peer peer) override { peers_.erase(peer); }
-  void ServeFor(std::chrono::milliseconds time) override;
+  void ServeFor(std::chrono::milliseconds time) override { ServeUntil(-1, time); }
   int ProcessId() const override;
+
+  // Serves the peers until there is something to read at `descriptor`, or the time is over. Also
+  // where it does not listen, and with no descriptor (-1).
+  void ServeUntil(int descriptor, std::chrono::milliseconds time);
 
  private:
   struct Connection {
