@@ -16,6 +16,7 @@ import dbus.bus
 from harness import PATIENCE, Process, wait_until
 
 PYTHON = "/usr/bin/python3"
+EXAMPLES = Path(__file__).resolve().parents[2] / "packaging" / "upsd"
 MOCK = "org.freedesktop.DBus.Mock"
 
 
@@ -41,17 +42,23 @@ class UpsServer:
         self.env = dict(os.environ, **{name: str(place) for name, place in (
             ("NUT_CONFPATH", self.folder), ("NUT_STATEPATH", self.state),
             ("NUT_ALTPIDPATH", self.state))})
-        for name, text in (
-                ("ups.conf", "[ups]\ndriver = orvane\nport = auto\n"),
-                ("upsd.conf", f"LISTEN 127.0.0.1 {self.port}\nSTATEPATH {self.state}\n"),
-                ("upsd.users", "[mon]\npassword = x\nupsmon secondary\ninstcmds = ALL\n"),
-                ("upsmon.conf", f'MONITOR {self.ups} 1 mon x secondary\nMINSUPPLIES 1\n'
-                 f'SHUTDOWNCMD "date > {self.down}"\nRUN_AS_USER {self.user}\n'
-                 f'POWERDOWNFLAG {self.folder}/killpower\n')):
-            (self.folder / name).write_text(text, encoding="ascii")
-            (self.folder / name).chmod(0o640)
+        listen = f"LISTEN 127.0.0.1 {self.port}\nSTATEPATH {self.state}\n"
+        self._example("ups.conf")
+        self._example("upsd.conf", (r"(?m)^LISTEN .*\n", ""), (r"\Z", listen))
+        self._example("upsd.users")
+        self._example("upsmon.conf", ("SERVER ", f"127.0.0.1:{self.port} "),
+                      ("SHUTDOWNCMD .*", f'SHUTDOWNCMD "date > {self.down}"'),
+                      ("/etc/killpower", f"{self.folder}/killpower"))
         self.upsd = None
         self.processes = []
+
+    def _example(self, name, *changes):
+        """One of the files that the package ships, fitted to this folder."""
+        text = (EXAMPLES / name).read_text(encoding="utf-8")
+        for pattern, new in (("SECRET", "x"), *changes):
+            text = re.sub(pattern, new, text)
+        (self.folder / name).write_text(text, encoding="utf-8")
+        (self.folder / name).chmod(0o640)
 
     def _start(self, *arguments):
         process = Process(arguments, env=self.env)
@@ -85,7 +92,7 @@ class UpsServer:
         return self.variables().get("ups.status")
 
     def order(self, command):
-        return self.ask("upscmd", "-w", "-u", "mon", "-p", "x", self.ups, command)
+        return self.ask("upscmd", "-w", "-u", "tester", "-p", "x", self.ups, command)
 
     def close(self):
         for process in self.processes:

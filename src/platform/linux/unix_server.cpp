@@ -67,7 +67,7 @@ bool UnixServer::Open() {
 // they shall be.
 std::string UnixServer::Listen() {
   if (path_.size() >= sizeof sockaddr_un{}.sun_path) return "the path is too long for a socket";
-  if (const std::string reason = MakeWay(); !reason.empty()) return reason;
+  if (std::string reason = MakeWay(); !reason.empty()) return reason;
   listener_ = File(NewSocket());
   const sockaddr_un address = AddressOf(path_);
   if (!listener_ || fchmod(listener_.Get(), S_IRUSR | S_IWUSR) != 0 ||
