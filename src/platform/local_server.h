@@ -30,7 +30,7 @@ struct LocalServer {
   virtual void Close() = 0;
 
   // Hands the text to the peer, now as far as it takes it and the rest as it reads on. False when
-  // more than 32 KB would wait for it, or it has gone: it is dropped, and OnClose does not run.
+  // more than 16 KB would wait for it, or it has gone: it is dropped, and OnClose does not run.
   virtual bool Send(Peer peer, std::string_view text) = 0;
 
   // Ends one connection. OnClose does not run.

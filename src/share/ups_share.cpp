@@ -14,8 +14,8 @@ constexpr std::size_t kBytesASecond = std::size_t{16} * 1024;
 constexpr std::size_t kCommandsASecond = 4;
 constexpr int kPollsToAskAgain = 15;
 
-// upsmon asks upsd every five seconds.
-constexpr std::chrono::seconds kTimeToAsk{6};
+// upsmon asks upsd every five seconds. One more is lost where whole seconds are counted.
+constexpr std::chrono::seconds kTimeToAsk{7};
 
 // What a client may ask for, as the entries of the menu send it.
 struct Command {

@@ -47,7 +47,7 @@ void WordReader::Take(char c) {
 void WordReader::Add(char c) {
   if (!in_word_) words_.emplace_back();
   in_word_ = true;
-  if (words_.back().size() == kMostLetters) {
+  if (words_.back().size() == kMostLetters || ++letters_ > kMostOfALine) {
     too_long_ = true;
   } else {
     words_.back() += c;

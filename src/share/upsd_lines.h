@@ -14,9 +14,11 @@ class WordReader {
  public:
   static constexpr std::size_t kMostWords = 32;
   static constexpr std::size_t kMostLetters = 512;
+  static constexpr std::size_t kMostOfALine = 4096;
 
   // Takes bytes off the front, up to the end of a line. True when there was one: its words stand in
-  // Words until the next call. A line with more or longer words than these has none.
+  // Words until the next call. A line with more or longer words than these, or more letters in
+  // all, has none.
   bool Next(std::string_view& bytes);
 
   const std::vector<std::string>& Words() const { return words_; }
@@ -26,6 +28,7 @@ class WordReader {
   void Add(char c);
 
   std::vector<std::string> words_;
+  std::size_t letters_ = 0;  // in all words
   bool in_word_ = false;
   bool quoted_ = false;
   bool escaped_ = false;   // a backslash stands before

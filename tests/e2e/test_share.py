@@ -140,6 +140,10 @@ class WayDownTest(ShareTest):
         self.expect_status("FSD OB")
         self.ups.wait_for("S01")
         self.assertFalse(self.server.down.exists())
+        # Whoever comes now is told as well.
+        late = self.call()
+        late.sendall(b"DUMPALL\n")
+        self.assertIn(b'SETINFO ups.status "FSD OB"\n', late.recv(65536))
         wait_until(self.server.down.exists, "SHUTDOWNCMD of the other computer")
         wait_until(orvane.complaints, "the last call")
         self.assertIn("does not go down: no system bus", orvane.complaints()[0])

@@ -199,8 +199,8 @@ TEST(UpsShareTest, OthersGoDownBeforeTheUpsIsTold) {
              !event.starts_with("Serve") && event != "TakeDown";
     });
     const Events expected =
-        silent ? Events{"Tell SETINFO ups.status \"FSD\"", "Sent S01\r", "Serve 6000", "TakeDown"}
-               : Events{"Tell SETINFO ups.status \"FSD OB LB\"", "Sent S01\r", "Serve 6000",
+        silent ? Events{"Tell SETINFO ups.status \"FSD\"", "Sent S01\r", "Serve 7000", "TakeDown"}
+               : Events{"Tell SETINFO ups.status \"FSD OB LB\"", "Sent S01\r", "Serve 7000",
                         "TakeDown"};
     EXPECT_EQ(ups.events, expected);
     EXPECT_TRUE(ups.Say("DUMPALL\n").ends_with("DATAOK\nDUMPDONE\n"));
@@ -217,7 +217,7 @@ TEST(UpsShareTest, TrialNeverTakesOthersDown) {
   EXPECT_EQ(ups.UpsStatus(), "OB");
   ASSERT_EQ(ups.host.reports.size(), 1U);
   EXPECT_NE(ups.host.reports[0].find("(FSD OB)"), std::string::npos);
-  EXPECT_EQ(std::count(ups.events.begin(), ups.events.end(), "Serve 6000"), 0);
+  EXPECT_EQ(std::count(ups.events.begin(), ups.events.end(), "Serve 7000"), 0);
   EXPECT_EQ(ups.Say("INSTCMD beeper.toggle TRACKING 1\n"), "TRACKING 1 3\n");
 }
 

@@ -23,7 +23,7 @@ constexpr mode_t kMode = 0660;
 
 // What one peer may cost: what is read at once, what waits to leave, and what lies with the kernel.
 constexpr std::size_t kPiece = 4096;
-constexpr std::size_t kMostWaiting = std::size_t{32} * 1024;
+constexpr std::size_t kMostWaiting = std::size_t{16} * 1024;
 constexpr int kKernelBuffer = 8 * 1024;
 
 // The listener among the numbers of the peers.
@@ -82,7 +82,9 @@ std::string UnixServer::Listen() {
       lchown(path_.c_str(), static_cast<uid_t>(-1), directory.st_gid) != 0) {
     return std::string("the group of its directory cannot be had: ") + std::strerror(errno);
   }
-  if (chmod(path_.c_str(), kMode) != 0 || listen(listener_.Get(), kBacklog) != 0) {
+  // Whoever else may write to the directory cannot lead this to another file.
+  if (fchmodat(AT_FDCWD, path_.c_str(), kMode, AT_SYMLINK_NOFOLLOW) != 0 ||
+      listen(listener_.Get(), kBacklog) != 0) {
     return std::strerror(errno);
   }
   epoll_ = File(epoll_create1(EPOLL_CLOEXEC));
