@@ -1,4 +1,4 @@
-// A local socket of tests: peers call and speak, and what each was told stands in `told`.
+// A local socket of tests: peers call and speak, and what each was told is kept.
 #pragma once
 
 #include <map>
@@ -18,26 +18,21 @@ class FakeLocalServer : public LocalServer {
 
   bool named = false;     // the settings name a socket
   bool available = true;  // and it can be had
+  int tries = 0;          // times that it was to be opened
   std::set<Peer> stuck;   // peers that take nothing any more
-  std::map<Peer, std::string> told;
 
   Peer Call() {
-    const Peer peer = ++last_;
-    peers_.insert(peer);
-    OnConnect(peer);
-    return peer;
+    peers_.insert(++last_);
+    OnConnect(last_);
+    return last_;
   }
-  // Has the peer say something. What it was told before is forgotten, what it was told since is
-  // the result.
+  // What the peer was told since it was last asked here.
+  std::string Heard(Peer peer) { return std::exchange(told_[peer], ""); }
+  // The same, since it has said something now.
   std::string Say(Peer peer, std::string_view bytes) {
-    told[peer].clear();
+    Heard(peer);
     if (Connected(peer)) OnReceive(peer, bytes);
-    return told[peer];
-  }
-  std::string Heard(Peer peer) { return std::exchange(told[peer], ""); }
-  void HangUp(Peer peer) {
-    peers_.erase(peer);
-    OnClose(peer);
+    return Heard(peer);
   }
   bool Connected(Peer peer) const { return peers_.contains(peer); }
   std::size_t Peers() const { return peers_.size(); }
@@ -52,11 +47,9 @@ class FakeLocalServer : public LocalServer {
     peers_.clear();
   }
   bool Send(Peer peer, std::string_view text) override {
-    if (!Connected(peer) || stuck.contains(peer)) {
-      peers_.erase(peer);
-      return false;
-    }
-    told[peer] += text;
+    if (stuck.contains(peer)) Drop(peer);
+    if (!Connected(peer)) return false;
+    told_[peer] += text;
     events_.push_back("Tell " + std::string(text.substr(0, text.find('\n'))));
     return true;
   }
@@ -67,11 +60,10 @@ class FakeLocalServer : public LocalServer {
   }
   int ProcessId() const override { return 4711; }
 
-  int tries = 0;  // times that it was to be opened
-
  private:
   FakeTime& time_;
   Events& events_;
+  std::map<Peer, std::string> told_;
   std::set<Peer> peers_;
   Peer last_ = 0;
   bool open_ = false;
