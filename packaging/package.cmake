@@ -56,6 +56,7 @@ install(DIRECTORY docs DESTINATION share/doc/orvane
 install(FILES packaging/60-orvane-ups.rules DESTINATION lib/udev/rules.d)
 # An example and no more: who may take the computer down is for its owner to say.
 install(FILES packaging/50-orvane.rules DESTINATION share/doc/orvane/examples)
+install(DIRECTORY packaging/upsd DESTINATION share/doc/orvane/examples)
 
 install(FILES packaging/lintian-overrides DESTINATION share/lintian/overrides RENAME orvane)
 
@@ -85,4 +86,6 @@ set(CPACK_DEBIAN_COMPRESSION_TYPE xz)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 set(CPACK_DEBIAN_PACKAGE_RECOMMENDS
     "default-logind | logind, polkitd, fonts-wqy-microhei | fonts-noto-cjk")
+# Which serves the UPS to other computers.
+set(CPACK_DEBIAN_PACKAGE_SUGGESTS "nut-server")
 include(CPack)

@@ -4,9 +4,11 @@
 #include <unistd.h>
 
 #include <QApplication>
+#include <QSocketNotifier>
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
+#include <functional>
 #include <memory>
 #include <optional>
 
@@ -16,6 +18,7 @@
 #include "platform/linux/linux_disk.h"
 #include "platform/linux/linux_host.h"
 #include "platform/linux/port_map.h"
+#include "platform/linux/unix_server.h"
 #include "platform/qt/bus_notifier.h"
 #include "platform/qt/device_port.h"
 #include "platform/qt/device_watch.h"
@@ -45,6 +48,14 @@ using std::chrono::milliseconds;
 constexpr milliseconds kUpsGather{196};
 constexpr milliseconds kModemGather{0};
 
+// Has the event loop run `serve` while there is something to read at `descriptor`.
+std::shared_ptr<void> NotifyOf(int descriptor, std::function<void()> serve) {
+  auto notifier = std::make_shared<QSocketNotifier>(descriptor, QSocketNotifier::Read);
+  QObject::connect(notifier.get(), &QSocketNotifier::activated,
+                   [serve = std::move(serve)] { serve(); });
+  return notifier;
+}
+
 // What lies outside the program, for real.
 struct Outside {
   LinuxClock clock;
@@ -61,6 +72,8 @@ struct Outside {
       modem_timer;
   QtDialogs dialogs;
   Windows windows;
+  UnixServer share_server{settings.share_socket, NotifyOf,
+                          [this](const std::string& line) { host.Report(line); }};
   Seams seams{{poll_timer, countdown_timer, schedule_timer, dial_timer, clock_timer},
               alert_timer,
               modem_timer,
@@ -70,7 +83,8 @@ struct Outside {
               disk,
               host,
               dialogs,
-              windows};
+              windows,
+              share_server};
 };
 
 // The main form of a program that is being ended behind its back: the display goes away.
@@ -156,6 +170,7 @@ int Main(int argc, char** argv) {
   look::Apply(application);
 
   Outside outside;
+  outside.host.ServeMeanwhile(outside.share_server);
   if (!outside.settings.unknown_action.empty()) {
     outside.host.Report("platform.ini names no known action (" + outside.settings.unknown_action +
                         "); a shutdown halts the computer");
@@ -163,6 +178,10 @@ int Main(int argc, char** argv) {
   if (!outside.settings.bad_battery_voltage.empty()) {
     outside.host.Report("platform.ini names no voltage of a battery (" +
                         outside.settings.bad_battery_voltage + ")");
+  }
+  if (!outside.settings.bad_share_name.empty()) {
+    outside.host.Report("platform.ini names no UPS to share (" + outside.settings.bad_share_name +
+                        "): a name has letters, digits, - and _");
   }
   State state;
   state.BatteryVoltage = outside.settings.battery_voltage;

@@ -30,6 +30,11 @@ struct UpsData {
   Question name = Question::kNotAsked;
   std::optional<float> rated_battery;  // nominal volts of the whole battery
   float usual_battery = 0;  // the same by the first voltage of a whole battery; 0: none came
+  std::string company;      // by the name reply; empty: not told
+  // Of the last status reply: volts of a cell or of the whole battery, and two bits as they came.
+  std::optional<float> battery_figure;
+  char test_bit = ' ';
+  char beeper_bit = ' ';
 };
 
 // What the main form holds between its events. A load of the form starts it afresh.

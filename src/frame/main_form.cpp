@@ -30,7 +30,11 @@ MainForm::MainForm(State& state, Panel& panel, const Seams& seams)
       alert_(state, panel, seams),
       notices_(state, panel, alert_, seams),
       dialler_(state, panel, seams),
-      schedule_(state, journals_, shutdown_, seams) {
+      schedule_(state, journals_, shutdown_, seams),
+      share_(state, panel, seams) {
+  link_.OnShown = [this] { share_.Update(); };
+  shutdown_.OnBegin = [this] { share_.TellGoingDown(); };
+  shutdown_.OnEnd = [this] { share_.AwaitOthers(); };
   seams_.host.OnSleep([this](bool asleep) {
     if (GoingDown()) return;
     if (asleep) {
@@ -66,6 +70,7 @@ bool MainForm::Load() {
   SetCaptions(state_, panel_);
   static_cast<void>(journals_.WriteLog(state_.Text(Message::kProgramStart)));
   state_.ShutdownCommand = DeriveShutdownCommand(state_);
+  share_.Start();
   link_.OpenPort();
   // A box of the port may have held the load until the end of the program.
   return loaded_;
@@ -79,6 +84,7 @@ void MainForm::Activate() {
 // First whatever could act once more: while the end waits for a slow disk, a tick may fall due.
 void MainForm::Unload() {
   if (!std::exchange(loaded_, false)) return;
+  share_.Stop();
   dialler_.Stop();
   seams_.timers.Stop();
   notices_.Withdraw();
@@ -153,6 +159,7 @@ void MainForm::AttachTimers() {
   seams_.timers.poll_timer.Tick = [this] {
     link_.OnPoll();
     notices_.OnPoll();
+    share_.OnPoll();
   };
   seams_.timers.countdown_timer.Tick = [this] {
     countdown_.OnCountdown();

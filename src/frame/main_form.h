@@ -12,6 +12,7 @@
 #include "protect/shutdown.h"
 #include "records/journals.h"
 #include "schedule/schedule_engine.h"
+#include "share/ups_share.h"
 
 namespace orvane {
 
@@ -85,6 +86,7 @@ class MainForm {
   Notices notices_;
   Dialler dialler_;
   ScheduleEngine schedule_;
+  UpsShare share_;
   bool loaded_ = false;
   bool file_is_old_ = false;  // the last save of the settings failed
 };

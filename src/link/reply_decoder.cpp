@@ -60,6 +60,8 @@ constexpr Columns kFrequencyHertz{24, 4};
 constexpr Columns kBatteryVoltage{29, 4};
 constexpr Columns kTemperatureCelsius{34, 4};
 constexpr std::size_t kFirstBit = 39;
+constexpr std::size_t kTestBit = 44;
+constexpr std::size_t kBeeperBit = 46;
 
 std::string_view Cut(std::string_view text, Columns columns) {
   return text.substr(columns.first - 1, columns.width);
@@ -143,7 +145,9 @@ void ReplyDecoder::DecodeStatus() {
     set_gauge(Gauge::kLoad, Above(load, std::int16_t{125}) ? std::int16_t{125} : *load);
     evaluation_.Overload(load);
 
-    const int battery = BatteryPercent(CellVolts(ReadSingle(Cut(text, kBatteryVoltage))));
+    const auto figure = ReadSingle(Cut(text, kBatteryVoltage));
+    state_.Main.Data.battery_figure = figure;
+    const int battery = BatteryPercent(CellVolts(figure));
     value[Gauge::kBattery].Caption(NumberText(battery));
     set_gauge(Gauge::kBattery, static_cast<std::int16_t>(battery));
 
@@ -155,6 +159,8 @@ void ReplyDecoder::DecodeStatus() {
     Show(value[Gauge::kTemperature], temperature);
     set_gauge(Gauge::kTemperature, OnScale(temperature, 0, 75));
   }
+  state_.Main.Data.test_bit = text[kTestBit - 1];
+  state_.Main.Data.beeper_bit = text[kBeeperBit - 1];
   evaluation_.Evaluate(text.substr(kFirstBit - 1, 4));
   Consume();
 }
@@ -207,6 +213,7 @@ void ReplyDecoder::ShowRating(const RatingReply& rating) {
 }
 
 void ReplyDecoder::ShowName(const NameReply& name) {
+  state_.Main.Data.company = name.company;
   const std::string_view model = name.model.empty() ? name.company : name.model;
   if (!model.empty()) ShowDatum(UpsDatum::kModel, model, "");
   if (!name.version.empty()) ShowDatum(UpsDatum::kVersion, name.version, "");

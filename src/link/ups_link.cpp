@@ -200,6 +200,7 @@ void UpsLink::OnReceive() {
     begin = end;
   }
   Forget(received_);
+  if (OnShown) OnShown();
 }
 
 void UpsLink::OnReply(Reply reply, bool was_up) {

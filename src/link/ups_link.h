@@ -1,6 +1,9 @@
 // The line to the UPS: which port, the poll, the watchdog, and what the replies mean.
 #pragma once
 
+#include <functional>
+#include <string>
+
 #include "app/panel.h"
 #include "app/seams.h"
 #include "app/state.h"
@@ -14,6 +17,9 @@ namespace orvane {
 class UpsLink {
  public:
   UpsLink(State& state, Panel& panel, Journals& journals, const Seams& seams);
+
+  // Runs when a receive event has been dealt with: the panel shows what came.
+  std::function<void()> OnShown;
 
   // Puts the Change reactions of link and read-outs on the panel and the receive event on the port.
   void Attach();

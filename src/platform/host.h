@@ -52,12 +52,16 @@ struct Host {
   virtual bool IsSecondInstance() = 0;
 
   // Starts a program without arguments and without a window, and waits until it ends, for at most
-  // `limit`. No event of this program is served meanwhile. Never ends the other program.
+  // `limit`. No event of this program is served meanwhile, but those who call on the socket for
+  // upsd. Never ends the other program.
   virtual RunOutcome RunHidden(const std::string& path, std::chrono::milliseconds limit) = 0;
 
   // Asks the operating system for an orderly shutdown and returns at once. Where the computer stays
   // up, a line on standard error says why, sooner or later.
   virtual void TakeDown() = 0;
+
+  // True where the settings leave the computer running whatever TakeDown is asked for: a trial.
+  virtual bool StaysUp() const = 0;
 
   // Has `handler` run from the event loop from now on: with true before the computer falls asleep,
   // which waits for it for some seconds, and with false when it has woken. To be called once.

@@ -15,6 +15,7 @@ constexpr std::chrono::milliseconds kCompanionLimit{40000};
 void Shutdown::ShutdownSequence(Message log_line, std::optional<RecordCode> record) {
   if (begun_) return;
   begun_ = true;
+  if (OnBegin) OnBegin();
   Host& host = seams_.host;
   seams_.forms.Dismiss();
   seams_.forms.Unload(Form::kAlert);
@@ -35,6 +36,7 @@ void Shutdown::ShutdownSequence(Message log_line, std::optional<RecordCode> reco
   SettleJournal(journals_.LogPath(), logged);
   if (record) SettleJournal(journals_.DateRecPath(), recorded);
   RunCompanion();
+  if (OnEnd) OnEnd();
   host.TakeDown();
 }
 

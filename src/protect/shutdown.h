@@ -1,6 +1,7 @@
 // The way down: from the decision to the request to the operating system.
 #pragma once
 
+#include <functional>
 #include <optional>
 #include <string>
 
@@ -15,6 +16,11 @@ class Shutdown {
  public:
   Shutdown(const State& state, Panel& panel, Journals& journals, const Seams& seams)
       : state_(state), panel_(panel), journals_(journals), seams_(seams) {}
+
+  // Run by ShutdownSequence: at its first moment, and before the operating system is asked to go
+  // down.
+  std::function<void()> OnBegin;
+  std::function<void()> OnEnd;
 
   // Stops the program's own activity, logs `log_line`, writes a daily record where
   // `record` holds one, sends `ShutdownCommand` to the UPS, lets the companion save the user's

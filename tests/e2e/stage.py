@@ -3,8 +3,10 @@ systemd's user manager, and an X11 display with a window manager."""
 
 import ctypes
 import os
+import getpass
 import re
 import signal
+import socket
 import subprocess
 from pathlib import Path
 
@@ -14,7 +16,87 @@ import dbus.bus
 from harness import PATIENCE, Process, wait_until
 
 PYTHON = "/usr/bin/python3"
+EXAMPLES = Path(__file__).resolve().parents[2] / "packaging" / "upsd"
 MOCK = "org.freedesktop.DBus.Mock"
+
+
+def free_port():
+    """A port of the loopback that nobody uses at this moment."""
+    with socket.socket() as probe:
+        probe.bind(("127.0.0.1", 0))
+        return probe.getsockname()[1]
+
+
+class UpsServer:
+    """Debian's upsd and its clients, in a folder of their own, on the loopback."""
+
+    def __init__(self, folder):
+        self.folder = Path(folder)
+        self.state = self.folder / "state"
+        self.down = self.folder / "down"  # there once upsmon has run its SHUTDOWNCMD
+        self.state.mkdir(parents=True)
+        self.socket = self.state / "orvane-ups"
+        self.port = free_port()
+        self.ups = f"ups@127.0.0.1:{self.port}"
+        self.user = getpass.getuser()
+        self.env = dict(os.environ, **{name: str(place) for name, place in (
+            ("NUT_CONFPATH", self.folder), ("NUT_STATEPATH", self.state),
+            ("NUT_ALTPIDPATH", self.state))})
+        listen = f"LISTEN 127.0.0.1 {self.port}\nSTATEPATH {self.state}\n"
+        self._example("ups.conf")
+        self._example("upsd.conf", (r"(?m)^LISTEN .*\n", ""), (r"\Z", listen))
+        self._example("upsd.users")
+        self._example("upsmon.conf", ("SERVER ", f"127.0.0.1:{self.port} "),
+                      ("SHUTDOWNCMD .*", f'SHUTDOWNCMD "date > {self.down}"'),
+                      ("/etc/killpower", f"{self.folder}/killpower"))
+        self.upsd = None
+        self.processes = []
+
+    def _example(self, name, *changes):
+        """One of the files that the package ships, fitted to this folder."""
+        text = (EXAMPLES / name).read_text(encoding="utf-8")
+        for pattern, new in (("SECRET", "x"), *changes):
+            text = re.sub(pattern, new, text)
+        (self.folder / name).write_text(text, encoding="utf-8")
+        (self.folder / name).chmod(0o640)
+
+    def _start(self, *arguments):
+        process = Process(arguments, env=self.env)
+        self.processes.append(process)
+        return process
+
+    def start(self):
+        self.upsd = self._start("/lib/nut/upsd", "-u", self.user, "-F")
+
+    def stop(self):
+        self.upsd.terminate()
+
+    def watch(self):
+        """A secondary upsmon, once upsd knows it."""
+        monitor = self._start("/lib/nut/upsmon", "-p", "-F")
+        wait_until(lambda: "127.0.0.1" in self.ask("upsc", "-c", self.ups), "upsmon is logged in")
+        return monitor
+
+    def ask(self, *arguments):
+        """What a client prints, on whichever of its outputs."""
+        ran = subprocess.run(arguments, env=self.env, stdout=subprocess.PIPE,
+                             stderr=subprocess.STDOUT, text=True, timeout=PATIENCE, check=False)
+        return ran.stdout
+
+    def variables(self):
+        """What upsc lists; the reason under "Error" where upsd has no news of the UPS."""
+        lines = [line.partition(": ") for line in self.ask("upsc", self.ups).splitlines()]
+        return {name: value for name, _, value in lines}
+
+    def status(self):
+        return self.variables().get("ups.status")
+
+    def order(self, command):
+        return self.ask("upscmd", "-w", "-u", "tester", "-p", "x", self.ups, command)
+
+    def close(self):
+        for process in self.processes:
+            process.close()
 
 
 class PrivateBus:

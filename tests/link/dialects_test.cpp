@@ -197,7 +197,8 @@ TEST_F(DialectsTest, ChargeOfAWholeBattery) {
   for (const auto& row : cases) {
     SCOPED_TRACE(row.name);
     state.BatteryVoltage = row.told;
-    state.Main.Data = {.rated_battery = row.rated};
+    state.Main.Data = {};
+    state.Main.Data.rated_battery = row.rated;
     EXPECT_EQ(Charge(row.figure), row.charge);
   }
   // The cells are counted once: 24.8 V alone would be those of a smaller battery.

@@ -150,5 +150,25 @@ TEST(PlatformSettings, EveryKeyIsOptional) {
   }
 }
 
+TEST(PlatformSettings, NameTheSocketOnWhichTheUpsIsShared) {
+  const struct {
+    const char* text;
+    const char* socket;
+    const char* bad_name;
+  } cases[] = {
+      {"Socket=/x/ups", "", ""},
+      {"Name=ups ; mine", "/run/nut/orvane-ups", ""},
+      {"Name=ups\nSocket=/x/ups", "/x/ups", ""},
+      {"Name=../ups", "", "../ups"},
+  };
+  for (const auto& c : cases) {
+    const TempFolder folder;
+    folder.Write("platform.ini", std::string("[Share]\n") + c.text);
+    const PlatformSettings settings = LoadPlatformSettings(LinuxDisk(), folder.Path());
+    EXPECT_EQ(settings.share_socket, c.socket) << c.text;
+    EXPECT_EQ(settings.bad_share_name, c.bad_name) << c.text;
+  }
+}
+
 }  // namespace
 }  // namespace orvane::test

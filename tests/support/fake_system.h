@@ -25,6 +25,7 @@ class FakeHost : public Host {
   // The computer falls asleep, or has woken.
   std::function<void(bool asleep)> Sleep;
   bool kept_awake = false;
+  bool stays_up = false;
   // Runs while the companion does.
   std::function<void()> OnRun;
   std::vector<std::string> reports;
@@ -42,6 +43,7 @@ class FakeHost : public Host {
     return companion;
   }
   void TakeDown() override { events_.push_back("TakeDown"); }
+  bool StaysUp() const override { return stays_up; }
   void OnSleep(std::function<void(bool asleep)> handler) override { Sleep = std::move(handler); }
   void KeepAwake(bool on) override { kept_awake = on; }
   void ShowNotification(Notice notice, const Notification& notification) override {

@@ -78,6 +78,7 @@ LinuxHost::LinuxHost(std::string program_directory, const PlatformSettings& sett
                      BusConnection::Attach attach, std::function<void()> beep)
     : program_directory_(std::move(program_directory)),
       report_directory_(settings.report_directory),
+      stays_up_(settings.action == ShutdownAction::kNone),
       bus_(Bus::Which::kSystem, attach),
       logind_(settings.action, bus_, ReportOwnLine),
       sleep_locks_(bus_, ReportOwnLine),
@@ -102,7 +103,7 @@ void LinuxHost::Report(const std::string& line) {
 }
 
 RunOutcome LinuxHost::RunHidden(const std::string& path, std::chrono::milliseconds limit) {
-  return orvane::RunHidden(path, limit);
+  return orvane::RunHidden(path, limit, meanwhile_);
 }
 
 }  // namespace orvane

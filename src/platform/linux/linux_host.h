@@ -8,6 +8,7 @@
 #include "platform/linux/notifications.h"
 #include "platform/linux/platform_settings.h"
 #include "platform/linux/sleep_locks.h"
+#include "platform/linux/unix_server.h"
 
 namespace orvane {
 
@@ -31,9 +32,13 @@ class LinuxHost : public Host {
   std::string ProgramDirectory() const override { return program_directory_; }
   std::string ReportDirectory() const override { return report_directory_; }
   std::string CompanionPath() const override { return ExecutableDirectory() + "/exit.exe"; }
+  // Has the peers of `server` be served while RunHidden waits.
+  void ServeMeanwhile(UnixServer& server) { meanwhile_ = &server; }
+
   bool IsSecondInstance() override;
   RunOutcome RunHidden(const std::string& path, std::chrono::milliseconds limit) override;
   void TakeDown() override { logind_.TakeDown(); }
+  bool StaysUp() const override { return stays_up_; }
   void OnSleep(std::function<void(bool asleep)> handler) override {
     sleep_locks_.Watch(std::move(handler));
   }
@@ -50,6 +55,7 @@ class LinuxHost : public Host {
  private:
   const std::string program_directory_;
   const std::string report_directory_;
+  const bool stays_up_;
   BusConnection bus_;
   Logind logind_;
   SleepLocks sleep_locks_;
@@ -57,6 +63,7 @@ class LinuxHost : public Host {
   BusConnection session_bus_;
   Notifications notifications_{session_bus_};
   const std::function<void()> beep_;
+  UnixServer* meanwhile_ = nullptr;
   File lock_;  // held while this process lives
 };
 

@@ -25,6 +25,12 @@ struct PlatformSettings {
   std::string bad_battery_voltage;
   // [Desktop] Notifications: false for 0.
   bool notifications = true;
+  // [Share] Socket: the path on which the UPS is offered to upsd, as it stands if absolute, else
+  // below the program's directory; not given: that of `Name` in upsd's own directory. Empty without
+  // a Name.
+  std::string share_socket;
+  // What stands there as Name, where it is no name of a UPS; empty otherwise.
+  std::string bad_share_name;
   // [Directories] Windows, without a slash at the end: as it stands if absolute, else below the
   // program's directory; not given: the program's directory.
   std::string report_directory;
