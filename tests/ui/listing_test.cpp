@@ -1,24 +1,39 @@
 // What every window holds, in both languages and in all its telling states, against the listings in
-// tests/ui/listings: a person looks at what has changed there. `tools/listings` writes them anew.
+// tests/ui/listings: a person looks at what has changed there. `tools/listings` writes them anew. A
+// text that has no room is marked `cut`.
 #include <gtest/gtest.h>
 
 #include <QAccessible>
 #include <QAction>
 #include <QFile>
+#include <QLineEdit>
 #include <QMenu>
 #include <QMenuBar>
 #include <QMetaEnum>
+#include <QPushButton>
 #include <memory>
 
 #include "app/messages.h"
 #include "shots/shots.h"
 #include "ui/parts.h"
+#include "ui/text_label.h"
 
 namespace orvane::test {
 namespace {
 
 QString OneLine(QString text) {
   return text.replace('\n', "\\n").replace('\r', "\\r");
+}
+
+// Whether its words have no room. A label of fixed place ends in points then.
+bool Cuts(const QWidget& part, const QString& text) {
+  if (const auto* label = qobject_cast<const TextLabel*>(&part)) return label->Elided();
+  if (text.isEmpty() || qobject_cast<const QLineEdit*>(&part)) return false;
+  constexpr int kPushMargins = 8;
+  const bool push = qobject_cast<const QPushButton*>(&part) != nullptr;
+  const QSize words = part.fontMetrics().size(Qt::TextShowMnemonic, text);
+  const int needed = push ? words.width() + kPushMargins : part.sizeHint().width();
+  return needed > part.width() || words.height() > part.height();
 }
 
 // Role, name, text, what a screen reader says where that is something else, tool tip, and place in
@@ -30,9 +45,12 @@ QString LineOf(QWidget& part, const QWidget& window) {
   const QString text = part.property("text").toString();
   if (!text.isEmpty()) line += " [" + text + ']';
   const QString name = spoken->text(QAccessible::Name);
+  // What takes the keyboard has to have a name.
+  EXPECT_FALSE(part.focusPolicy() & Qt::TabFocus && name.isEmpty()) << line.toStdString();
   if (!name.isEmpty() && name != text) line += " spoken [" + name + ']';
   if (!part.toolTip().isEmpty()) line += " tip [" + part.toolTip() + ']';
   if (!part.isEnabled()) line += " disabled";
+  if (Cuts(part, text)) line += " cut";
   const QPoint place = part.mapTo(&window, QPoint(0, 0));
   line +=
       QString(" %1,%2 %3x%4").arg(place.x()).arg(place.y()).arg(part.width()).arg(part.height());
@@ -81,6 +99,7 @@ TEST(ListingTest, WindowsHoldWhatSomebodyHasLookedAt) {
       shots::Stage stage(language);
       const std::unique_ptr<QWidget> window = shot.make(stage);
       Present(*window);
+      EXPECT_EQ(window->minimumSize(), window->maximumSize());
       const std::string name =
           std::string(shot.name) + (language == Language::kEnglish ? "-en" : "-zh");
       const QString now = ListingOf(*window);
