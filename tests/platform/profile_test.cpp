@@ -99,10 +99,18 @@ TEST(ProfileFile, NoLineEndGetsIntoAValue) {
 }
 
 TEST(ProfileValues, AreCutBySizeAndNeverInsideACharacter) {
-  const ProfileFile file = ProfileFile::Parse("[Main]\nlatin=abcdef\nmixed=ab日月\n");
+  const ProfileFile file = ProfileFile::Parse(
+      "[Main]\nlatin=abcdef\nmixed=ab日月\nfour=\xF0\x9F\x94\x8B.\nnone=+\x80\x80\x80\x80\x80\n");
   const std::tuple<const char*, std::size_t, const char*> cases[] = {
-      {"latin", 6, "abcdef"}, {"latin", 5, "abcde"}, {"latin", 0, ""},
-      {"mixed", 8, "ab日月"}, {"mixed", 7, "ab日"},  {"absent", 4, ""},
+      {"latin", 6, "abcdef"},
+      {"latin", 5, "abcde"},
+      {"latin", 0, ""},
+      {"mixed", 8, "ab日月"},
+      {"mixed", 7, "ab日"},
+      {"absent", 4, ""},
+      {"four", 3, ""},
+      {"four", 4, "\xF0\x9F\x94\x8B"},
+      {"none", 5, "+\x80\x80\x80\x80"},
   };
   for (const auto& [key, limit, value] : cases) {
     EXPECT_EQ(ReadProfileValue(file, "main", key, limit), value);

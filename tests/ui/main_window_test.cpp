@@ -4,10 +4,8 @@
 
 #include <QAction>
 #include <QImage>
-#include <QMap>
 #include <QMenu>
 #include <QMenuBar>
-#include <QPaintEvent>
 #include <QScreen>
 #include <QTest>
 #include <string>
@@ -24,33 +22,6 @@
 
 namespace orvane::test {
 namespace {
-
-// Collects what is painted, by the names of the widgets.
-class PaintWatch : public QObject {
- public:
-  explicit PaintWatch(QWidget& window) {
-    window.installEventFilter(this);
-    for (QWidget* widget : window.findChildren<QWidget*>()) widget->installEventFilter(this);
-    Take();
-  }
-
-  // What has been painted since the last call.
-  QMap<QString, QRegion> Take() {
-    QApplication::processEvents();
-    return std::exchange(painted_, {});
-  }
-
- protected:
-  bool eventFilter(QObject* widget, QEvent* event) override {
-    if (event->type() == QEvent::Paint) {
-      painted_[widget->objectName()] += static_cast<QPaintEvent*>(event)->region();
-    }
-    return false;
-  }
-
- private:
-  QMap<QString, QRegion> painted_;
-};
 
 struct MainWindowTest : testing::Test, RunningProgram {
   MainWindowTest() : RunningProgram(Language::kEnglish) {
@@ -180,34 +151,6 @@ TEST_F(MainWindowTest, ScreenShowsWhatAWholeRepaintWould) {
     }
     if (load == "000") form.ShowDials();
   }
-}
-
-TEST_F(MainWindowTest, NothingIsRepaintedButWhatChanged) {
-  Polls(3);
-  PaintWatch watch(window);
-  panel.status_line.Caption(std::string(panel.status_line.Caption()));
-  panel.mains.ForeColor(panel.mains.ForeColor());
-  Bar& load = panel.bars[Gauge::kLoad];
-  load.Width(load.Width());
-  panel.supply_warning.Visible(false);
-  clock_timer.Tick();
-  EXPECT_EQ(watch.Take().keys(), QStringList());
-  time.SetWall({2026, 3, 14, 15, 20, 0});
-  Poll();  // the same reply
-  EXPECT_EQ(watch.Take().keys(), QStringList("clock"));
-
-  panel.read_outs[Gauge::kLoad].Caption("36");
-  const auto moved = watch.Take();
-  EXPECT_EQ(moved.keys(), (QStringList{"load_bar", "load_bar_figure"}));
-  EXPECT_LE(moved["load_bar"].boundingRect().width(), 8) << "more than what the bar grew by";
-
-  form.ShowDials();
-  watch.Take();
-  SetGauge(state.Main, panel, Gauge::kLoad, 36);
-  panel.read_outs[Gauge::kLoad].Caption("37");
-  const auto needles = watch.Take();
-  EXPECT_EQ(needles.keys(), (QStringList{"dial_face", "load_read_out"}));
-  EXPECT_LE(needles["dial_face"].boundingRect().width(), 60) << "more than the needle's field";
 }
 
 TEST_F(MainWindowTest, DoubleClickOnTheSurfaceAloneChangesTheFace) {
