@@ -36,17 +36,21 @@ bool Cuts(const QWidget& part, const QString& text) {
   return needed > part.width() || words.height() > part.height();
 }
 
-// Role, name, text, what a screen reader says where that is something else, tool tip, and place in
-// the window.
+// Role, name, text with its height, what a screen reader says where that is something else, tool
+// tip, whether the Tab key comes here, and place in the window.
 QString LineOf(QWidget& part, const QWidget& window) {
   QAccessibleInterface* spoken = QAccessible::queryAccessibleInterface(&part);
   QString line = QMetaEnum::fromType<QAccessible::Role>().valueToKey(spoken->role());
   line += ' ' + part.objectName();
   const QString text = part.property("text").toString();
-  if (!text.isEmpty()) line += " [" + text + ']';
+  const auto* label = qobject_cast<const TextLabel*>(&part);
+  const int height = (label ? label->Fitted() : part.font()).pixelSize();
+  if (!text.isEmpty()) line += QString(" [%1] %2px").arg(text).arg(height);
   const QString name = spoken->text(QAccessible::Name);
-  // What takes the keyboard has to have a name.
-  EXPECT_FALSE(part.focusPolicy() & Qt::TabFocus && name.isEmpty()) << line.toStdString();
+  if (part.focusPolicy() & Qt::TabFocus) {
+    line += " tab";
+    EXPECT_NE(name, "") << line.toStdString();
+  }
   if (!name.isEmpty() && name != text) line += " spoken [" + name + ']';
   if (!part.toolTip().isEmpty()) line += " tip [" + part.toolTip() + ']';
   if (!part.isEnabled()) line += " disabled";
