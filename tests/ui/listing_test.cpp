@@ -36,8 +36,29 @@ bool Cuts(const QWidget& part, const QString& text) {
   return needed > part.width() || words.height() > part.height();
 }
 
+// What a part of our own or a picture paints by itself: the sums of red, green and blue in
+// thousands.
+QString PaintOf(QWidget& part) {
+  const auto* label = qobject_cast<const QLabel*>(&part);
+  const bool ours = QByteArray(part.metaObject()->className()).startsWith("orvane::");
+  if (label ? label->pixmap().isNull() : !ours) return {};
+  QImage picture(part.size(), QImage::Format_RGB32);
+  picture.fill(Qt::white);
+  part.render(&picture, {}, {}, QWidget::DrawWindowBackground);
+  qint64 red = 0, green = 0, blue = 0;
+  for (int x = 0; x < picture.width(); ++x) {
+    for (int y = 0; y < picture.height(); ++y) {
+      const QRgb pixel = picture.pixel(x, y);
+      red += qRed(pixel);
+      green += qGreen(pixel);
+      blue += qBlue(pixel);
+    }
+  }
+  return QString(" paint %1,%2,%3").arg(red / 1000).arg(green / 1000).arg(blue / 1000);
+}
+
 // Role, name, text with its height, what a screen reader says where that is something else, tool
-// tip, whether the Tab key comes here, and place in the window.
+// tip, whether the Tab key comes here, what it paints, and place in the window.
 QString LineOf(QWidget& part, const QWidget& window) {
   QAccessibleInterface* spoken = QAccessible::queryAccessibleInterface(&part);
   QString line = QMetaEnum::fromType<QAccessible::Role>().valueToKey(spoken->role());
@@ -55,6 +76,7 @@ QString LineOf(QWidget& part, const QWidget& window) {
   if (!part.toolTip().isEmpty()) line += " tip [" + part.toolTip() + ']';
   if (!part.isEnabled()) line += " disabled";
   if (Cuts(part, text)) line += " cut";
+  line += PaintOf(part);
   const QPoint place = part.mapTo(&window, QPoint(0, 0));
   line +=
       QString(" %1,%2 %3x%4").arg(place.x()).arg(place.y()).arg(part.width()).arg(part.height());

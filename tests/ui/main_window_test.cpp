@@ -109,7 +109,7 @@ TEST_F(MainWindowTest, BarsEndUnderTheMarksOfTheirValues) {
 }
 
 TEST_F(MainWindowTest, NeedlesPointAtTheMarksOfTheirValues) {
-  const PerGauge<std::int16_t> values = {{210, 210, 25, 100, 30, 60}};
+  const PerGauge<std::int16_t> values = {{250, 250, 125, 100, 80, 75}};
   for (const Gauge gauge : kGauges) {
     const QString name = QString("%1_dial_mark_%2").arg(Id(gauge)).arg(values[gauge]);
     SetGauge(state.Main, panel, gauge, values[gauge]);
