@@ -54,11 +54,11 @@ QString PaintOf(QWidget& part) {
       blue += qBlue(pixel);
     }
   }
-  return QString(" paint %1,%2,%3").arg(red / 1000).arg(green / 1000).arg(blue / 1000);
+  return QString(" paint %1,%2,%3").arg(red / 100).arg(green / 100).arg(blue / 100);
 }
 
 // Role, name, text with its height, what a screen reader says where that is something else, tool
-// tip, whether the Tab key comes here, what it paints, and place in the window.
+// tip, how the keyboard comes here, what it paints, and place in the window.
 QString LineOf(QWidget& part, const QWidget& window) {
   QAccessibleInterface* spoken = QAccessible::queryAccessibleInterface(&part);
   QString line = QMetaEnum::fromType<QAccessible::Role>().valueToKey(spoken->role());
@@ -68,8 +68,8 @@ QString LineOf(QWidget& part, const QWidget& window) {
   const int height = (label ? label->Fitted() : part.font()).pixelSize();
   if (!text.isEmpty()) line += QString(" [%1] %2px").arg(text).arg(height);
   const QString name = spoken->text(QAccessible::Name);
-  if (part.focusPolicy() & Qt::TabFocus) {
-    line += " tab";
+  if (part.focusPolicy() != Qt::NoFocus) {
+    line += QString(' ') + QMetaEnum::fromType<Qt::FocusPolicy>().valueToKey(part.focusPolicy());
     EXPECT_NE(name, "") << line.toStdString();
   }
   if (!name.isEmpty() && name != text) line += " spoken [" + name + ']';
