@@ -100,6 +100,8 @@ TEST_F(MainWindowTest, BarsEndUnderTheMarksOfTheirValues) {
         << name.toStdString();
   }
   EXPECT_NEAR(Width(Gauge::kLoad), 25 * 31.7 + 15, 0.01);
+  panel.read_outs[Gauge::kLoad].Caption("26");
+  EXPECT_NEAR(Width(Gauge::kLoad), 26 * 31.7 + 15, 0.01);
   status.load = "160";
   Poll();
   const double whole = Width(Gauge::kLoad);
