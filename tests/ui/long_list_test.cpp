@@ -60,6 +60,7 @@ TEST(LongList, GoesWhereTheKeysAndTheMouseSay) {
   ShownList shown(1000);
   const int page = shown.list.verticalScrollBar()->pageStep();
   ASSERT_GT(page, 3);
+  EXPECT_EQ(shown.list.verticalScrollBar()->maximum(), 1000 - page);
   // The first key chooses the first line.
   const std::pair<Qt::Key, int> cases[] = {{Qt::Key_Down, 0},
                                            {Qt::Key_Up, 0},
