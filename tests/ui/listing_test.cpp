@@ -40,7 +40,8 @@ bool Cuts(const QWidget& part, const QString& text) {
 // thousands.
 QString PaintOf(QWidget& part) {
   const auto* label = qobject_cast<const QLabel*>(&part);
-  const bool ours = QByteArray(part.metaObject()->className()).startsWith("orvane::");
+  const QByteArray type(part.metaObject()->className());
+  const bool ours = type == "QWidget" || type.startsWith("orvane::");
   if (label ? label->pixmap().isNull() : !ours) return {};
   QImage picture(part.size(), QImage::Format_RGB32);
   picture.fill(Qt::white);
@@ -97,12 +98,14 @@ QString MenusOf(const QWidget& window) {
   return lines;
 }
 
-// Named parts only: the others belong to the toolkit.
+// Named parts and pictures only: the others belong to the toolkit.
 QString ListingOf(const QWidget& window) {
   QString lines = "window " + window.objectName() + " [" + window.windowTitle() + "] ";
   lines += QString("%1x%2\n").arg(window.width()).arg(window.height()) + MenusOf(window);
   for (auto* part : window.findChildren<QWidget*>()) {
-    if (!part->isVisibleTo(&window) || part->objectName().isEmpty()) continue;
+    const auto* label = qobject_cast<QLabel*>(part);
+    const bool picture = label && !label->pixmap().isNull();
+    if (!part->isVisibleTo(&window) || (part->objectName().isEmpty() && !picture)) continue;
     if (part->objectName().startsWith("qt_") || qobject_cast<QMenu*>(part)) continue;
     lines += LineOf(*part, window);
   }
