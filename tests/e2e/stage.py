@@ -1,7 +1,6 @@
 """What stands around the program for a test alone: message buses with a stand-in for logind or for
 systemd's user manager, and an X11 display with a window manager."""
 
-import ctypes
 import os
 import getpass
 import re
@@ -281,16 +280,6 @@ class XDisplay:
         tree = self.ask("xwininfo", "-root", "-tree")
         found = re.findall(rf'"{title}".* (\d+)x(\d+)\S+ +\+(-?\d+)\+(-?\d+)', tree)
         return max([int(number) for number in place] for place in found)
-
-    def pointer_is_free(self):
-        """Whether another program could take the pointer for itself now."""
-        x11 = ctypes.CDLL("libX11.so.6")
-        x11.XOpenDisplay.restype = ctypes.c_void_p
-        display = ctypes.c_void_p(x11.XOpenDisplay(self.name.encode()))
-        root = ctypes.c_ulong(x11.XDefaultRootWindow(display))
-        taken = x11.XGrabPointer(display, root, 0, 0, 1, 1, *[ctypes.c_ulong(0)] * 3)
-        x11.XCloseDisplay(display)
-        return taken == 0
 
     def key(self, window, *keys):
         """Strokes on the keyboard while the window is the active one."""

@@ -87,11 +87,6 @@ class Life : public World {
     setup.Save();
   }
 
-  void Menu(void (MainForm::*click)(), const char* command) {
-    asked_.insert(command);
-    Expect([&] { (main_.*click)(); }, Way::kNone);
-  }
-
   void AskForShutdown(Moment hesitation, bool yes) {
     dialogs.answer = yes;
     dialogs.OnBox = [&] {
