@@ -46,6 +46,7 @@ class UpsLink {
  private:
   bool Open(int number);
   void OpenFixedPort(int number);
+  bool IsModem(int number) const;
   bool Try(int number);
   void SearchPort();
   bool Searching() const;
