@@ -94,10 +94,14 @@ bool UpsLink::Open(int number) {
   return true;
 }
 
+// Without calls nobody needs one.
+bool UpsLink::IsModem(int number) const {
+  return state_.Settings[kDialConditions] != 0 && number == state_.Settings[kModemPort];
+}
+
 // A port of the search. The modem is not to get polls.
 bool UpsLink::Try(int number) {
-  const bool calls = state_.Settings[kDialConditions] != 0;
-  if (calls && number == state_.Settings[kModemPort]) return false;
+  if (IsModem(number)) return false;
   state_.Main.PortTry = static_cast<std::int16_t>(number - 1);
   state_.Main.PortPolls = 0;
   return Open(number);
@@ -129,7 +133,8 @@ void UpsLink::OnPoll() {
   ++form.PollsSent;
   Forget(form.RxText);
   SerialPort& port = seams_.ups_port;
-  if (Searching() && (!port.IsOpen() || form.PortPolls >= kPollsToFind)) OpenNextPort();
+  const bool over = !port.IsOpen() || form.PortPolls >= kPollsToFind || IsModem(port.Number());
+  if (Searching() && over) OpenNextPort();
   ++form.PortPolls;
   // A lost port is asked for again with every poll; until it is back the watchdog shows the loss.
   if (port.IsOpen() || port.Open()) static_cast<void>(SendCommand(port, kStatusQuery));

@@ -55,6 +55,7 @@ class UpsLink {
 
  private:
   bool Open(int number);
+  bool IsModem(int number) const;
   bool Try(int number);
   bool SearchPort();
   bool OpenChosen();

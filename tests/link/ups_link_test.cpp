@@ -143,6 +143,11 @@ TEST_F(UpsLinkTest, SearchGoesOnUntilAUpsAnswers) {
   state.Settings[kModemPort] = 4;
   state.Settings[kDialConditions] = 1;
   expect(10, "3311113333");
+  // Neither does one that is named while the search stands on it.
+  state.Settings[kModemPort] = 3;
+  expect(2, "44");
+  state.Settings[kModemPort] = 4;
+  expect(2, "11");
   state.Settings[kDialConditions] = 0;
   // One that is pulled out makes way at once, and what is plugged in is found.
   ups_port.present = {4};

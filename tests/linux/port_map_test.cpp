@@ -74,6 +74,9 @@ TEST(PortMap, DevicesKeepTheirNumbers) {
       {{}, {"U0", "U1"}, {"U1"}, {"", "U0", "U1", "", "", ""}},
       // An adapter that comes back under another name takes the place that it left.
       {{}, {"U0", "U1"}, {"U1", "U2", "S0"}, {"", "U2", "U1", "S0", "", ""}},
+      // Of two places the one of its own kind.
+      {{}, {"U0", "H0"}, {"H1"}, {"", "U0", "H1", "", "", ""}},
+      {{}, {"U0", "H0"}, {"S0"}, {"", "S0", "H0", "", "", ""}},
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(testing::PrintToString(c.ports));

@@ -214,6 +214,16 @@ TEST_P(DevicePortTest, PortsAreHadOnceAndWithDevicesOnly) {
   }
 }
 
+TEST_P(DevicePortTest, DeviceThatSendsFillingWithoutEndHoldsNobodyUp) {
+  if (!GetParam().hid) return;
+  name = folder.Path("hidraw1");
+  ASSERT_EQ(symlink("/dev/zero", name.c_str()), 0);
+  ASSERT_TRUE(port.Open());
+  EXPECT_TRUE(port.Write("Q1\r"));
+  port.Discard();
+  EXPECT_EQ(port.Waiting(), 0U);
+}
+
 TEST_P(DevicePortTest, TakesLineParametersOnly) {
   EXPECT_TRUE(port.Configure("9600,n,8,1"));
   for (const char* bad : {"", "2400,N,8", "x,N,8,1", "2400,X,8,1", "2400,N,9,1", "2400,N,8,3"}) {

@@ -3,6 +3,7 @@
 #include <sys/stat.h>
 
 #include <algorithm>
+#include <string_view>
 #include <utility>
 
 namespace orvane {
@@ -15,6 +16,11 @@ bool SameDevice(const std::string& a, const std::string& b) {
   }, y{};
   return stat(a.c_str(), &x) == 0 && stat(b.c_str(), &y) == 0 && S_ISCHR(x.st_mode) &&
          S_ISCHR(y.st_mode) && x.st_rdev == y.st_rdev;
+}
+
+// The name without its number.
+std::string_view KindOf(std::string_view device) {
+  return device.substr(0, device.find_last_not_of("0123456789") + 1);
 }
 
 bool Contains(const std::vector<std::string>& devices, const std::string& device) {
@@ -45,9 +51,11 @@ void PortMap::Assign() {
   for (const std::string& device : present) {
     if (std::find(assigned_.begin(), assigned_.end(), device) != assigned_.end()) continue;
     std::string* place = nullptr;
-    for (std::size_t i = 0; i < kPorts && !place; ++i) {
-      if (named_[i].empty() && !assigned_[i].empty() && !Contains(present, assigned_[i])) {
-        place = &assigned_[i];
+    for (const bool any_kind : {false, true}) {
+      for (std::size_t i = 0; i < kPorts && !place; ++i) {
+        const std::string& gone = assigned_[i];
+        if (!named_[i].empty() || gone.empty() || Contains(present, gone)) continue;
+        if (any_kind || KindOf(gone) == KindOf(device)) place = &assigned_[i];
       }
     }
     for (std::size_t i = 0; i < kPorts && !place; ++i) {

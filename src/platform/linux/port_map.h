@@ -22,7 +22,7 @@ class PortMap {
   // The device of port `number`; empty when there is none. A port that is not named is the next of
   // the devices that are not named either. It keeps its device while the program runs, also when
   // that is pulled out for a while; a device that was not there before takes the place of one that
-  // has gone, else the next free number.
+  // has gone, of one of its own kind rather than another, else the next free number.
   std::string DeviceOf(int number);
 
  private:

@@ -24,7 +24,7 @@ namespace {
 constexpr std::size_t kMostLeaving = 64;
 // The longest report of a device that is not what it seems to be.
 constexpr std::size_t kLongestReport = 4096;
-// Read at once, of a device that never stops.
+// Read at once, filling included, of a device that never stops.
 constexpr std::size_t kMostRead = std::size_t{64} * 1024;
 
 }  // namespace
@@ -121,7 +121,7 @@ void HidChannel::Close() {
 
 bool HidChannel::Write(std::string_view text) {
   std::string dropped;
-  if (!ReadReports(dropped, kMostRead)) return false;
+  if (!ReadReports(dropped)) return false;
   asked_ = true;
   if (writer_->Put(text)) return true;
   OnLoss();
@@ -130,23 +130,24 @@ bool HidChannel::Write(std::string_view text) {
 
 void HidChannel::Take(std::string& text, std::size_t room) {
   std::string arrived;
-  if (ReadReports(arrived, kMostRead) && asked_) text.append(arrived, 0, room);
+  if (ReadReports(arrived) && asked_) text.append(arrived, 0, room);
 }
 
 void HidChannel::Rest() {
   notifier_->setEnabled(true);
 }
 
-// Everything that is there, never waiting for more. False when the device is gone.
-bool HidChannel::ReadReports(std::string& text, std::size_t room) {
+// What is there, never waiting for more. False when the device is gone.
+bool HidChannel::ReadReports(std::string& text) {
   pollfd input{device_.Get(), POLLIN, 0};
-  while (text.size() < room && poll(&input, 1, 0) > 0) {
+  for (std::size_t bytes = 0; bytes < kMostRead && poll(&input, 1, 0) > 0;) {
     std::array<char, kLongestReport> report;
     const ssize_t count = read(device_.Get(), report.data(), report.size());
     if (count <= 0) {
       OnLoss();
       return false;
     }
+    bytes += static_cast<std::size_t>(count);
     AppendText({report.data(), static_cast<std::size_t>(count)}, text);
   }
   return true;

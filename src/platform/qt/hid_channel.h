@@ -27,7 +27,7 @@ class HidChannel : public QObject, public Channel {
  private:
   class Writer;
 
-  bool ReadReports(std::string& text, std::size_t room);
+  bool ReadReports(std::string& text);
 
   File device_;
   std::unique_ptr<QSocketNotifier> notifier_;
