@@ -11,6 +11,9 @@ constexpr float kMostOfACell = 3;
 constexpr float kEmptyCell = 1.72F;
 constexpr float kFullCell = 2.27F;
 
+constexpr float kLeastOfACell = 1.4F;
+constexpr float kMostOfACharge = 2.8F;
+
 constexpr float kUsualBatteries[] = {12, 24, 36, 48, 72, 96, 192, 240};
 // Volts on the mains for each nominal volt.
 constexpr float kOnMains = 1.1F;
@@ -19,6 +22,10 @@ constexpr float kOnMains = 1.1F;
 
 bool IsWholeBattery(float figure) {
   return figure > kMostOfACell;
+}
+
+bool IsCell(float volts) {
+  return volts >= kLeastOfACell && volts <= kMostOfACharge;
 }
 
 float UsualBattery(float volts) {

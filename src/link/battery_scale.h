@@ -3,8 +3,8 @@
 //
 // The scale is that of a lead-acid cell: 1.72 V is empty, 2.27 V full, and percent go evenly
 // between. A battery of nominal voltage U has U / 2 cells. Which U that is, the user has said, or
-// the UPS has; else it is the usual battery whose figure on the mains, about 2.2 V a cell, lies
-// nearest.
+// the UPS has, where its figure fits; else it is the usual battery whose figure on the mains,
+// about 2.2 V a cell, lies nearest.
 #pragma once
 
 #include <optional>
@@ -13,6 +13,9 @@ namespace orvane {
 
 // Whether a figure is the voltage of the whole battery.
 bool IsWholeBattery(float figure);
+
+// Whether a cell can have this voltage, from deeply discharged to charging.
+bool IsCell(float volts);
 
 // Nominal volts of the usual battery to which the voltage of a whole battery belongs.
 float UsualBattery(float volts);

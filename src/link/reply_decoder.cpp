@@ -170,9 +170,13 @@ std::optional<float> ReplyDecoder::CellVolts(std::optional<float> figure) {
   if (!figure || !IsWholeBattery(*figure)) return figure;
   UpsData& data = state_.Main.Data;
   if (data.usual_battery == 0) data.usual_battery = UsualBattery(*figure);
-  const float told = data.rated_battery.value_or(data.usual_battery);
-  const float nominal = state_.BatteryVoltage.value_or(told);
-  return *figure / (nominal / kVoltsPerCell);
+  const auto cell_volts = [figure](float nominal) { return *figure / (nominal / kVoltsPerCell); };
+  if (state_.BatteryVoltage) return cell_volts(*state_.BatteryVoltage);
+  // Some rate one block of several, which would read as full until it is empty.
+  if (data.rated_battery && IsCell(cell_volts(*data.rated_battery))) {
+    return cell_volts(*data.rated_battery);
+  }
+  return cell_volts(data.usual_battery);
 }
 
 Reply ReplyDecoder::DecodeDataReply() {

@@ -134,10 +134,14 @@ void UpsLink::OnPoll() {
   Forget(form.RxText);
   SerialPort& port = seams_.ups_port;
   const bool over = !port.IsOpen() || form.PortPolls >= kPollsToFind || IsModem(port.Number());
-  if (Searching() && over) OpenNextPort();
+  if (Searching()) {
+    if (over) OpenNextPort();
+  } else {
+    // A lost port is asked for again with every poll; until it is back the watchdog shows the loss.
+    static_cast<void>(port.Open());
+  }
   ++form.PortPolls;
-  // A lost port is asked for again with every poll; until it is back the watchdog shows the loss.
-  if (port.IsOpen() || port.Open()) static_cast<void>(SendCommand(port, kStatusQuery));
+  if (port.IsOpen()) static_cast<void>(SendCommand(port, kStatusQuery));
   if (form.PollsSent - form.PollsAnswered > kUnansweredPolls) LinkLoss();
   RefreshWarningLine();
 }

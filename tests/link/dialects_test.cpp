@@ -182,6 +182,8 @@ TEST_F(DialectsTest, ChargeOfAWholeBattery) {
       {"volts of one cell", 24, 24, "2.00", "51"},
       {"up to 3", {}, {}, "3.00", "100"},
       {"by the UPS", {}, 24, "24.0", "51"},
+      {"a block of two", {}, 12, "24.0", "51"},
+      {"a bank, not it", {}, 96, "24.0", "51"},
       {"by the user first", 48, 24, "48.0", "51"},
       {"12", {}, {}, "13.6", "99"},
       {"24", {}, {}, "27.0", "96"},
