@@ -6,8 +6,8 @@ from stage import XDisplay
 
 class DisplayTest(UpsTest):
 
-    def start_display(self):
-        display = XDisplay(self.new_folder(), managed=False)
+    def start_display(self, managed=False):
+        display = XDisplay(self.new_folder(), managed)
         self.addCleanup(display.close)
         return display
 
@@ -58,7 +58,7 @@ class DisplayTest(UpsTest):
             self.assertEqual(self.log_messages(), log)
 
     def test_a_click_on_the_main_window_hides_no_other(self):
-        display = self.start_display()
+        display = self.start_display(managed=True)
         orvane = self.start_orvane(**display.env)
         self.wait_for_link()  # by then the splash has gone
         main = display.wait_for_window("Orvane")
