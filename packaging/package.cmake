@@ -53,18 +53,20 @@ add_custom_target(orvane_pieces ALL DEPENDS ${made})
 install(FILES packaging/copyright README.md README.zh.md DESTINATION share/doc/orvane)
 install(DIRECTORY docs DESTINATION share/doc/orvane
         FILES_MATCHING PATTERN "*.md" PATTERN "*.png" PATTERN "*.svg")
+install(FILES packaging/60-orvane-ups.rules DESTINATION lib/udev/rules.d)
 # An example and no more: who may take the computer down is for its owner to say.
 install(FILES packaging/50-orvane.rules DESTINATION share/doc/orvane/examples)
+install(DIRECTORY packaging/upsd DESTINATION share/doc/orvane/examples)
 
 install(FILES packaging/lintian-overrides DESTINATION share/lintian/overrides RENAME orvane)
 
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_NAME orvane)
 set(CPACK_PACKAGE_CONTACT "Orvane maintainers <maintainers@orvane.invalid>")
-set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "watches a UPS on a serial port and protects the computer")
+set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "watches a UPS on a serial or USB port and protects the computer")
 set(CPACK_PACKAGE_DESCRIPTION
-"Orvane watches an uninterruptible power supply on a serial port, in one small
-window, in English and Chinese. It shows mains, battery, load, temperature and
+"Orvane watches an uninterruptible power supply on a serial or USB port, in one
+small window, in English and Chinese. It shows mains, battery, load, temperature and
 link, and keeps a log. When the mains fails it counts down, warns, tells the
 UPS to switch off, lets a companion program save and close the applications,
 and takes the computer down. Schedules switch computer and UPS off and on by
@@ -84,4 +86,6 @@ set(CPACK_DEBIAN_COMPRESSION_TYPE xz)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 set(CPACK_DEBIAN_PACKAGE_RECOMMENDS
     "default-logind | logind, polkitd, fonts-wqy-microhei | fonts-noto-cjk")
+# Which serves the UPS to other computers.
+set(CPACK_DEBIAN_PACKAGE_SUGGESTS "nut-server")
 include(CPack)

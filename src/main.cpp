@@ -4,9 +4,11 @@
 #include <unistd.h>
 
 #include <QApplication>
+#include <QSocketNotifier>
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
+#include <functional>
 #include <memory>
 #include <optional>
 
@@ -16,10 +18,12 @@
 #include "platform/linux/linux_disk.h"
 #include "platform/linux/linux_host.h"
 #include "platform/linux/port_map.h"
+#include "platform/linux/unix_server.h"
 #include "platform/qt/bus_notifier.h"
+#include "platform/qt/device_port.h"
+#include "platform/qt/device_watch.h"
 #include "platform/qt/end_signals.h"
 #include "platform/qt/qt_dialogs.h"
-#include "platform/qt/qt_serial_port.h"
 #include "platform/qt/qt_timer.h"
 #include "platform/sqlite/sqlite_history.h"
 #include "schedule/schedule_tables.h"
@@ -46,6 +50,14 @@ using std::chrono::milliseconds;
 constexpr milliseconds kUpsGather{196};
 constexpr milliseconds kModemGather{0};
 
+// Has the event loop run `serve` while there is something to read at `descriptor`.
+std::shared_ptr<void> NotifyOf(int descriptor, std::function<void()> serve) {
+  auto notifier = std::make_shared<QSocketNotifier>(descriptor, QSocketNotifier::Read);
+  QObject::connect(notifier.get(), &QSocketNotifier::activated,
+                   [serve = std::move(serve)] { serve(); });
+  return notifier;
+}
+
 // What lies outside the program, for real.
 struct Outside {
   LinuxClock clock;
@@ -56,12 +68,14 @@ struct Outside {
                  [](Bus& bus) { return std::make_shared<BusNotifier>(bus); },
                  [] { QApplication::beep(); }};
   PortMap ports{settings.ports};
-  QtSerialPort ups_port{[this](int number) { return ports.DeviceOf(number); }, kUpsGather};
-  QtSerialPort modem_port{[this](int number) { return ports.DeviceOf(number); }, kModemGather};
+  DevicePort ups_port{[this](int number) { return ports.DeviceOf(number); }, kUpsGather};
+  DevicePort modem_port{[this](int number) { return ports.DeviceOf(number); }, kModemGather};
   QtTimer poll_timer, countdown_timer, schedule_timer, dial_timer, clock_timer, alert_timer,
       modem_timer;
   QtDialogs dialogs;
   Windows windows;
+  UnixServer share_server{settings.share_socket, NotifyOf,
+                          [this](const std::string& line) { host.Report(line); }};
   Seams seams{{poll_timer, countdown_timer, schedule_timer, dial_timer, clock_timer},
               alert_timer,
               modem_timer,
@@ -71,7 +85,8 @@ struct Outside {
               disk,
               host,
               dialogs,
-              windows};
+              windows,
+              share_server};
 };
 
 // The main form of a program that is being ended behind its back: the display goes away.
@@ -160,11 +175,21 @@ int Main(int argc, char** argv) {
   look::Apply(application);
 
   Outside outside;
+  outside.host.ServeMeanwhile(outside.share_server);
   if (!outside.settings.unknown_action.empty()) {
     outside.host.Report("platform.ini names no known action (" + outside.settings.unknown_action +
                         "); a shutdown halts the computer");
   }
+  if (!outside.settings.bad_battery_voltage.empty()) {
+    outside.host.Report("platform.ini names no voltage of a battery (" +
+                        outside.settings.bad_battery_voltage + ")");
+  }
+  if (!outside.settings.bad_share_name.empty()) {
+    outside.host.Report("platform.ini names no UPS to share (" + outside.settings.bad_share_name +
+                        "): a name has letters, digits, - and _");
+  }
   State state;
+  state.BatteryVoltage = outside.settings.battery_voltage;
   outside.dialogs.Chinese = [&state] { return state.language == Language::kChinese; };
   Panel panel;
   SqliteHistory history(outside.program_directory + "/History.db",
@@ -177,6 +202,9 @@ int Main(int argc, char** argv) {
                                  [&] { main_form.Unload(); }, [&] { return main_form.Loaded(); }});
   MakeForms(outside, state, panel, main_form, history);
 
+  const auto& ports = outside.settings.ports;
+  const DeviceWatch device_watch({ports.begin(), ports.end()},
+                                 [&] { main_form.OnDevicesChange(); });
   const EndSignals end_signals([&] { windows.End(); });
   form_at_exit = &main_form;
   std::atexit([] {

@@ -111,6 +111,20 @@ constexpr Row kRows[] = {
     {Message::kScheduleLegend, "= Schedule Down", "= 定时关机"},
     {Message::kMainsLegend, "= AC Fail", "= 市电中断"},
     {Message::kBatteryLegend, "= UPS Batt. Low", "= UPS低电位"},
+    {Message::kMainsFailedTitle, "Mains failure", "市电中断"},
+    {Message::kGoesDownBefore, "The computer goes down at ", "计算机将于 "},
+    {Message::kGoesDownBehind, ".", " 关闭。"},
+    {Message::kCountStandsStill, "The countdown stands still until the UPS answers.", "UPS 恢复应答之前，倒计时暂停。"},
+    {Message::kMainsBackTitle, "The mains is back", "市电已恢复"},
+    {Message::kMainsBackBody, "The countdown has ended.", "倒计时已取消。"},
+    {Message::kBatteryLowTitle, "Battery low", "电池欠压"},
+    {Message::kBatteryLowBody, "The UPS reports that its battery is low.", "UPS 报告电池欠压。"},
+    {Message::kUpsFaultTitle, "UPS fault", "UPS 故障"},
+    {Message::kUpsFaultBody, "The UPS reports a fault of its own.", "UPS 报告自身故障。"},
+    {Message::kSilentTitle, "No answer from the UPS", "UPS 没有应答"},
+    {Message::kSilentBody, "A mains failure is not noticed until it answers.", "恢复应答之前，无法发觉市电中断。"},
+    {Message::kWayDownTitle, "The computer goes down now", "计算机正在关闭"},
+    {Message::kWayDownBody, "The applications are asked to save and close.", "正在要求各应用程序保存并退出。"},
 };
 // clang-format on
 

@@ -116,9 +116,24 @@ enum class Message : std::size_t {
   kScheduleLegend,
   kMainsLegend,
   kBatteryLegend,
+  // Notifications of the desktop. The time stands between two texts.
+  kMainsFailedTitle,
+  kGoesDownBefore,
+  kGoesDownBehind,
+  kCountStandsStill,
+  kMainsBackTitle,
+  kMainsBackBody,
+  kBatteryLowTitle,
+  kBatteryLowBody,
+  kUpsFaultTitle,
+  kUpsFaultBody,
+  kSilentTitle,
+  kSilentBody,
+  kWayDownTitle,
+  kWayDownBody,
 };
 
-inline constexpr std::size_t kMessages = static_cast<std::size_t>(Message::kBatteryLegend) + 1;
+inline constexpr std::size_t kMessages = static_cast<std::size_t>(Message::kWayDownBody) + 1;
 
 // The text of a message, UTF-8. Constant time.
 std::string_view MessageText(Message message, Language language);

@@ -6,6 +6,7 @@
 #include "platform/disk.h"
 #include "platform/forms.h"
 #include "platform/host.h"
+#include "platform/local_server.h"
 #include "platform/serial_port.h"
 #include "platform/timer.h"
 
@@ -39,6 +40,7 @@ struct Seams {
   Host& host;
   Dialogs& dialogs;
   Forms& forms;
+  LocalServer& share_server;  // on which upsd calls
 };
 
 }  // namespace orvane

@@ -28,10 +28,15 @@ MainForm::MainForm(State& state, Panel& panel, const Seams& seams)
       shutdown_(state, panel, journals_, seams),
       countdown_(state, panel, shutdown_, seams),
       alert_(state, panel, seams),
+      notices_(state, panel, alert_, seams),
       dialler_(state, panel, seams),
       schedule_(state, journals_, shutdown_, seams),
+      share_(state, panel, seams),
       history_(state, panel, seams.clock) {
-  shutdown_.OnBegin = [this] { history_.BeginWayDown(); };
+  link_.OnShown = [this] { share_.Update(); };
+  shutdown_.OnBegin = [this] { share_.TellGoingDown(); };
+  shutdown_.OnUpsTold = [this] { history_.BeginWayDown(); };
+  shutdown_.OnEnd = [this] { share_.AwaitOthers(); };
   seams_.host.OnSleep([this](bool asleep) {
     if (GoingDown()) return;
     if (asleep) {
@@ -55,6 +60,11 @@ bool MainForm::Load() {
   DesignTimers();
   AttachTimers();
   link_.Attach();
+  seams_.ups_port.OnReceive = [this] {
+    link_.OnReceive();
+    notices_.Update();
+  };
+  notices_.Withdraw();
   seams_.ups_port.Notify(false);
   CaptureNeedles(panel_, state_.Main);
   if (!file_is_old_) LoadSettings(seams_.disk, SettingsPath(), state_);
@@ -62,6 +72,7 @@ bool MainForm::Load() {
   SetCaptions(state_, panel_);
   static_cast<void>(journals_.WriteLog(state_.Text(Message::kProgramStart)));
   state_.ShutdownCommand = DeriveShutdownCommand(state_);
+  share_.Start();
   link_.OpenPort();
   // A box of the port may have held the load until the end of the program.
   return loaded_;
@@ -75,14 +86,20 @@ void MainForm::Activate() {
 // First whatever could act once more: while the end waits for a slow disk, a tick may fall due.
 void MainForm::Unload() {
   if (!std::exchange(loaded_, false)) return;
+  share_.Stop();
   dialler_.Stop();
   seams_.timers.Stop();
+  notices_.Withdraw();
   seams_.alert_timer.Enabled(false);
   seams_.ups_port.Notify(false);
   seams_.ups_port.Close();
   seams_.modem_port.Close();
   static_cast<void>(journals_.WriteLog(state_.Text(Message::kProgramEnd)));
   history_.End();
+}
+
+void MainForm::OnDevicesChange() {
+  if (loaded_ && !GoingDown()) link_.OnDevicesChange();
 }
 
 void MainForm::Reload() {
@@ -145,8 +162,15 @@ void MainForm::DesignTimers() {
 }
 
 void MainForm::AttachTimers() {
-  seams_.timers.poll_timer.Tick = [this] { link_.OnPoll(); };
-  seams_.timers.countdown_timer.Tick = [this] { countdown_.OnCountdown(); };
+  seams_.timers.poll_timer.Tick = [this] {
+    link_.OnPoll();
+    notices_.OnPoll();
+    share_.OnPoll();
+  };
+  seams_.timers.countdown_timer.Tick = [this] {
+    countdown_.OnCountdown();
+    if (!GoingDown()) notices_.Update();
+  };
   seams_.timers.schedule_timer.Tick = [this] { schedule_.OnSchedule(); };
   dialler_.Attach();
   seams_.timers.clock_timer.Tick = [this] {

@@ -9,9 +9,11 @@
 #include "link/ups_link.h"
 #include "protect/alert_form.h"
 #include "protect/countdown.h"
+#include "protect/notices.h"
 #include "protect/shutdown.h"
 #include "records/journals.h"
 #include "schedule/schedule_engine.h"
+#include "share/ups_share.h"
 
 namespace orvane {
 
@@ -36,6 +38,9 @@ class MainForm {
   // The form goes: ends all timers and a running call, closes both ports and logs the end. Nothing
   // happens after it, and a form that is not loaded is left alone.
   void Unload();
+
+  // Devices have come or gone: a UPS port that could not be opened by the load may be there now.
+  void OnDevicesChange();
 
   // Unloads the form and shows it anew, as after a change of the UPS port.
   void Reload();
@@ -83,8 +88,10 @@ class MainForm {
   Shutdown shutdown_;
   Countdown countdown_;
   AlertForm alert_;
+  Notices notices_;
   Dialler dialler_;
   ScheduleEngine schedule_;
+  UpsShare share_;
   Recorder history_;
   bool loaded_ = false;
   bool file_is_old_ = false;  // the last save of the settings failed

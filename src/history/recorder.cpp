@@ -122,7 +122,9 @@ void Recorder::FollowStates(sys_seconds now) {
       Close(EpisodeKind::kSelfTest, now, Ending::kOver);
     }
   }
-  Follow(EpisodeKind::kLinkLoss, !linked, now);
+  // Before the first answer nothing is lost.
+  linked_once_ = linked_once_ || linked;
+  Follow(EpisodeKind::kLinkLoss, !linked && linked_once_, now);
 }
 
 void Recorder::Follow(EpisodeKind kind, bool lasts, sys_seconds now) {
@@ -203,6 +205,7 @@ void Recorder::End() {
   last_look_.reset();
   self_test_end_.reset();
   answered_ = 0;
+  linked_once_ = false;
 }
 
 // What the store refuses waits for the next minute.

@@ -59,6 +59,7 @@ class Recorder {
   std::int64_t last_id_ = 0;
   std::int32_t answered_ = 0;  // PollsAnswered at the last look
   std::optional<sys_seconds> last_look_;
+  bool linked_once_ = false;  // since the form was loaded
   std::optional<Sample> minute_;  // the one that is being collected
   std::optional<sys_seconds> self_test_end_;
   PerEpisodeKind<std::optional<Open>> open_;

@@ -9,6 +9,8 @@ namespace orvane {
 
 inline constexpr std::string_view kStatusQuery = "Q1";       // answered by the status reply
 inline constexpr std::string_view kInformationQuery = "MD";  // answered by the information reply
+inline constexpr std::string_view kRatingQuery = "F";        // answered by the rating reply
+inline constexpr std::string_view kNameQuery = "I";          // answered by the name reply
 inline constexpr std::string_view kSelfTest10Seconds = "T";
 inline constexpr std::string_view kSelfTestToLow = "TL";
 inline constexpr std::string_view kCancelSelfTest = "CT";

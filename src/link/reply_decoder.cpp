@@ -4,6 +4,7 @@
 #include <optional>
 
 #include "app/gauges.h"
+#include "link/battery_scale.h"
 #include "link/numbers.h"
 #include "platform/text.h"
 
@@ -13,6 +14,9 @@ namespace {
 // The shortest texts that are taken for a reply.
 constexpr std::size_t kLeastInformation = 30;
 constexpr std::size_t kLeastStatus = 47;
+
+constexpr float kVoltsPerCell = 2;
+constexpr float kVoltsPerBattery = 12;
 
 using Commas = std::array<std::size_t, 8>;
 
@@ -56,6 +60,8 @@ constexpr Columns kFrequencyHertz{24, 4};
 constexpr Columns kBatteryVoltage{29, 4};
 constexpr Columns kTemperatureCelsius{34, 4};
 constexpr std::size_t kFirstBit = 39;
+constexpr std::size_t kTestBit = 44;
+constexpr std::size_t kBeeperBit = 46;
 
 std::string_view Cut(std::string_view text, Columns columns) {
   return text.substr(columns.first - 1, columns.width);
@@ -91,34 +97,28 @@ std::optional<float> Doubled(std::optional<float> value) {
   return 2 * *value;
 }
 
-// Battery level in percent from the figure on the scale from 1.72 to 2.27.
-int BatteryPercent(std::optional<float> volts) {
-  if (Above(volts, 2.27F)) return 100;
-  if (Below(volts, 1.72F)) return 0;
-  return RoundHalfEven((static_cast<double>(*volts) - 1.72) * 10000 / 55);
-}
-
 }  // namespace
 
-void ReplyDecoder::Decode() {
-  if (const auto commas = FindInformation(state_.Main.RxText)) DecodeInformation(*commas);
+Reply ReplyDecoder::Decode() {
   const std::string& text = state_.Main.RxText;
-  if (text.size() >= kLeastStatus && text.front() == '(') DecodeStatus();
+  if (const auto commas = FindInformation(text)) {
+    DecodeInformation(*commas);
+    return Reply::kInformation;
+  }
+  if (text.size() >= kLeastStatus && text.front() == '(') {
+    DecodeStatus();
+    return Reply::kStatus;
+  }
+  return text.ends_with('\r') ? DecodeDataReply() : Reply::kNone;
 }
 
 void ReplyDecoder::DecodeInformation(const Commas& commas) {
   const std::string_view text = state_.Main.RxText;
   for (const InformationField& row : kInformation) {
     const std::size_t start = row.field == 0 ? 0 : commas[row.field - 1] + 1;
-    const std::string_view value = Trimmed(text.substr(start, commas[row.field] - start));
-    if (row.unit.empty()) {
-      panel_.information[row.datum].Caption(value);
-    } else {
-      unit_text_.assign(value);
-      unit_text_ += row.unit;
-      panel_.information[row.datum].Caption(unit_text_);
-    }
+    ShowDatum(row.datum, Trimmed(text.substr(start, commas[row.field] - start)), row.unit);
   }
+  state_.Main.Data.informed = true;
   Consume();
 }
 
@@ -145,7 +145,9 @@ void ReplyDecoder::DecodeStatus() {
     set_gauge(Gauge::kLoad, Above(load, std::int16_t{125}) ? std::int16_t{125} : *load);
     evaluation_.Overload(load);
 
-    const int battery = BatteryPercent(ReadSingle(Cut(text, kBatteryVoltage)));
+    const auto figure = ReadSingle(Cut(text, kBatteryVoltage));
+    state_.Main.Data.battery_figure = figure;
+    const int battery = BatteryPercent(CellVolts(figure));
     value[Gauge::kBattery].Caption(NumberText(battery));
     set_gauge(Gauge::kBattery, static_cast<std::int16_t>(battery));
 
@@ -157,8 +159,74 @@ void ReplyDecoder::DecodeStatus() {
     Show(value[Gauge::kTemperature], temperature);
     set_gauge(Gauge::kTemperature, OnScale(temperature, 0, 75));
   }
+  state_.Main.Data.test_bit = text[kTestBit - 1];
+  state_.Main.Data.beeper_bit = text[kBeeperBit - 1];
   evaluation_.Evaluate(text.substr(kFirstBit - 1, 4));
   Consume();
+}
+
+// Of a whole battery the cells are counted once while the link lives, as its voltage falls in use.
+std::optional<float> ReplyDecoder::CellVolts(std::optional<float> figure) {
+  if (!figure || !IsWholeBattery(*figure)) return figure;
+  UpsData& data = state_.Main.Data;
+  if (data.usual_battery == 0) data.usual_battery = UsualBattery(*figure);
+  const auto cell_volts = [figure](float nominal) { return *figure / (nominal / kVoltsPerCell); };
+  if (state_.BatteryVoltage) return cell_volts(*state_.BatteryVoltage);
+  // Some rate one block of several, which would read as full until it is empty.
+  if (data.rated_battery && IsCell(cell_volts(*data.rated_battery))) {
+    return cell_volts(*data.rated_battery);
+  }
+  return cell_volts(data.usual_battery);
+}
+
+Reply ReplyDecoder::DecodeDataReply() {
+  UpsData& data = state_.Main.Data;
+  const std::string_view line =
+      std::string_view(state_.Main.RxText).substr(0, state_.Main.RxText.size() - 1);
+  if (data.rating == Question::kAsked) {
+    if (const auto rating = ReadRatingReply(line)) {
+      data.rating = Question::kAnswered;
+      ShowRating(*rating);
+      Consume();
+      return Reply::kRating;
+    }
+  }
+  if (data.name == Question::kAsked) {
+    if (const auto name = ReadNameReply(line)) {
+      data.name = Question::kAnswered;
+      ShowName(*name);
+      Consume();
+      return Reply::kName;
+    }
+  }
+  return Reply::kNone;
+}
+
+void ReplyDecoder::ShowRating(const RatingReply& rating) {
+  if (rating.volts) ShowDatum(UpsDatum::kRatedVoltage, NumberText(*rating.volts), "V");
+  if (rating.volts && rating.amperes) {
+    ShowDatum(UpsDatum::kRatedPower, NumberText(std::round(*rating.volts * *rating.amperes)), "VA");
+  }
+  state_.Main.Data.rated_battery = rating.battery_volts;
+  if (!rating.battery_volts) return;
+  ShowDatum(UpsDatum::kBatteryVoltage, NumberText(*rating.battery_volts), "V");
+  const float batteries = *rating.battery_volts / kVoltsPerBattery;
+  if (batteries == std::floor(batteries)) {
+    ShowDatum(UpsDatum::kBatteryCount, NumberText(batteries), "");
+  }
+}
+
+void ReplyDecoder::ShowName(const NameReply& name) {
+  state_.Main.Data.company = name.company;
+  const std::string_view model = name.model.empty() ? name.company : name.model;
+  if (!model.empty()) ShowDatum(UpsDatum::kModel, model, "");
+  if (!name.version.empty()) ShowDatum(UpsDatum::kVersion, name.version, "");
+}
+
+void ReplyDecoder::ShowDatum(UpsDatum datum, std::string_view value, std::string_view unit) {
+  datum_text_.assign(value);
+  datum_text_ += unit;
+  panel_.information[datum].Caption(datum_text_);
 }
 
 void ReplyDecoder::Consume() {

@@ -13,6 +13,12 @@ namespace {
 constexpr int kLastPort = 4;
 constexpr int kUnansweredPolls = 3;
 
+// Polls on a port of the search before it makes way.
+constexpr int kPollsToFind = 4;
+// Polls behind the rise of the link with which the ratings and the name are asked for.
+constexpr int kRatingPoll = 2;
+constexpr int kNamePoll = 3;
+
 // A flood leaves no more than this behind for good.
 constexpr std::size_t kKeptCapacity = 4096;
 
@@ -49,13 +55,35 @@ void UpsLink::Attach() {
 
 void UpsLink::OpenPort() {
   suspended_ = false;
+  missing_ = false;
   // The line settings are the control's design.
   static_cast<void>(seams_.ups_port.Configure("2400,N,8,1"));
-  if (const int port = state_.Settings[kUpsPort]) {
-    OpenFixedPort(port);
+  if (OpenChosen()) return;
+  if (state_.Settings[kUpsPort] != 0) {
+    seams_.timers.countdown_timer.Enabled(false);
+    MissPort(Message::kFixedPortBox, Message::kFixedPortLine);
   } else {
-    SearchPort();
+    MissPort(Message::kNoPortBox, Message::kNoPortLine);
   }
+}
+
+bool UpsLink::OpenChosen() {
+  const int port = state_.Settings[kUpsPort];
+  return port == 0 ? SearchPort() : Open(port);
+}
+
+void UpsLink::MissPort(Message box, Message line) {
+  missing_ = true;
+  seams_.timers.poll_timer.Enabled(false);
+  seams_.dialogs.Exclamation(state_.Text(box), state_.Text(Message::kWarning));
+  // The port may have come while the box stood.
+  if (missing_) panel_.port_line.Caption(state_.Text(line));
+}
+
+void UpsLink::OnDevicesChange() {
+  if (!missing_ || !OpenChosen()) return;
+  missing_ = false;
+  seams_.timers.poll_timer.Enabled(true);
 }
 
 bool UpsLink::Open(int number) {
@@ -66,33 +94,54 @@ bool UpsLink::Open(int number) {
   return true;
 }
 
-void UpsLink::OpenFixedPort(int number) {
-  if (Open(number)) return;
-  seams_.timers.poll_timer.Enabled(false);
-  seams_.timers.countdown_timer.Enabled(false);
-  seams_.dialogs.Exclamation(state_.Text(Message::kFixedPortBox), state_.Text(Message::kWarning));
-  panel_.port_line.Caption(state_.Text(Message::kFixedPortLine));
+// Without calls nobody needs one.
+bool UpsLink::IsModem(int number) const {
+  return state_.Settings[kDialConditions] != 0 && number == state_.Settings[kModemPort];
 }
 
-void UpsLink::SearchPort() {
-  std::int16_t& attempt = state_.Main.PortTry;
-  for (attempt = 0;; ++attempt) {
-    const int number = attempt + 1;
-    if (Open(number)) return;
-    if (number == kLastPort) break;
+// A port of the search. The modem is not to get polls.
+bool UpsLink::Try(int number) {
+  if (IsModem(number)) return false;
+  state_.Main.PortTry = static_cast<std::int16_t>(number - 1);
+  state_.Main.PortPolls = 0;
+  return Open(number);
+}
+
+bool UpsLink::SearchPort() {
+  if (found_port_ != 0 && Try(found_port_)) return true;
+  for (int number = 1; number <= kLastPort; ++number) {
+    if (Try(number)) return true;
   }
-  seams_.timers.poll_timer.Enabled(false);
-  seams_.dialogs.Exclamation(state_.Text(Message::kNoPortBox), state_.Text(Message::kWarning));
-  panel_.port_line.Caption(state_.Text(Message::kNoPortLine));
+  return false;
+}
+
+bool UpsLink::Searching() const {
+  return state_.Settings[kUpsPort] == 0 && found_port_ != seams_.ups_port.Number();
+}
+
+// The present one comes last.
+void UpsLink::OpenNextPort() {
+  const int present = seams_.ups_port.Number();
+  seams_.ups_port.Close();
+  for (int step = 0; step < kLastPort; ++step) {
+    if (Try((present + step) % kLastPort + 1)) return;
+  }
 }
 
 void UpsLink::OnPoll() {
   MainFormState& form = state_.Main;
   ++form.PollsSent;
   Forget(form.RxText);
-  // A lost port is asked for again with every poll; until it is back the watchdog shows the loss.
   SerialPort& port = seams_.ups_port;
-  if (port.IsOpen() || port.Open()) static_cast<void>(SendCommand(port, kStatusQuery));
+  const bool over = !port.IsOpen() || form.PortPolls >= kPollsToFind || IsModem(port.Number());
+  if (Searching()) {
+    if (over) OpenNextPort();
+  } else {
+    // A lost port is asked for again with every poll; until it is back the watchdog shows the loss.
+    static_cast<void>(port.Open());
+  }
+  ++form.PortPolls;
+  if (port.IsOpen()) static_cast<void>(SendCommand(port, kStatusQuery));
   if (form.PollsSent - form.PollsAnswered > kUnansweredPolls) LinkLoss();
   RefreshWarningLine();
 }
@@ -119,6 +168,7 @@ void UpsLink::LinkLoss() {
     line->Caption("");
   }
   state_.Main.PollsSent = 0;
+  state_.Main.Data = {};
   {
     const ValueMirror::Batch batch(mirror_);
     for (const Gauge gauge : kGauges) {
@@ -152,12 +202,32 @@ void UpsLink::OnReceive() {
     const bool whole = line_end != std::string::npos;
     const std::size_t end = whole ? line_end + 1 : received_.size();
     text.append(received_, begin, end - begin);
-    decoder_.Decode();
+    const bool was_up = panel_.link.ForeColor() == kBlue;
+    OnReply(decoder_.Decode(), was_up);
     // What is whole and no reply belongs to none that follows.
     if (whole) text.clear();
     begin = end;
   }
   Forget(received_);
+  if (OnShown) OnShown();
+}
+
+void UpsLink::OnReply(Reply reply, bool was_up) {
+  if (reply == Reply::kNone) return;
+  SerialPort& port = seams_.ups_port;
+  MainFormState& form = state_.Main;
+  if (state_.Settings[kUpsPort] == 0) found_port_ = port.Number();
+  if (reply != Reply::kStatus) return;
+  if (!was_up) form.Data.first_poll = form.PollsSent;
+  if (form.Data.informed) return;
+  const int polls = form.PollsSent - form.Data.first_poll;
+  if (polls >= kRatingPoll && form.Data.rating == Question::kNotAsked) {
+    form.Data.rating = Question::kAsked;
+    static_cast<void>(SendCommand(port, kRatingQuery));
+  } else if (polls >= kNamePoll && form.Data.name == Question::kNotAsked) {
+    form.Data.name = Question::kAsked;
+    static_cast<void>(SendCommand(port, kNameQuery));
+  }
 }
 
 void UpsLink::OnLinkChange() {

@@ -1,6 +1,9 @@
 // The line to the UPS: which port, the poll, the watchdog, and what the replies mean.
 #pragma once
 
+#include <functional>
+#include <string>
+
 #include "app/panel.h"
 #include "app/seams.h"
 #include "app/state.h"
@@ -15,17 +18,25 @@ class UpsLink {
  public:
   UpsLink(State& state, Panel& panel, Journals& journals, const Seams& seams);
 
+  // Runs when a receive event has been dealt with: the panel shows what came.
+  std::function<void()> OnShown;
+
   // Puts the Change reactions of link and read-outs on the panel and the receive event on the port.
   void Attach();
 
-  // Port steps of the load: the port of slot 0, or with slot 0 at 0 the first of ports 1 to 4 that
-  // opens. Shows the outcome on the port line; a failure stops the poll and shows a box, during
-  // which other events are served.
+  // Port steps of the load: the port of slot 0, or with slot 0 at 0 the one on which such a search
+  // has found a UPS before, else the first of ports 1 to 4 that opens. Shows the outcome on the
+  // port line; a failure stops the poll and shows a box, during which other events are served.
   void OpenPort();
+
+  // Devices have come or gone. A port that OpenPort could not open, and that can be opened now, is
+  // taken up, without another box.
+  void OnDevicesChange();
 
   // Poll tick: sends "Q1", declares the link lost on the fourth poll in a row without an answer,
   // refreshes the warning line. A port that was lost while the program ran is opened again first,
-  // as soon as its device is back.
+  // as soon as its device is back. A port of the search on which four polls have brought nothing
+  // makes way for the next one that opens, until a UPS answers.
   void OnPoll();
 
   // The computer falls asleep: lets go of the port and sends no poll until Resume, which takes
@@ -38,13 +49,20 @@ class UpsLink {
   void OnReceive();
 
   // Runs inside the write of the link's caption: a link that was down takes its warnings along;
-  // the UPS is asked for its data.
+  // the UPS is asked for its data. One that does not answer that is asked for its ratings and its
+  // name, each once and each behind a status reply, when the line is free.
   void OnLinkChange();
 
  private:
   bool Open(int number);
-  void OpenFixedPort(int number);
-  void SearchPort();
+  bool IsModem(int number) const;
+  bool Try(int number);
+  bool SearchPort();
+  bool OpenChosen();
+  void MissPort(Message box, Message line);
+  bool Searching() const;
+  void OpenNextPort();
+  void OnReply(Reply reply, bool was_up);
   void LinkLoss();
   void RefreshWarningLine();
 
@@ -55,7 +73,9 @@ class UpsLink {
   StatusEvaluation evaluation_;
   ReplyDecoder decoder_;
   std::string received_;    // what one event brought, kept for its capacity
+  int found_port_ = 0;      // on which a search has found a UPS last; 0: none yet
   bool suspended_ = false;  // Suspend ended the poll
+  bool missing_ = false;    // OpenPort has opened none
 };
 
 }  // namespace orvane

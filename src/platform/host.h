@@ -2,6 +2,7 @@
 #pragma once
 
 #include <chrono>
+#include <cstddef>
 #include <functional>
 #include <string>
 
@@ -18,6 +19,19 @@ struct RunOutcome {
   End end = End::kNotStarted;
   int status = 0;
   std::string reason;  // why it was not started, in words; empty otherwise
+};
+
+// What a notification is about. There is at most one of each on the desktop.
+enum class Notice { kMains, kBatteryLow, kUpsFault, kLinkLost, kWayDown };
+inline constexpr std::size_t kNotices = 5;
+
+struct Notification {
+  std::string title;
+  std::string body;
+  bool urgent = false;
+  bool stays = false;  // until it is withdrawn or the user closes it; else for a while
+
+  bool operator==(const Notification&) const = default;
 };
 
 struct Host {
@@ -38,12 +52,16 @@ struct Host {
   virtual bool IsSecondInstance() = 0;
 
   // Starts a program without arguments and without a window, and waits until it ends, for at most
-  // `limit`. No event of this program is served meanwhile. Never ends the other program.
+  // `limit`. No event of this program is served meanwhile, but those who call on the socket for
+  // upsd. Never ends the other program.
   virtual RunOutcome RunHidden(const std::string& path, std::chrono::milliseconds limit) = 0;
 
   // Asks the operating system for an orderly shutdown and returns at once. Where the computer stays
   // up, a line on standard error says why, sooner or later.
   virtual void TakeDown() = 0;
+
+  // True where the settings leave the computer running whatever TakeDown is asked for: a trial.
+  virtual bool StaysUp() const = 0;
 
   // Has `handler` run from the event loop from now on: with true before the computer falls asleep,
   // which waits for it for some seconds, and with false when it has woken. To be called once.
@@ -52,6 +70,11 @@ struct Host {
   // Keeps the computer from falling asleep while the last call said true. Returns at once; where
   // this user may not do so, a line on standard error says it once.
   virtual void KeepAwake(bool on) = 0;
+
+  // Shows a notification of the desktop in the place of the one about the same, and takes it away
+  // again. Both return at once; where there is no desktop, nothing happens.
+  virtual void ShowNotification(Notice notice, const Notification& notification) = 0;
+  virtual void WithdrawNotification(Notice notice) = 0;
 
   // One beep on the computer's speaker, where it has one.
   virtual void Beep() = 0;

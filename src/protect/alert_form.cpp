@@ -15,6 +15,7 @@ AlertForm::AlertForm(const State& state, const Panel& panel, const Seams& seams)
 }
 
 void AlertForm::Load() {
+  showing_ = true;
   ShowSeconds();
   Timer& timer = seams_.alert_timer;
   timer.Enabled(false);
@@ -24,6 +25,7 @@ void AlertForm::Load() {
 }
 
 void AlertForm::Unload() {
+  showing_ = false;
   seams_.alert_timer.Enabled(false);
 }
 

@@ -20,6 +20,9 @@ class AlertForm {
   // Closes the alert; the count goes on, and the next due period opens the alert again.
   void Close() { seams_.forms.Unload(Form::kAlert); }
 
+  // Between Load and Unload.
+  bool Showing() const { return showing_; }
+
   Label seconds;  // the seconds left
 
  private:
@@ -29,6 +32,7 @@ class AlertForm {
   const State& state_;
   const Panel& panel_;
   Seams seams_;
+  bool showing_ = false;
 };
 
 }  // namespace orvane

@@ -3,6 +3,7 @@
 #include <chrono>
 
 #include "link/commands.h"
+#include "protect/notices.h"
 
 namespace orvane {
 namespace {
@@ -14,6 +15,7 @@ constexpr std::chrono::milliseconds kCompanionLimit{40000};
 void Shutdown::ShutdownSequence(Message log_line, std::optional<RecordCode> record) {
   if (begun_) return;
   begun_ = true;
+  if (OnBegin) OnBegin();
   Host& host = seams_.host;
   seams_.forms.Dismiss();
   seams_.forms.Unload(Form::kAlert);
@@ -22,6 +24,8 @@ void Shutdown::ShutdownSequence(Message log_line, std::optional<RecordCode> reco
   // A reply that is still under way would start the count again.
   seams_.ups_port.Notify(false);
   panel_.status_line.Caption(state_.Text(Message::kSavingFiles));
+  host.WithdrawNotification(Notice::kMains);
+  host.ShowNotification(Notice::kWayDown, WayDownNotification(state_));
   // The UPS must not wait for a disk: that of a computer in trouble may take its time.
   const bool logged = journals_.WriteLog(state_.Text(log_line), OnMedium::kWithSettle);
   const bool recorded = record && journals_.WriteDateRec(*record, OnMedium::kWithSettle);
@@ -29,10 +33,11 @@ void Shutdown::ShutdownSequence(Message log_line, std::optional<RecordCode> reco
   if (!TellUps()) {
     host.Report("the UPS did not get its shutdown command " + state_.ShutdownCommand);
   }
-  if (OnBegin) OnBegin();
+  if (OnUpsTold) OnUpsTold();
   SettleJournal(journals_.LogPath(), logged);
   if (record) SettleJournal(journals_.DateRecPath(), recorded);
   RunCompanion();
+  if (OnEnd) OnEnd();
   host.TakeDown();
 }
 

@@ -4,7 +4,8 @@
 
 namespace orvane {
 
-LinePacer::LinePacer(int baud) : byte_time_(std::chrono::nanoseconds(10'000'000'000) / baud) {}
+LinePacer::LinePacer(int baud, std::size_t chunk)
+    : byte_time_(std::chrono::nanoseconds(10'000'000'000) / baud), chunk_(chunk) {}
 
 void LinePacer::Put(std::string_view bytes, Moment now) {
   if (waiting_.empty()) start_ = std::max<std::chrono::nanoseconds>(start_, now);
@@ -14,7 +15,7 @@ void LinePacer::Put(std::string_view bytes, Moment now) {
 std::string LinePacer::Take(Moment now) {
   if (waiting_.empty() || now < ChunkEnd()) return {};
   start_ = ChunkEnd();
-  std::string chunk = waiting_.substr(0, kFifo);
+  std::string chunk = waiting_.substr(0, chunk_);
   waiting_.erase(0, chunk.size());
   return chunk;
 }
@@ -25,7 +26,7 @@ std::optional<Moment> LinePacer::Next() const {
 }
 
 std::chrono::nanoseconds LinePacer::ChunkEnd() const {
-  return start_ + byte_time_ * static_cast<int>(std::min(kFifo, waiting_.size()));
+  return start_ + byte_time_ * static_cast<int>(std::min(chunk_, waiting_.size()));
 }
 
 }  // namespace orvane

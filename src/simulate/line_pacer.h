@@ -1,5 +1,5 @@
-// The way of bytes along a serial line: one after the other at the line's speed, handed over by
-// the receiver's UART in chunks of up to 16, the depth of its FIFO.
+// The way of bytes along a serial line: one after the other at the line's speed, handed over in
+// chunks by the receiver's UART or USB chip.
 #pragma once
 
 #include <chrono>
@@ -14,18 +14,19 @@ namespace orvane {
 
 class LinePacer {
  public:
-  static constexpr std::size_t kFifo = 16;
+  static constexpr std::size_t kFifo = 16;  // of a UART
   // Bytes that may wait for the line; what a device says beyond that is lost.
   static constexpr std::size_t kBacklog = 512;
 
-  // `baud` above 0. A byte takes ten bits: start, eight data bits, stop.
-  explicit LinePacer(int baud);
+  // `baud` and `chunk`, the most bytes that are handed over together, above 0. A byte takes ten
+  // bits: start, eight data bits, stop.
+  explicit LinePacer(int baud, std::size_t chunk = kFifo);
 
   // The device says `bytes`.
   void Put(std::string_view bytes, Moment now);
 
   // The next chunk that has arrived whole at `now`, empty when there is none. A chunk is whole when
-  // the FIFO is full or nothing follows on the line.
+  // it is full or nothing follows on the line.
   std::string Take(Moment now);
 
   // When the next chunk will be whole; nothing when the line is idle.
@@ -38,6 +39,7 @@ class LinePacer {
   std::chrono::nanoseconds ChunkEnd() const;
 
   std::chrono::nanoseconds byte_time_;
+  std::size_t chunk_;
   std::chrono::nanoseconds start_{0};  // when the first byte of `waiting_` began its way
   std::string waiting_;
 };

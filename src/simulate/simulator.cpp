@@ -12,6 +12,8 @@
 #include <optional>
 #include <string>
 
+#include "platform/hid_reports.h"
+#include "simulate/hid_line.h"
 #include "simulate/line_pacer.h"
 #include "simulate/pseudo_terminal.h"
 
@@ -22,19 +24,27 @@ struct Options {
   std::string link;
   std::string script;
   bool replies = false;
+  bool hid = false;
   bool help = false;
 };
 
 // Nothing when the program was called wrongly.
-std::optional<Options> ReadOptions(int argc, char** argv) {
+std::optional<Options> ReadOptions(int argc, char** argv, const SimulatorKind& kind) {
   Options options;
   for (int i = 1; i < argc; ++i) {
     const std::string_view word = argv[i];
     const bool takes_path = word == "--link" || word == "--script";
-    if (takes_path && i + 1 < argc) {
+    const auto own =
+        std::find_if(kind.options.begin(), kind.options.end(),
+                     [&](const SimulatorOption& option) { return option.name == word; });
+    if (own != kind.options.end()) {
+      if (i + 1 == argc || !own->take(argv[++i])) return std::nullopt;
+    } else if (takes_path && i + 1 < argc) {
       (word == "--link" ? options.link : options.script) = argv[++i];
     } else if (word == "--replies") {
       options.replies = true;
+    } else if (kind.hid && word == "--hid") {
+      options.hid = true;
     } else if (word == "--help" || word == "-h") {
       options.help = true;
     } else {
@@ -105,7 +115,7 @@ class Simulator {
         device_(device),
         orders_(orders),
         terminal_(options.link),
-        pacer_(kind.baud),
+        pacer_(kind.baud, options.hid ? kReportBytes : LinePacer::kFifo),
         start_(std::chrono::steady_clock::now()) {
     device_.OnTrace = [this](Trace trace, std::string_view text) {
       if (trace == Trace::kCommand) Print('>', text);
@@ -136,7 +146,8 @@ class Simulator {
       now_ = Now();
       device_.Advance(now_);
       while (const auto order = script_.Take(now_)) Give(*order);
-      device_.Receive(terminal_.Read());
+      const std::string heard = terminal_.Read();
+      device_.Receive(options_.hid ? hid_line_.Receive(heard) : heard);
       Deliver();
       if (!quit_) Wait(while_waiting);
     }
@@ -183,7 +194,7 @@ class Simulator {
     if (!terminal_.IsOpen()) return;
     pacer_.Put(said, now_);
     for (std::string chunk = pacer_.Take(now_); !chunk.empty(); chunk = pacer_.Take(now_)) {
-      terminal_.Write(chunk);
+      terminal_.Write(options_.hid ? HidLine::Report(chunk) : chunk);
     }
   }
 
@@ -239,6 +250,7 @@ class Simulator {
   OrderTable& orders_;
   PseudoTerminal terminal_;
   LinePacer pacer_;
+  HidLine hid_line_;
   Script script_;
   LineReader reader_;
   std::chrono::steady_clock::time_point start_;
@@ -250,13 +262,36 @@ class Simulator {
   bool quit_ = false;
 };
 
+std::string Usage(const SimulatorKind& kind) {
+  std::string usage(kind.program);
+  usage += " [--link PATH] [--script FILE] [--replies]";
+  if (kind.hid) usage += " [--hid]";
+  for (const SimulatorOption& option : kind.options) {
+    usage.append(" [").append(option.name).append(" ").append(option.argument).append("]");
+  }
+  return usage + " [--help]";
+}
+
+// Its name in a column, its help behind it.
+std::string OptionHelp(std::string name, std::string_view help) {
+  name.resize(std::max<std::size_t>(name.size() + 1, 20), ' ');
+  return "  " + name + std::string(help) + '\n';
+}
+
 void PrintHelp(const SimulatorKind& kind, const OrderTable& orders) {
-  const std::string program(kind.program);
+  std::string own = kind.hid ? OptionHelp("--hid",
+                                          "speaks in HID reports, as a USB chip does; "
+                                          "name the line hidrawN then")
+                             : "";
+  for (const SimulatorOption& option : kind.options) {
+    own += OptionHelp(std::string(option.name) + ' ' + std::string(option.argument), option.help);
+  }
   std::printf(
-      "Usage: %s [--link PATH] [--script FILE] [--replies]\n\n%s\n\n"
+      "Usage: %s\n\n%s\n\n"
       "  --link PATH         names the line by a symbolic link, removed at the end\n"
       "  --script FILE       gives timed orders, one a line: SECONDS ORDER\n"
       "  --replies           prints the replies too\n"
+      "%s"
       "  --help              prints this text\n\n"
       "Prints a line for all that happens, with the seconds since the start:\n"
       "  12.345 > Q1         a command has arrived\n"
@@ -266,17 +301,16 @@ void PrintHelp(const SimulatorKind& kind, const OrderTable& orders) {
       "Orders, one a line, on standard input and in the script:\n%s\n"
       "The end of a pipe or terminal that gives the orders ends the simulator, unless there is a\n"
       "script.\n",
-      program.c_str(), std::string(kind.about).c_str(), orders.Help().c_str());
+      Usage(kind).c_str(), std::string(kind.about).c_str(), own.c_str(), orders.Help().c_str());
 }
 
 }  // namespace
 
 int RunSimulator(int argc, char** argv, const SimulatorKind& kind, Device& device,
                  OrderTable& orders) {
-  const auto options = ReadOptions(argc, argv);
+  const auto options = ReadOptions(argc, argv, kind);
   if (!options) {
-    std::fprintf(stderr, "Usage: %s [--link PATH] [--script FILE] [--replies] [--help]\n",
-                 std::string(kind.program).c_str());
+    std::fprintf(stderr, "Usage: %s\n", Usage(kind).c_str());
     return 2;
   }
   Simulator simulator(kind, *options, device, orders);

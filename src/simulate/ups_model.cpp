@@ -106,17 +106,19 @@ void UpsModel::Mute(bool on) {
 
 std::string UpsModel::StatusReply() const {
   const double input = mains_ ? mains_volts_ : 0;
-  const double figure = kEmptyFigure + (kFullFigure - kEmptyFigure) * level_ / kFull;
+  const double cell = kEmptyFigure + (kFullFigure - kEmptyFigure) * level_ / kFull;
+  const int cells = dialect_->cells;
   std::string reply = "(";
   for (const std::string& field :
        {Field(input, 5, 1), Field(failed_at_volts_, 5, 1),
         Field(bypass_ ? input : output_volts_, 5, 1), Field(load_, 3, 0), Field(frequency_, 4, 1),
-        Field(figure, 4, 2), Field(temperature_, 4, 1)}) {
+        cells > 1 ? Field(cell * cells, 4, 1) : Field(cell, 4, 2),
+        dialect_->thermometer ? Field(temperature_, 4, 1) : "--.-"}) {
     reply += field;
     reply += ' ';
   }
-  for (const bool bit :
-       {!mains_, low_, bypass_, fault_, false, Testing(), shutdown_due_.has_value(), beeper_}) {
+  for (const bool bit : {!mains_, low_, bypass_, fault_, !dialect_->on_line, Testing(),
+                         shutdown_due_.has_value(), beeper_}) {
     reply += Bit(bit);
   }
   return reply + '\r';
@@ -132,7 +134,9 @@ void UpsModel::Obey(std::string_view command) {
   if (command == "C") return SwitchOnWord();
   if (!output_on_) return;
   if (command == "Q1") return Say(StatusReply());
-  if (command == "MD") return Say(InformationReply());
+  if (command == "MD" && dialect_->information) return Say(InformationReply());
+  if (command == "F" && !dialect_->rating.empty()) return Say(std::string(dialect_->rating) + '\r');
+  if (command == "I" && !dialect_->label.empty()) return Say(std::string(dialect_->label) + '\r');
   if (command == "T") return BeginTest(Test::kShort);
   if (command == "TL") return BeginTest(Test::kToLow);
   if (command == "CT") return EndTest("cancelled");
@@ -140,7 +144,8 @@ void UpsModel::Obey(std::string_view command) {
     beeper_ = !beeper_;
     Note(beeper_ ? "beeper on" : "beeper off");
   }
-  if (command.starts_with('S')) AskShutdown(command.substr(1));
+  if (command.starts_with('S')) return AskShutdown(command.substr(1));
+  if (dialect_->echo && command != "Q") Say(std::string(command) + '\r');
 }
 
 void UpsModel::BeginTest(Test test) {

@@ -10,6 +10,7 @@
 
 #include "simulate/device.h"
 #include "simulate/orders.h"
+#include "simulate/ups_dialect.h"
 
 namespace orvane {
 
@@ -29,6 +30,9 @@ class UpsModel : public Device {
   void Receive(std::string_view bytes) override;
   std::string Take() override;
   std::optional<Moment> Next() const override;
+
+  // The dialect that it speaks from now on.
+  void Speak(const UpsDialect& dialect) { dialect_ = &dialect; }
 
   // What the world does to the UPS, at the moment of the last Advance. Figures beyond what a reply
   // can hold are cut to it.
@@ -51,7 +55,7 @@ class UpsModel : public Device {
 
   bool Testing() const { return test_ != Test::kNone; }
 
-  // Both replies as they stand at this moment, with their line ends.
+  // The replies to "Q1" and "MD" as they stand at this moment, with their line ends.
   std::string StatusReply() const;
   static std::string InformationReply();
 
@@ -84,6 +88,7 @@ class UpsModel : public Device {
   void Change();
   void Note(std::string_view text) const;
 
+  const UpsDialect* dialect_ = &kUpsDialects[0];
   Moment now_{0};
   LineReader reader_{'\r'};
 

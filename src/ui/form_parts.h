@@ -8,10 +8,12 @@
 
 namespace orvane {
 
-// A window of fixed size that can be closed and nothing else.
-inline constexpr Qt::WindowFlags kFormFlags = Qt::Window | Qt::CustomizeWindowHint |
-                                              Qt::WindowTitleHint | Qt::WindowSystemMenuHint |
-                                              Qt::WindowCloseButtonHint;
+// A window that can be closed and nothing else.
+inline constexpr Qt::WindowFlags kClosable = Qt::CustomizeWindowHint | Qt::WindowTitleHint |
+                                             Qt::WindowSystemMenuHint | Qt::WindowCloseButtonHint;
+
+// On X11 only a dialog is kept above its owner.
+inline constexpr Qt::WindowFlags kFormFlags = Qt::Dialog | kClosable;
 
 // A button in its place; its caption is still to be set. Enter clicks it while it has the focus.
 inline QPushButton* NewButton(const char* name, const Place& place, QWidget* parent) {

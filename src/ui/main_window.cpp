@@ -94,7 +94,9 @@ void FollowFaces(Panel& panel, QWidget* bars, QWidget* dials) {
 }  // namespace
 
 MainWindow::MainWindow(const State& state, Panel& panel, MainForm& form)
-    : QMainWindow(nullptr, kFormFlags | Qt::WindowMinimizeButtonHint), panel_(panel), form_(form) {
+    : QMainWindow(nullptr, Qt::Window | kClosable | Qt::WindowMinimizeButtonHint),
+      panel_(panel),
+      form_(form) {
   setObjectName("main");
   setWindowTitle("Orvane");
   AddMenus();

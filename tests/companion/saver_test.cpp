@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <fstream>
 
 #include "support/temp_folder.h"
@@ -97,7 +98,8 @@ TEST_F(SaverTest, ReportsFilesBeforeTheLastLookAtDesktops) {
   std::vector<std::string> known;
   windows->on_others = [&] { known = reported[0].files; };
   Run(std::chrono::seconds(0));
-  EXPECT_EQ(known, std::vector{path});
+  // Whoever runs the test may write to what this process holds, too.
+  EXPECT_EQ(std::count(known.begin(), known.end(), path), 1);
 }
 
 }  // namespace

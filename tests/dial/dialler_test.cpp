@@ -96,7 +96,7 @@ class DiallerTest : public testing::Test, public World {
   milliseconds begin{0};
   Calls calls;
   Replies pending;
-  std::string notes;  // seconds since the tick: what Label13 said, what was sent (>)
+  std::string notes;  // seconds since the tick: what the status line said, what was sent (>)
 };
 
 // The whole of a call's messages, wire and times, for each way through it.

@@ -225,6 +225,7 @@ class UpsTest(OrvaneTest):
         self.ups = PtyUps(self.ups_link)
         self.addCleanup(self.ups.close)
         self.ups.answer["Q1"] = status()
+        self.ups.answer["MD"] = b"OV-1000,700,2.1,230,50.0,8,12,7.2,1\r"
 
     def wait_for_link(self):
         """The UPS is asked for its data when the link comes up."""

@@ -1,10 +1,11 @@
 """What stands around the program for a test alone: message buses with a stand-in for logind or for
 systemd's user manager, and an X11 display with a window manager."""
 
-import ctypes
 import os
+import getpass
 import re
 import signal
+import socket
 import subprocess
 from pathlib import Path
 
@@ -14,7 +15,87 @@ import dbus.bus
 from harness import PATIENCE, Process, wait_until
 
 PYTHON = "/usr/bin/python3"
+EXAMPLES = Path(__file__).resolve().parents[2] / "packaging" / "upsd"
 MOCK = "org.freedesktop.DBus.Mock"
+
+
+def free_port():
+    """A port of the loopback that nobody uses at this moment."""
+    with socket.socket() as probe:
+        probe.bind(("127.0.0.1", 0))
+        return probe.getsockname()[1]
+
+
+class UpsServer:
+    """Debian's upsd and its clients, in a folder of their own, on the loopback."""
+
+    def __init__(self, folder):
+        self.folder = Path(folder)
+        self.state = self.folder / "state"
+        self.down = self.folder / "down"  # there once upsmon has run its SHUTDOWNCMD
+        self.state.mkdir(parents=True)
+        self.socket = self.state / "orvane-ups"
+        self.port = free_port()
+        self.ups = f"ups@127.0.0.1:{self.port}"
+        self.user = getpass.getuser()
+        self.env = dict(os.environ, **{name: str(place) for name, place in (
+            ("NUT_CONFPATH", self.folder), ("NUT_STATEPATH", self.state),
+            ("NUT_ALTPIDPATH", self.state))})
+        listen = f"LISTEN 127.0.0.1 {self.port}\nSTATEPATH {self.state}\n"
+        self._example("ups.conf")
+        self._example("upsd.conf", (r"(?m)^LISTEN .*\n", ""), (r"\Z", listen))
+        self._example("upsd.users")
+        self._example("upsmon.conf", ("SERVER ", f"127.0.0.1:{self.port} "),
+                      ("SHUTDOWNCMD .*", f'SHUTDOWNCMD "date > {self.down}"'),
+                      ("/etc/killpower", f"{self.folder}/killpower"))
+        self.upsd = None
+        self.processes = []
+
+    def _example(self, name, *changes):
+        """One of the files that the package ships, fitted to this folder."""
+        text = (EXAMPLES / name).read_text(encoding="utf-8")
+        for pattern, new in (("SECRET", "x"), *changes):
+            text = re.sub(pattern, new, text)
+        (self.folder / name).write_text(text, encoding="utf-8")
+        (self.folder / name).chmod(0o640)
+
+    def _start(self, *arguments):
+        process = Process(arguments, env=self.env)
+        self.processes.append(process)
+        return process
+
+    def start(self):
+        self.upsd = self._start("/lib/nut/upsd", "-u", self.user, "-F")
+
+    def stop(self):
+        self.upsd.terminate()
+
+    def watch(self):
+        """A secondary upsmon, once upsd knows it."""
+        monitor = self._start("/lib/nut/upsmon", "-p", "-F")
+        wait_until(lambda: "127.0.0.1" in self.ask("upsc", "-c", self.ups), "upsmon is logged in")
+        return monitor
+
+    def ask(self, *arguments):
+        """What a client prints, on whichever of its outputs."""
+        ran = subprocess.run(arguments, env=self.env, stdout=subprocess.PIPE,
+                             stderr=subprocess.STDOUT, text=True, timeout=PATIENCE, check=False)
+        return ran.stdout
+
+    def variables(self):
+        """What upsc lists; the reason under "Error" where upsd has no news of the UPS."""
+        lines = [line.partition(": ") for line in self.ask("upsc", self.ups).splitlines()]
+        return {name: value for name, _, value in lines}
+
+    def status(self):
+        return self.variables().get("ups.status")
+
+    def order(self, command):
+        return self.ask("upscmd", "-w", "-u", "tester", "-p", "x", self.ups, command)
+
+    def close(self):
+        for process in self.processes:
+            process.close()
 
 
 class PrivateBus:
@@ -200,16 +281,6 @@ class XDisplay:
         found = re.findall(rf'"{title}".* (\d+)x(\d+)\S+ +\+(-?\d+)\+(-?\d+)', tree)
         return max([int(number) for number in place] for place in found)
 
-    def pointer_is_free(self):
-        """Whether another program could take the pointer for itself now."""
-        x11 = ctypes.CDLL("libX11.so.6")
-        x11.XOpenDisplay.restype = ctypes.c_void_p
-        display = ctypes.c_void_p(x11.XOpenDisplay(self.name.encode()))
-        root = ctypes.c_ulong(x11.XDefaultRootWindow(display))
-        taken = x11.XGrabPointer(display, root, 0, 0, 1, 1, *[ctypes.c_ulong(0)] * 3)
-        x11.XCloseDisplay(display)
-        return taken == 0
-
     def key(self, window, *keys):
         """Strokes on the keyboard while the window is the active one."""
         self.ask("xdotool", "windowactivate", "--sync", window)
@@ -230,3 +301,53 @@ class XDisplay:
         for process in self.processes:
             process.terminate()
             process.wait(PATIENCE)
+
+
+class Reader:
+    """Reads the windows of a display as a screen reader does (AT-SPI), on a session bus of its own."""
+
+    ROOT = "/org/a11y/atspi/accessible/root"
+    ACCESSIBLE = "org.a11y.atspi.Accessible"
+
+    def __init__(self, folder, display):
+        self.bus = PrivateBus(folder, "session")
+        self.env = {"DBUS_SESSION_BUS_ADDRESS": self.bus.address,
+                    "QT_LINUX_ACCESSIBILITY_ALWAYS_ON": "1"}
+        # In a group of processes with what it starts.
+        self.launcher = subprocess.Popen(
+            ["/usr/libexec/at-spi-bus-launcher", "--launch-immediately"], process_group=0,
+            env={**os.environ, **display.env, **self.env}, stdout=subprocess.DEVNULL,
+            stderr=subprocess.DEVNULL)
+        connection = dbus.bus.BusConnection(self.bus.address)
+        wait_until(lambda: connection.name_has_owner("org.a11y.Bus"), "the accessibility bus")
+        address = connection.get_object("org.a11y.Bus", "/org/a11y/bus").GetAddress(
+            dbus_interface="org.a11y.Bus")
+        self.connection = dbus.bus.BusConnection(address)
+
+    def _ask(self, node, method):
+        return self.connection.get_object(*node, introspect=False).get_dbus_method(
+            method, self.ACCESSIBLE)()
+
+    def _name(self, node):
+        return str(self.connection.get_object(*node, introspect=False).Get(
+            self.ACCESSIBLE, "Name", dbus_interface="org.freedesktop.DBus.Properties"))
+
+    def _names(self, node):
+        yield self._name(node)
+        for child in self._ask(node, "GetChildren"):
+            yield from self._names(child)
+
+    def names(self, process):
+        """The names of all that the windows of a process hold; none while it has no window."""
+        found = []
+        for application in self._ask(("org.a11y.atspi.Registry", self.ROOT), "GetChildren"):
+            owner = self.connection.get_object("org.freedesktop.DBus", "/")
+            if owner.GetConnectionUnixProcessID(application[0]) == process.pid:
+                found += self._names(application)
+        return found
+
+    def close(self):
+        self.connection.close()
+        os.killpg(self.launcher.pid, signal.SIGTERM)
+        self.launcher.wait(PATIENCE)
+        self.bus.close()

@@ -1,55 +1,13 @@
-"""Faults of the computer that the program runs on: files that cannot be written, a port that takes
-nothing, an end at any moment."""
+"""Faults of the computer that the program runs on: files that cannot be written, an end at any
+moment."""
 
 import os
 import signal
-import termios
 import unittest
 
 from harness import UpsTest, status, wait_until
 
 NOBODY = 65534
-
-
-class PortTest(UpsTest):
-
-    def test_line_that_takes_nothing_holds_nothing_up(self):
-        """Half a pseudo-terminal: nobody reads at the other end, and it is full."""
-        self.ups.unplug()
-        master, slave = os.openpty()
-        self.addCleanup(lambda: [os.close(end) for end in (master, slave)])
-        attributes = termios.tcgetattr(slave)
-        attributes[0:4] = [0, 0, attributes[2], 0]
-        termios.tcsetattr(slave, termios.TCSANOW, attributes)
-        os.set_blocking(slave, False)
-        self.fill(slave)
-        self.ups_link.symlink_to(os.ttyname(slave))
-        orvane = self.start_orvane()
-        self.wait_for_log("Program start")
-        # Once it is read, the polls that waited come out, and so do the next ones.
-        heard = b""
-        wait_until(lambda: orvane.holds(self.ups_link), "the port is open")
-        while heard.count(b"Q1\r") < 3:
-            heard += os.read(master, 4096).replace(b"x", b"")
-        left = self.fill(slave)
-        self.assertEqual(orvane.terminate(), 0)
-        self.assertEqual(self.log_messages(), ["Program start", "Program end"])
-        # What had not left was dropped: a device that hangs would hold up the close.
-        os.set_blocking(master, False)
-        self.assertLess(self.until_it_blocks(lambda: len(os.read(master, 4096))), left)
-
-    def fill(self, descriptor):
-        """How many bytes the line took."""
-        return self.until_it_blocks(lambda: os.write(descriptor, b"x" * 256))
-
-    @staticmethod
-    def until_it_blocks(step):
-        bytes_moved = 0
-        try:
-            while True:
-                bytes_moved += step()
-        except BlockingIOError:
-            return bytes_moved
 
 
 class FileTest(UpsTest):

@@ -5,6 +5,7 @@ import random
 import signal
 
 from harness import UpsTest, status
+from stage import XDisplay
 
 MAINS_FAILED = status("1000")
 
@@ -25,7 +26,7 @@ class LinkTest(UpsTest):
         self.write_settings('0,10,0,2,0,2,30,0,0,0,"",0')
         orvane = self.start_orvane()
         self.wait_for_link()
-        self.ups.answer.clear()
+        del self.ups.answer["Q1"]
         polls = self.ups.count("Q1")
         self.ups.wait_for("MD", 2)
         # The fourth poll without an answer tells the loss.
@@ -50,6 +51,19 @@ class LinkTest(UpsTest):
         self.assertEqual(self.ups.heard[:3], ["Q1", "MD", "Q1"])
         self.assertEqual(set(self.ups.heard), {"Q1", "MD"})
         self.assertEqual(orvane.complaints(), [])
+
+    def test_port_that_comes_after_the_start_is_taken_up(self):
+        """In a folder that is not there either."""
+        place = self.folder / "by" / "id"
+        self.write_platform(COM1=place / "ups")
+        display = XDisplay(self.new_folder())
+        self.addCleanup(display.close)
+        orvane = self.start_orvane(**display.env)
+        display.wait_for_window("Warning")
+        place.mkdir(parents=True)
+        (place / "ups").symlink_to(os.readlink(self.ups_link))
+        self.wait_for_link()
+        self.assertTrue(orvane.holds(self.ups_link))
 
     def test_pieces_noise_and_flood(self):
         orvane = self.start_orvane()

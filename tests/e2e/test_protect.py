@@ -148,28 +148,6 @@ class WayDownTest(UpsTest, ProtectTest):
         self.assertEqual(self.records(), [1, 2])
         self.assertEqual((self.ups.heard[-1], self.ups.count("S01")), ("S01", 1))
 
-    def test_menu_that_is_open_at_zero_lets_go_of_the_pointer(self):
-        """Or nobody could answer what the applications ask while they close."""
-        os.mkfifo(self.folder / "saved")
-        self.replace_companion(f"read word < {self.folder}/saved\n")
-        display = XDisplay(self.folder)
-        self.addCleanup(display.close)
-        self.ups.answer["Q1"] = status()
-        orvane = self.start(settings(8), **display.env)
-        self.wait_for_link()
-        main = display.wait_for_window("Orvane")
-
-        def menu_opens():
-            display.key(main, "Escape", "alt+c")
-            return not display.pointer_is_free()
-
-        wait_until(menu_opens, "the open menu holds the pointer")
-        self.ups.answer["Q1"] = status("1000")
-        self.ups.wait_for("S01")
-        wait_until(display.pointer_is_free, "the pointer is free")
-        (self.folder / "saved").write_text("yes\n")
-        wait_until(lambda: self.reports(orvane), "the end")
-
     def test_answers_of_logind(self):
         """Whatever Can… would say, the ends are asked for in order until logind takes one."""
         denied, blocked = "AccessDenied", "BlockedByInhibitorLock"
@@ -250,36 +228,34 @@ class SleepTest(UpsTest, ProtectTest):
 
     def start_with(self, **answers):
         bus = self.start_bus(**answers)
-        return bus, self.start(settings(60), bus)
-
-    def test_port_is_let_go_of_before_the_computer_sleeps(self):
-        bus, orvane = self.start_with()
+        orvane = self.start(settings(60), bus)
         self.wait_for_link()
-        wait_until(lambda: bus.locks() == ["sleep delay"], "the lock of the start")
+        return bus, orvane
+
+    def test_computer_sleeps_without_the_port_and_not_while_the_mains_has_failed(self):
+        bus, orvane = self.start_with()
+
+        def expect_locks(*locks):
+            wait_until(lambda: bus.locks() == list(locks), f"the locks {locks}")
+
+        expect_locks("sleep delay")
         bus.prepare_for_sleep(True)
-        wait_until(lambda: bus.locks() == [], "the computer may sleep")
+        expect_locks()
         self.assertFalse(orvane.holds(self.ups_link))
         bus.prepare_for_sleep(False)
-        wait_until(lambda: bus.locks() == ["sleep delay"], "the lock is taken anew")
+        expect_locks("sleep delay")
         wait_until(lambda: orvane.holds(self.ups_link), "the port is taken anew")
-        self.ups.next_poll(2)
-        self.assertEqual(self.reports(orvane), [])
-
-    def test_computer_stays_awake_while_the_mains_has_failed(self):
-        bus, orvane = self.start_with()
-        self.wait_for_link()
         for _ in range(2):
             self.ups.answer["Q1"] = status("1000")
-            wait_until(lambda: bus.locks() == ["sleep delay", "sleep:idle block"], "awake")
+            expect_locks("sleep delay", "sleep:idle block")
             self.ups.answer["Q1"] = status()
-            wait_until(lambda: bus.locks() == ["sleep delay"], "may sleep again")
+            expect_locks("sleep delay")
         self.assertEqual(orvane.terminate(), 0)
-        wait_until(lambda: bus.locks() == [], "the locks end with the program")
+        expect_locks()
         self.assertEqual(self.reports(orvane), [])
 
     def test_missing_right_is_reported_once(self):
-        bus, orvane = self.start_with(fails={"Inhibit": "AccessDenied"})
-        self.wait_for_link()
+        _, orvane = self.start_with(fails={"Inhibit": "AccessDenied"})
         for bits in ("1000", "0000") * 2:
             self.ups.answer["Q1"] = status(bits)
             self.ups.next_poll(2)

@@ -15,10 +15,6 @@ SCHEDULE = """[weekly]
 1Enable=1
 1Date=2001-03-25
 1On=3:00
-[SelfTestToLow]
-1Enable=1
-1Date=2001-10-28
-1On=10:00 AM
 """
 
 
@@ -66,13 +62,11 @@ class ScheduleTest(UpsTest):
         for hour in (0, 1):
             self.expect_nothing_at(2001, 10, 28, hour, 29, 0)
             self.expect_at("C", 2001, 10, 28, hour, 30, 0)
-        self.expect_nothing_at(2001, 10, 28, 2, 30, 0)
-        self.expect_at("TL", 2001, 10, 28, 9, 0, 0)
         self.expect_at("S.5", 2001, 10, 28, 17, 30, 0)
         self.wait_for_records(0)
         # The companion has its time; after it nothing more is said to the UPS.
         self.assertEqual(orvane.terminate(), 0)
         self.assertEqual(self.ups.heard[-1], "S.5")
         self.assertEqual([command for command, _ in itertools.groupby(self.commands())],
-                         ["C", "TL", "S.5"])
+                         ["C", "S.5"])
         self.assertEqual(self.log_messages()[-2:], ["It's time shutdown ups", "Program end"])

@@ -4,7 +4,6 @@ import os
 import re
 import select
 import signal
-import subprocess
 
 from harness import BUILD, PATIENCE, OrvaneTest, wait_until
 
@@ -56,39 +55,11 @@ class UpsSimTest(OrvaneTest):
         self.assertIn('"load" takes a number from 0 to 999', simulator.errors[1])
         simulator.order("help")
         wait_until(lambda: any("mains on|off" in text for text in simulator.lines), "the help")
-
-    def test_unplug_and_plug(self):
-        simulator = self.start_simulator()
-        line = self.open_line()
         simulator.order("unplug")
         wait_until(lambda: not self.ups_link.is_symlink(), "the link gone")
-
-        def dead():
-            try:
-                os.write(line, b"Q1\r")
-            except OSError:
-                return True
-        # The link goes first, the line right behind it.
-        wait_until(dead, "a dead line")
         simulator.order("plug")
         wait_until(self.ups_link.exists, "the link back")
         self.expect_service()
-
-    def test_nobody_gives_orders_and_nobody_reads(self):
-        simulator = subprocess.Popen(
-            [BUILD / "orvane-ups-sim", "--link", self.ups_link, "--replies"],
-            stdin=subprocess.DEVNULL, stdout=subprocess.PIPE)
-        self.addCleanup(simulator.stdout.close)
-        self.addCleanup(simulator.wait)
-        self.addCleanup(simulator.kill)
-        wait_until(self.ups_link.exists, "the line")
-        line = self.open_line()
-        for _ in range(300):
-            self.assertTrue(select.select([], [line], [], PATIENCE)[1], "it reads on")
-            os.write(line, b"an unknown command\r" * 40)
-        self.expect_service()
-        simulator.terminate()
-        self.assertEqual(simulator.wait(PATIENCE), 0)
 
     def test_every_proper_end_removes_the_link(self):
         script = self.script("# a trial\n\n0.3 quit\n0.1 mains off\n0.2 nonsense\n")

@@ -66,14 +66,6 @@ TEST_F(MainFormTest, SystemThatGoesDownBehindABoxOfTheLoadLeavesTheFormHidden) {
   EXPECT_EQ(events.back(), "Hide main");
 }
 
-TEST_F(MainFormTest, RepliesWaitForTheActivation) {
-  ASSERT_TRUE(form.Load());
-  ups_port.Receive(StatusFrame{}.Text());
-  EXPECT_EQ(panel.mains.Caption(), "");
-  form.Activate();
-  EXPECT_EQ(panel.mains.Caption(), "Normal");
-}
-
 TEST_F(MainFormTest, UnloadClosesBothPortsAndNothingHappensAfterIt) {
   for (const bool port : {true, false}) {
     disk.files.clear();
@@ -138,10 +130,12 @@ TEST_F(MainFormTest, SleepStartsNoPollOnAPortThatCouldNotBeOpened) {
   EXPECT_FALSE(ups_port.IsOpen());
 }
 
-TEST_F(MainFormTest, ReloadStartsTheFormAfresh) {
+TEST_F(MainFormTest, RepliesWaitForTheActivationAndAReloadStartsAfresh) {
   ASSERT_TRUE(form.Load());
-  form.Activate();
   ups_port.Receive(StatusFrame{.bits = "1000"}.Text());
+  EXPECT_EQ(panel.mains.Caption(), "");
+  form.Activate();
+  EXPECT_EQ(panel.mains.Caption(), "Fail");
   form.ShowDials();
   disk.files["/prog/Orvane.ini"] = "3,0\r\n";
   form.Reload();

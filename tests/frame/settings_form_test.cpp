@@ -68,7 +68,7 @@ TEST_F(SettingsFormTest, CallsAreTheDigitsOfASlot) {
 
 TEST_F(SettingsFormTest, NumbersAreTakenByTheirRulesAndBySavingAlone) {
   Start(kPlain);
-  setup.numbers = {"", "x", "045", "-", "1 2", ""};
+  setup.numbers = {"", "x", "045", "-", "1 2", "40000"};
   setup.Cancel();
   EXPECT_EQ(events, Events{"Unload settings"});
   EXPECT_EQ(disk.files[kPath], kPlain);

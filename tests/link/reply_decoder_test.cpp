@@ -95,11 +95,16 @@ TEST_F(ReplyDecoderTest, ValuesGoToCaptionsAndGauges) {
     SCOPED_TRACE(row.name);
     ups_port.Receive(good.Text());
     EXPECT_FALSE(panel.overload_warning.Visible());
+    // The bars follow when all six values stand.
+    panel.bar_figures[Gauge::kInput].Observer = [&] {
+      EXPECT_EQ(panel.read_outs[Gauge::kTemperature].Caption(), row.captions[Gauge::kTemperature]);
+    };
     const auto& [input, output, load, battery, frequency, temperature] = row.fields;
     ups_port.Receive(
         StatusFrame{input, output, load, frequency, battery, temperature, "0000"}.Text());
     ExpectShown(row.captions, row.gauges);
     EXPECT_EQ(panel.overload_warning.Visible(), row.overload);
+    panel.bar_figures[Gauge::kInput].Observer = nullptr;
   }
 }
 

@@ -85,6 +85,96 @@ TEST_F(UpsLinkTest, Ports) {
   EXPECT_TRUE(ups_port.sent.empty());
 }
 
+TEST_F(UpsLinkTest, PortThatComesLateIsTakenUp) {
+  for (const std::int16_t slot : {std::int16_t{0}, std::int16_t{2}}) {
+    for (const bool behind_the_box : {false, true}) {
+      SCOPED_TRACE(std::to_string(slot) + (behind_the_box ? " behind the box" : ""));
+      const auto change = [&](std::set<int> present) {
+        ups_port.present = present;
+        link.OnDevicesChange();
+      };
+      ups_port.Close();
+      ups_port.present = {};
+      state.Main = {};
+      state.Settings[kUpsPort] = slot;
+      events.clear();
+      dialogs.OnBox = [&] {
+        if (behind_the_box) change({2});
+      };
+      link.OpenPort();
+      EXPECT_EQ(ups_port.IsOpen(), behind_the_box);
+      change({});
+      if (!behind_the_box) {
+        EXPECT_FALSE(poll_timer.Enabled());
+        change({2});
+      }
+      EXPECT_TRUE(ups_port.IsOpen());
+      EXPECT_TRUE(poll_timer.Enabled());
+      EXPECT_EQ(panel.port_line.Caption(), "UPS Install on:Com2");
+      EXPECT_EQ(events.size(), 1U) << "one box";
+    }
+  }
+  // One that was lost comes back with a poll, and not before.
+  ups_port.Unplug();
+  ups_port.present = {2};
+  link.OnDevicesChange();
+  EXPECT_FALSE(ups_port.IsOpen());
+}
+
+// Each port of the search gets four polls, round and round.
+TEST_F(UpsLinkTest, SearchGoesOnUntilAUpsAnswers) {
+  int ups_at = 0;
+  std::string tried;  // the port of each poll
+  ups_port.OnSent = [&](const std::string& text) {
+    if (text != "Q1\r") return;
+    tried += std::to_string(ups_port.Number());
+    if (ups_port.Number() == ups_at) ups_port.Receive(all_well);
+  };
+  const auto expect = [&](int polls, const char* ports) {
+    tried.clear();
+    Polls(polls);
+    EXPECT_EQ(tried, ports);
+    EXPECT_EQ(panel.port_line.Caption(), std::string("UPS Install on:Com") + tried.back());
+  };
+  ups_port.present = {1, 3, 4};
+  link.OpenPort();
+  expect(18, "111133334444111133");
+  // The modem gets no polls while calls are asked for.
+  state.Settings[kModemPort] = 4;
+  state.Settings[kDialConditions] = 1;
+  expect(10, "3311113333");
+  // Neither does one that is named while the search stands on it.
+  state.Settings[kModemPort] = 3;
+  expect(2, "44");
+  state.Settings[kModemPort] = 4;
+  expect(2, "11");
+  state.Settings[kDialConditions] = 0;
+  // One that is pulled out makes way at once, and what is plugged in is found.
+  ups_port.present = {4};
+  ups_port.Close();
+  expect(5, "44444");
+  ups_port.present = {2, 4};
+  ups_at = 2;
+  expect(6, "444222");
+  // A port that has answered is kept, lost or silent, and comes first with the next load.
+  ups_port.Unplug();
+  tried.clear();
+  Polls(6);
+  EXPECT_EQ(tried, "");
+  ups_port.present = {1, 2, 3, 4};
+  ups_at = 0;
+  expect(20, "22222222222222222222");
+  ups_port.Close();
+  state.Main = {};
+  link.OpenPort();
+  expect(5, "22222");
+  // A port chosen by number is never left.
+  ups_port.Close();
+  state.Settings[kUpsPort] = 1;
+  link.OpenPort();
+  expect(6, "111111");
+}
+
 TEST_F(UpsLinkTest, LostLinkTakesAllThatWasShown) {
   link.OpenPort();
   Answer(StatusFrame{.bits = "1000"}.Text());

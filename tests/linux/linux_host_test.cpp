@@ -113,6 +113,8 @@ TEST(PlatformSettings, EveryKeyIsOptional) {
     const char *text, *com2;
     Action action;
     const char *unknown, *windows;  // "~" stands for the program's directory
+    std::optional<float> battery = {};
+    const char* bad_battery = "";
   } cases[] = {
       {"", "", Action::kHalt, "", "~"},
       {"[ports]\r\ncom2=/dev/x\r\n[SHUTDOWN]\r\naction=PowerOff\r\n", "/dev/x", Action::kPowerOff,
@@ -122,6 +124,13 @@ TEST(PlatformSettings, EveryKeyIsOptional) {
        "[Shutdown]\nAction=None        ; a trial\n[Directories]\nWindows=/a;b//   ; here",
        "/dev/y", Action::kNone, "", "/a;b"},
       {"[Directories]\nWindows=/", "", Action::kHalt, "", "/"},
+      {"[Battery]\nVoltage=24 ; two", "", Action::kHalt, "", "~", 24},
+      {"[desktop]\nNotifications=0", "", Action::kHalt, "", "~"},
+      {"[Desktop]\nNotifications=1", "", Action::kHalt, "", "~"},
+      {"[Battery]\nVoltage=1000", "", Action::kHalt, "", "~", 1000},
+      {"[Battery]\nVoltage=24V", "", Action::kHalt, "", "~", {}, "24V"},
+      {"[Battery]\nVoltage=1.9", "", Action::kHalt, "", "~", {}, "1.9"},
+      {"[Battery]\nVoltage=nan", "", Action::kHalt, "", "~", {}, "nan"},
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(c.text);
@@ -135,6 +144,29 @@ TEST(PlatformSettings, EveryKeyIsOptional) {
     std::string windows = c.windows;
     if (windows[0] == '~') windows.replace(0, 1, folder.Path());
     EXPECT_EQ(settings.report_directory, windows);
+    EXPECT_EQ(settings.battery_voltage, c.battery);
+    EXPECT_EQ(settings.bad_battery_voltage, c.bad_battery);
+    EXPECT_EQ(settings.notifications, !std::string(c.text).ends_with("Notifications=0"));
+  }
+}
+
+TEST(PlatformSettings, NameTheSocketOnWhichTheUpsIsShared) {
+  const struct {
+    const char* text;
+    const char* socket;
+    const char* bad_name;
+  } cases[] = {
+      {"Socket=/x/ups", "", ""},
+      {"Name=ups ; mine", "/run/nut/orvane-ups", ""},
+      {"Name=ups\nSocket=/x/ups", "/x/ups", ""},
+      {"Name=../ups", "", "../ups"},
+  };
+  for (const auto& c : cases) {
+    const TempFolder folder;
+    folder.Write("platform.ini", std::string("[Share]\n") + c.text);
+    const PlatformSettings settings = LoadPlatformSettings(LinuxDisk(), folder.Path());
+    EXPECT_EQ(settings.share_socket, c.socket) << c.text;
+    EXPECT_EQ(settings.bad_share_name, c.bad_name) << c.text;
   }
 }
 

@@ -87,11 +87,6 @@ class Life : public World {
     setup.Save();
   }
 
-  void Menu(void (MainForm::*click)(), const char* command) {
-    asked_.insert(command);
-    Expect([&] { (main_.*click)(); }, Way::kNone);
-  }
-
   void AskForShutdown(Moment hesitation, bool yes) {
     dialogs.answer = yes;
     dialogs.OnBox = [&] {
@@ -232,6 +227,9 @@ class Life : public World {
     Check(!Down(), "nothing is sent to the UPS after the sequence, but " + text);
     if (text == "Q1\r") return Check(polling_, "a poll out of turn");
     if (text == "MD\r") return;
+    if (text == "F\r" || text == "I\r") {
+      return Check(form_.questions.insert(text).second, "a question asked twice: " + text);
+    }
     const auto asked = asked_.find(text);
     Check(asked != asked_.end(), "nobody has asked for " + text);
     if (asked != asked_.end()) asked_.erase(asked);
@@ -260,6 +258,7 @@ class Life : public World {
     if (form_.count.ticks.Running()) ++tally_.losses;
     form_.count.ticks.Stop();
     form_.shown.faults.reset();
+    form_.questions.clear();
   }
 
   void CheckNothingMissed() {
@@ -370,7 +369,8 @@ class Life : public World {
 
   // The facts since the form was loaded, and what the rules make of them.
   struct FormLife {
-    std::string text;  // arrived since the last poll
+    std::string text;                 // arrived since the last poll
+    std::set<std::string> questions;  // asked since the link came up
     int unanswered = 0;
     Shown shown;
     CountRule count;

@@ -103,6 +103,9 @@ class History {
     const LocalTime start = AnyTime();
     Life life(start, AnyWishes(), AnySchedule(start), tally_);
     told_.clear();
+    const UpsDialect& dialect = kUpsDialects.at(Below(kUpsDialects.size()));
+    life.ups.Do([&](UpsModel& model) { model.Speak(dialect); });
+    Tell("a UPS that speaks", dialect.name);
     bad_.fill(false);
     const Moment end = tally_.time + hours(1 + Below(36));
     while (!life.Down() && tally_.time < end && life.Broken().empty()) {
@@ -120,9 +123,9 @@ class History {
 
   void Happens(Life& life) {
     constexpr void (History::*kDeeds[])(Life&) = {&History::SetBattery, &History::SetModem,
-                                                  &History::SetClock,   &History::SaveSettings,
-                                                  &History::ClickMenu,  &History::AskForShutdown};
-    const unsigned what = Below(20);
+                                                  &History::SetClock, &History::SaveSettings,
+                                                  &History::AskForShutdown};
+    const unsigned what = Below(19);
     if (what < 13) return Flip(life, what < 5 ? 0 : what - 4);
     if (what < 13 + std::size(kDeeds)) (this->*kDeeds[what - 13])(life);
   }
@@ -198,16 +201,6 @@ class History {
     Tell("settings saved: delay", wishes.delay, "low", wishes.low, "calls for mains",
          wishes.dials[Fault::kMains], change_port ? "on another port" : "");
     life.Save(wishes, change_port);
-  }
-
-  void ClickMenu(Life& life) {
-    const auto [click, command] =
-        Any<std::pair<void (MainForm::*)(), const char*>>({{&MainForm::ToggleBeeper, "Q\r"},
-                                                           {&MainForm::TestFor10Seconds, "T\r"},
-                                                           {&MainForm::TestToLow, "TL\r"},
-                                                           {&MainForm::CancelTest, "CT\r"}});
-    Tell("a menu");
-    life.Menu(click, command);
   }
 
   void AskForShutdown(Life& life) {

@@ -3,7 +3,6 @@
 
 #include <gtest/gtest.h>
 
-#include <array>
 #include <map>
 
 #include "app/calendar.h"
@@ -48,17 +47,6 @@ struct History {
 
 using Marks = History::Marks;
 
-TEST(DayHistory, PutsCellsInTheirPlaces) {
-  for (const auto& [cell, expected] :
-       std::map<int, std::array<int, 5>>{{0, {0, 255, 1100, 555, 1070}},
-                                         {11, {0, 6855, 1100, 7155, 1070}},
-                                         {38, {1, 1455, 3355, 1755, 3325}},
-                                         {71, {2, 6855, 3710, 7155, 3680}}}) {
-    const auto& [row, mark_left, mark_top, count_left, count_top] = PlaceOf(cell);
-    EXPECT_EQ((std::array{row, mark_left, mark_top, count_left, count_top}), expected) << cell;
-  }
-}
-
 TEST(DayHistory, CountsTheGoodRecordsOfADay) {
   const std::string today = "2001-02-16";
   const std::string zero = Record(today, "00", "0");
@@ -81,8 +69,14 @@ TEST(DayHistory, CountsTheGoodRecordsOfADay) {
       {"line feeds for line ends: the first of one long line",
        "\"\n2001-02-16 14 1\"\n\"\n2001-02-16 14 1\"\n",
        {{38, 1}}},
-      {"characters, not bytes, are counted", "“\n2001-02-16 14 1”\r\n" + good, {{38, 2}}},
+      {"characters, not bytes, are counted",
+       "अ\n2001-02-16 14 1”\r\né\n2001-02-16 14 1”\r\n\U00020000\n2001-02-16 14 1”\r\n",
+       {{38, 3}}},
       {"a byte of no character counts as one", "\xFF\n2001-02-16 14 1\"\r\n" + good, {{38, 2}}},
+      {"cell 0 keeps its highest count",
+       Times(32770, zero) + Times(32770, Record(today, "01", "0")),
+       {{0, 32767}, {1, 32770}}},
+      {"signs beside the digits", Record(today, "0:", "1") + Record(today, "1/", "1"), {}},
       {"outside the grid",
        Record(today, "00", "3") + Record(today, "24", "2") + Record(today, "99", "9") + good,
        {{38, 1}}},
@@ -97,15 +91,10 @@ TEST(DayHistory, CountsTheGoodRecordsOfADay) {
   }
 }
 
-TEST(DayHistory, CellZeroKeepsItsHighestCount) {
-  const History history(Times(32770, Record("2001-02-16", "00", "0")) +
-                        Times(32770, Record("2001-02-16", "01", "0")));
-  EXPECT_EQ(history.Shown(), (Marks{{0, 32767}, {1, 32770}}));
-}
-
-TEST(DayHistory, AStepShowsTheOtherDayAlone) {
+TEST(DayHistory, StepsShowOtherDaysOfTheFileAsItWasAtTheLoad) {
   History history(Times(3, Record("2001-02-16", "00", "0")) + Record("2001-02-17", "05", "1") +
                   Record("2001-02-17", "06", "2") + Record("2001-02-18", "00", "0"));
+  history.disk.files[kPath] += Record("2001-02-17", "00", "1");
   history.form.ShowNext();
   EXPECT_EQ(history.form.Date(), "2001-02-17");
   EXPECT_EQ(history.Shown(), (Marks{{29, 1}, {54, 1}}));
@@ -116,16 +105,9 @@ TEST(DayHistory, AStepShowsTheOtherDayAlone) {
   history.form.ShowPrevious();
   EXPECT_EQ(history.form.Date(), "2001-02-16");
   EXPECT_EQ(history.Shown(), (Marks{{0, 3}}));
-}
-
-TEST(DayHistory, ReadsTheFileAtTheLoadAlone) {
-  History history(Record("2001-02-16", "00", "1"));
-  history.disk.files[kPath] += Record("2001-02-17", "00", "1");
-  history.form.ShowNext();
-  EXPECT_EQ(history.Shown(), Marks{});
   history.time.SetWall({2001, 2, 17, 8, 0, 0});
   history.form.Load();
-  EXPECT_EQ(history.Shown(), (Marks{{24, 1}}));
+  EXPECT_EQ(history.Shown(), (Marks{{24, 1}, {29, 1}, {54, 1}}));
   history.disk.files.clear();
   history.form.Load();
   EXPECT_EQ(history.form.Date(), "2001-02-17");

@@ -29,8 +29,11 @@ TEST_F(EventLogTest, JournalsStandToTheByteAndTheWindowShowsTheLines) {
   ASSERT_EQ(form.Lines().size(), 2U);
   EXPECT_EQ(form.Lines()[0], "\"\n2001-02-16 9:05:33 Program start\"");
   EXPECT_EQ(form.Lines()[1], "\"\n2001-12-31 23:59:59 市电失效\"");
+  // A power cut may have left a line without its end.
+  disk.files["/prog/System.log"] += "\"\n2002-01-01";
   form.Load();
-  EXPECT_EQ(form.Lines().size(), 3U);
+  ASSERT_EQ(form.Lines().size(), 4U);
+  EXPECT_EQ(form.Lines()[3], "\"\n2002-01-01");
 }
 
 TEST_F(EventLogTest, PutsEnglishCaptionsInPlaceBehindAFileAlone) {

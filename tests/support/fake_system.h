@@ -3,6 +3,7 @@
 #pragma once
 
 #include <functional>
+#include <map>
 #include <set>
 #include <string>
 #include <vector>
@@ -24,9 +25,13 @@ class FakeHost : public Host {
   // The computer falls asleep, or has woken.
   std::function<void(bool asleep)> Sleep;
   bool kept_awake = false;
+  bool stays_up = false;
   // Runs while the companion does.
   std::function<void()> OnRun;
   std::vector<std::string> reports;
+  // The notifications that stand, and title and text of each that was shown.
+  std::map<Notice, Notification> shown;
+  std::vector<std::string> notified;
 
   std::string ProgramDirectory() const override { return "/prog"; }
   std::string ReportDirectory() const override { return "/windows"; }
@@ -38,8 +43,14 @@ class FakeHost : public Host {
     return companion;
   }
   void TakeDown() override { events_.push_back("TakeDown"); }
+  bool StaysUp() const override { return stays_up; }
   void OnSleep(std::function<void(bool asleep)> handler) override { Sleep = std::move(handler); }
   void KeepAwake(bool on) override { kept_awake = on; }
+  void ShowNotification(Notice notice, const Notification& notification) override {
+    shown[notice] = notification;
+    notified.push_back(notification.title + ": " + notification.body);
+  }
+  void WithdrawNotification(Notice notice) override { shown.erase(notice); }
   void Beep() override { events_.push_back("Beep"); }
   void Report(const std::string& line) override { reports.push_back(line); }
 

@@ -13,10 +13,11 @@ struct StatusFrame {
   std::string battery = "2.27";
   std::string temperature = "25.0";
   std::string bits = "0000";
+  std::string more_bits = "0001";  // kind of UPS, self-test, shutdown, beeper
 
   std::string Text() const {
     return "(" + input + " ###.# " + output + " " + load + " " + frequency + " " + battery + " " +
-           temperature + " " + bits + "0001\r";
+           temperature + " " + bits + more_bits + "\r";
   }
 };
 

@@ -6,6 +6,7 @@
 #include "app/seams.h"
 #include "app/state.h"
 #include "records/journals.h"
+#include "support/fake_local_server.h"
 #include "support/fake_serial_port.h"
 #include "support/fake_system.h"
 #include "support/fake_time.h"
@@ -25,6 +26,7 @@ struct World {
   FakeHost host{events};
   FakeDialogs dialogs{events};
   FakeForms forms{events, dialogs};
+  FakeLocalServer share_server{time, events};
   Seams seams{{poll_timer, countdown_timer, schedule_timer, dial_timer, clock_timer},
               alert_timer,
               modem_timer,
@@ -34,7 +36,8 @@ struct World {
               disk,
               host,
               dialogs,
-              forms};
+              forms,
+              share_server};
   State state;
   Panel panel;
   Journals journals{disk, time, host.ProgramDirectory()};

@@ -1,18 +1,22 @@
 // What every window holds, in both languages and in all its telling states, against the listings in
-// tests/ui/listings: a person looks at what has changed there. `tools/listings` writes them anew.
+// tests/ui/listings: a person looks at what has changed there. `tools/listings` writes them anew. A
+// text that has no room is marked `cut`.
 #include <gtest/gtest.h>
 
 #include <QAccessible>
 #include <QAction>
 #include <QFile>
+#include <QLineEdit>
 #include <QMenu>
 #include <QMenuBar>
 #include <QMetaEnum>
+#include <QPushButton>
 #include <memory>
 
 #include "app/messages.h"
 #include "shots/shots.h"
 #include "ui/parts.h"
+#include "ui/text_label.h"
 
 namespace orvane::test {
 namespace {
@@ -21,18 +25,59 @@ QString OneLine(QString text) {
   return text.replace('\n', "\\n").replace('\r', "\\r");
 }
 
-// Role, name, text, what a screen reader says where that is something else, tool tip, and place in
-// the window.
+// Whether its words have no room. A label of fixed place ends in points then.
+bool Cuts(const QWidget& part, const QString& text) {
+  if (const auto* label = qobject_cast<const TextLabel*>(&part)) return label->Elided();
+  if (text.isEmpty() || qobject_cast<const QLineEdit*>(&part)) return false;
+  constexpr int kPushMargins = 8;
+  const bool push = qobject_cast<const QPushButton*>(&part) != nullptr;
+  const QSize words = part.fontMetrics().size(Qt::TextShowMnemonic, text);
+  const int needed = push ? words.width() + kPushMargins : part.sizeHint().width();
+  return needed > part.width() || words.height() > part.height();
+}
+
+// What a part of our own or a picture paints by itself: the sums of red, green and blue in
+// thousands.
+QString PaintOf(QWidget& part) {
+  const auto* label = qobject_cast<const QLabel*>(&part);
+  const QByteArray type(part.metaObject()->className());
+  const bool ours = type == "QWidget" || type.startsWith("orvane::");
+  if (label ? label->pixmap().isNull() : !ours) return {};
+  QImage picture(part.size(), QImage::Format_RGB32);
+  picture.fill(Qt::white);
+  part.render(&picture, {}, {}, QWidget::DrawWindowBackground);
+  qint64 red = 0, green = 0, blue = 0;
+  for (int x = 0; x < picture.width(); ++x) {
+    for (int y = 0; y < picture.height(); ++y) {
+      const QRgb pixel = picture.pixel(x, y);
+      red += qRed(pixel);
+      green += qGreen(pixel);
+      blue += qBlue(pixel);
+    }
+  }
+  return QString(" paint %1,%2,%3").arg(red / 100).arg(green / 100).arg(blue / 100);
+}
+
+// Role, name, text with its height, what a screen reader says where that is something else, tool
+// tip, how the keyboard comes here, what it paints, and place in the window.
 QString LineOf(QWidget& part, const QWidget& window) {
   QAccessibleInterface* spoken = QAccessible::queryAccessibleInterface(&part);
   QString line = QMetaEnum::fromType<QAccessible::Role>().valueToKey(spoken->role());
   line += ' ' + part.objectName();
   const QString text = part.property("text").toString();
-  if (!text.isEmpty()) line += " [" + text + ']';
+  const auto* label = qobject_cast<const TextLabel*>(&part);
+  const int height = (label ? label->Fitted() : part.font()).pixelSize();
+  if (!text.isEmpty()) line += QString(" [%1] %2px").arg(text).arg(height);
   const QString name = spoken->text(QAccessible::Name);
+  if (part.focusPolicy() != Qt::NoFocus) {
+    line += QString(' ') + QMetaEnum::fromType<Qt::FocusPolicy>().valueToKey(part.focusPolicy());
+    EXPECT_NE(name, "") << line.toStdString();
+  }
   if (!name.isEmpty() && name != text) line += " spoken [" + name + ']';
   if (!part.toolTip().isEmpty()) line += " tip [" + part.toolTip() + ']';
   if (!part.isEnabled()) line += " disabled";
+  if (Cuts(part, text)) line += " cut";
+  line += PaintOf(part);
   const QPoint place = part.mapTo(&window, QPoint(0, 0));
   line +=
       QString(" %1,%2 %3x%4").arg(place.x()).arg(place.y()).arg(part.width()).arg(part.height());
@@ -53,12 +98,14 @@ QString MenusOf(const QWidget& window) {
   return lines;
 }
 
-// Named parts only: the others belong to the toolkit.
+// Named parts and pictures only: the others belong to the toolkit.
 QString ListingOf(const QWidget& window) {
   QString lines = "window " + window.objectName() + " [" + window.windowTitle() + "] ";
   lines += QString("%1x%2\n").arg(window.width()).arg(window.height()) + MenusOf(window);
   for (auto* part : window.findChildren<QWidget*>()) {
-    if (!part->isVisibleTo(&window) || part->objectName().isEmpty()) continue;
+    const auto* label = qobject_cast<QLabel*>(part);
+    const bool picture = label && !label->pixmap().isNull();
+    if (!part->isVisibleTo(&window) || (part->objectName().isEmpty() && !picture)) continue;
     if (part->objectName().startsWith("qt_") || qobject_cast<QMenu*>(part)) continue;
     lines += LineOf(*part, window);
   }
@@ -81,6 +128,7 @@ TEST(ListingTest, WindowsHoldWhatSomebodyHasLookedAt) {
       shots::Stage stage(language);
       const std::unique_ptr<QWidget> window = shot.make(stage);
       Present(*window);
+      EXPECT_EQ(window->minimumSize(), window->maximumSize());
       const std::string name =
           std::string(shot.name) + (language == Language::kEnglish ? "-en" : "-zh");
       const QString now = ListingOf(*window);

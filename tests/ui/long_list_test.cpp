@@ -60,6 +60,7 @@ TEST(LongList, GoesWhereTheKeysAndTheMouseSay) {
   ShownList shown(1000);
   const int page = shown.list.verticalScrollBar()->pageStep();
   ASSERT_GT(page, 3);
+  EXPECT_EQ(shown.list.verticalScrollBar()->maximum(), 1000 - page);
   // The first key chooses the first line.
   const std::pair<Qt::Key, int> cases[] = {{Qt::Key_Down, 0},
                                            {Qt::Key_Up, 0},
@@ -73,6 +74,8 @@ TEST(LongList, GoesWhereTheKeysAndTheMouseSay) {
     shown.Press(key);
     EXPECT_EQ(shown.Current(), row) << key;
     EXPECT_TRUE(shown.list.viewport()->rect().contains(shown.Of(row))) << key;
+    // What is in view does not move.
+    EXPECT_TRUE(row > 1 || shown.Of(0).top() == 0) << key;
   }
   shown.list.verticalScrollBar()->setValue(500);
   QTest::mouseClick(shown.list.viewport(), Qt::LeftButton, {}, shown.Of(503).center());

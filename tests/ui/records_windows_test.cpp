@@ -1,5 +1,4 @@
 // The three windows that show what is recorded.
-#include <QPixmapCache>
 #include <QTest>
 
 #include "ui/day_history_window.h"
@@ -7,10 +6,6 @@
 #include "ui/long_list.h"
 #include "ui/opened_window.h"
 #include "ui/shutdown_report_window.h"
-
-#if defined(__SANITIZE_ADDRESS__)
-extern "C" std::size_t __sanitizer_get_current_allocated_bytes();
-#endif
 
 namespace orvane::test {
 namespace {
@@ -32,8 +27,6 @@ struct RecordsWindowsTest : OpenedWindow {
   }
 
   void OpenDays() { Open(new DayHistoryWindow(state, disk, time, kRecords)); }
-  void OpenLog() { Open(new LogWindow(state, disk, dialogs, kSystemLog)); }
-  void OpenReport() { Open(new ShutdownReportWindow(state, disk, kReportFile)); }
 
   LongList& List(const char* name) { return Part<LongList>(*window, name); }
   // What a list shows.
@@ -99,7 +92,7 @@ TEST_F(RecordsWindowsTest, LogIsShownAndCleared) {
       "\"\n2001-02-16 9:05:33 Program start\"\r\n"
       "\"\n2001-02-16 9:06:00 \xCA\xD0\xB5\xE7\xCA\xA7\xD0\xA7\"\r\n";
   const std::string file = Log();
-  OpenLog();
+  Open(new LogWindow(state, disk, dialogs, kSystemLog));
   EXPECT_EQ(Lines("lines"), (QStringList{"\"2001-02-16 9:05:33 Program start\"",
                                          "\"2001-02-16 9:06:00 市电失效\""}));
   QTest::keyClick(window->focusWidget(), Qt::Key_End);
@@ -117,7 +110,7 @@ TEST_F(RecordsWindowsTest, LogIsShownAndCleared) {
 
 TEST_F(RecordsWindowsTest, ChosenApplicationTellsItsFiles) {
   disk.files[kReportFile] = kReport;
-  OpenReport();
+  Open(new ShutdownReportWindow(state, disk, kReportFile));
   EXPECT_EQ(Lines("applications"), (QStringList{"Letter", "Budget"}));
   EXPECT_EQ(Lines("files"), QStringList{});
   QTest::keyClick(window->focusWidget(), Qt::Key_Down);
@@ -143,27 +136,6 @@ TEST_F(RecordsWindowsTest, ChosenApplicationTellsItsFiles) {
   Push("exit");
   EXPECT_FALSE(window->isVisible());
 }
-
-#if defined(__SANITIZE_ADDRESS__)
-TEST_F(RecordsWindowsTest, OpenAndCloseWithoutAGrowthOfMemory) {
-  disk.files[kReportFile] = kReport;
-  for (int hour = 10; hour < 24; ++hour) Records(3, "2001-02-16 " + std::to_string(hour), hour % 3);
-  const auto bytes_after = [this](int times) {
-    while (times-- > 0) {
-      OpenDays();
-      OpenLog();
-      OpenReport();
-    }
-    return __sanitizer_get_current_allocated_bytes();
-  };
-  // The style keeps pictures up to a limit of its own; here it keeps none.
-  QPixmapCache::setCacheLimit(0);
-  // What is kept for good, as fonts are, is made by the first ones.
-  const std::size_t bytes = bytes_after(20);
-  // Three hundred times anything that a form forgets to free is more than this.
-  EXPECT_LT(bytes_after(300), bytes + 20'000);
-}
-#endif
 
 }  // namespace
 }  // namespace orvane::test

@@ -86,11 +86,12 @@ TEST_F(ScheduleWindowTest, TabGoesAlongTheRows) {
 }
 
 TEST_F(ScheduleWindowTest, SlipsAreTintedWhileTyping) {
-  disk.files[kPath] = "[Special]\n2Date=2001-02-30\n3Date=2001-02-28\n2On=25:00\n";
+  disk.files[kPath] =
+      "[Special]\n2Date=2001-02-30\n3Date=2001-02-28\n2On=25:00\n3On=2001-5-1\n3Off=8 "
+      "pm\n4Date=8:00\n5Date= \n";
   OpenEditor(SpecialLook());
-  EXPECT_TRUE(Tinted("date_2"));
-  EXPECT_FALSE(Tinted("date_3"));
-  EXPECT_TRUE(Tinted("on_2"));
+  for (const char* box : {"date_2", "on_2", "on_3", "date_4"}) EXPECT_TRUE(Tinted(box)) << box;
+  for (const char* box : {"date_3", "off_3", "date_5"}) EXPECT_FALSE(Tinted(box)) << box;
   std::string seen;
   for (const char c : std::string("8:305")) {
     QTest::keyClick(&Box("on_1"), c);

@@ -172,7 +172,10 @@ TEST_F(WindowsTest, DismissTakesAwayWhateverStandsOpen) {
 TEST_F(WindowsTest, EndInTheMiddleOfTheLoadIsTheEnd) {
   OnLoad = [this] {
     QMessageBox box;
-    QTimer::singleShot(0, [this] { windows.End(); });
+    QTimer::singleShot(0, [&] {
+      windows.End();
+      EXPECT_FALSE(box.isVisible());
+    });
     box.exec();
     EXPECT_FALSE(main.isVisible());
   };

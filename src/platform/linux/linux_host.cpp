@@ -75,12 +75,15 @@ void ReportLine(const std::string& line) {
 }
 
 LinuxHost::LinuxHost(std::string program_directory, const PlatformSettings& settings,
-                     SystemBus::Attach attach, std::function<void()> beep)
+                     BusConnection::Attach attach, std::function<void()> beep)
     : program_directory_(std::move(program_directory)),
       report_directory_(settings.report_directory),
-      bus_(std::move(attach)),
+      stays_up_(settings.action == ShutdownAction::kNone),
+      bus_(Bus::Which::kSystem, attach),
       logind_(settings.action, bus_, ReportOwnLine),
       sleep_locks_(bus_, ReportOwnLine),
+      notifies_(settings.notifications),
+      session_bus_(Bus::Which::kUser, std::move(attach)),
       beep_(std::move(beep)) {}
 
 bool LinuxHost::IsSecondInstance() {
@@ -100,7 +103,7 @@ void LinuxHost::Report(const std::string& line) {
 }
 
 RunOutcome LinuxHost::RunHidden(const std::string& path, std::chrono::milliseconds limit) {
-  return orvane::RunHidden(path, limit);
+  return orvane::RunHidden(path, limit, meanwhile_);
 }
 
 }  // namespace orvane

@@ -5,8 +5,10 @@
 
 #include "platform/host.h"
 #include "platform/linux/file.h"
+#include "platform/linux/notifications.h"
 #include "platform/linux/platform_settings.h"
 #include "platform/linux/sleep_locks.h"
+#include "platform/linux/unix_server.h"
 
 namespace orvane {
 
@@ -23,30 +25,45 @@ void ReportLine(const std::string& line);
 
 class LinuxHost : public Host {
  public:
-  // `attach` has the event loop serve the system bus; `beep` sounds the beep of the desktop.
+  // `attach` has the event loop serve a bus; `beep` sounds the beep of the desktop.
   LinuxHost(std::string program_directory, const PlatformSettings& settings,
-            SystemBus::Attach attach, std::function<void()> beep);
+            BusConnection::Attach attach, std::function<void()> beep);
 
   std::string ProgramDirectory() const override { return program_directory_; }
   std::string ReportDirectory() const override { return report_directory_; }
   std::string CompanionPath() const override { return ExecutableDirectory() + "/exit.exe"; }
+  // Has the peers of `server` be served while RunHidden waits.
+  void ServeMeanwhile(UnixServer& server) { meanwhile_ = &server; }
+
   bool IsSecondInstance() override;
   RunOutcome RunHidden(const std::string& path, std::chrono::milliseconds limit) override;
   void TakeDown() override { logind_.TakeDown(); }
+  bool StaysUp() const override { return stays_up_; }
   void OnSleep(std::function<void(bool asleep)> handler) override {
     sleep_locks_.Watch(std::move(handler));
   }
   void KeepAwake(bool on) override { sleep_locks_.KeepAwake(on); }
+  void ShowNotification(Notice notice, const Notification& notification) override {
+    if (notifies_) notifications_.Show(notice, notification);
+  }
+  void WithdrawNotification(Notice notice) override {
+    if (notifies_) notifications_.Withdraw(notice);
+  }
   void Beep() override { beep_(); }
   void Report(const std::string& line) override;
 
  private:
   const std::string program_directory_;
   const std::string report_directory_;
-  SystemBus bus_;
+  const bool stays_up_;
+  BusConnection bus_;
   Logind logind_;
   SleepLocks sleep_locks_;
+  const bool notifies_;
+  BusConnection session_bus_;
+  Notifications notifications_{session_bus_};
   const std::function<void()> beep_;
+  UnixServer* meanwhile_ = nullptr;
   File lock_;  // held while this process lives
 };
 

@@ -7,7 +7,7 @@
 #include <string>
 #include <string_view>
 
-#include "platform/linux/system_bus.h"
+#include "platform/linux/bus_connection.h"
 
 namespace orvane {
 
@@ -28,7 +28,7 @@ bool ReadShutdownAction(std::string_view text, ShutdownAction& action);
 class Logind {
  public:
   // `report` takes one line for whoever looks for the reason of a failure.
-  Logind(ShutdownAction action, SystemBus& bus, std::function<void(const std::string&)> report)
+  Logind(ShutdownAction action, BusConnection& bus, std::function<void(const std::string&)> report)
       : action_(action), bus_(bus), report_(std::move(report)) {}
 
   // Asks for the end that `action` names, then for the other one, each at first over the heads of
@@ -44,7 +44,7 @@ class Logind {
   void ReportWithBlockers(const std::string& line);
 
   ShutdownAction action_;
-  SystemBus& bus_;
+  BusConnection& bus_;
   std::function<void(const std::string&)> report_;
   Bus* open_ = nullptr;         // the connection that the requests go over
   std::size_t next_ = 0;        // the next request

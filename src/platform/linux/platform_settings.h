@@ -4,6 +4,7 @@
 #pragma once
 
 #include <array>
+#include <optional>
 #include <string>
 
 #include "platform/disk.h"
@@ -18,6 +19,18 @@ struct PlatformSettings {
   ShutdownAction action = ShutdownAction::kHalt;
   // What stands there, where it is no action's name; empty otherwise.
   std::string unknown_action;
+  // [Battery] Voltage: nominal volts of the whole battery, from 2 to 1000. Empty: not given.
+  std::optional<float> battery_voltage;
+  // What stands there, where it is no such voltage; empty otherwise.
+  std::string bad_battery_voltage;
+  // [Desktop] Notifications: false for 0.
+  bool notifications = true;
+  // [Share] Socket: the path on which the UPS is offered to upsd, as it stands if absolute, else
+  // below the program's directory; not given: that of `Name` in upsd's own directory. Empty without
+  // a Name.
+  std::string share_socket;
+  // What stands there as Name, where it is no name of a UPS; empty otherwise.
+  std::string bad_share_name;
   // [Directories] Windows, without a slash at the end: as it stands if absolute, else below the
   // program's directory; not given: the program's directory.
   std::string report_directory;

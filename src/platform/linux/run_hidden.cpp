@@ -15,6 +15,7 @@
 #include <thread>
 
 #include "platform/linux/file.h"
+#include "platform/linux/unix_server.h"
 
 namespace orvane {
 namespace {
@@ -76,13 +77,15 @@ std::optional<int> Ended(pid_t child) {
   return std::nullopt;
 }
 
-std::optional<int> WaitFor(pid_t child, Clock::time_point end) {
+std::optional<int> WaitFor(pid_t child, Clock::time_point end, UnixServer* meanwhile) {
   const File handle(static_cast<int>(syscall(SYS_pidfd_open, child, 0)));
   for (;;) {
     if (const auto status = Ended(child)) return status;
     const auto left = Left(end);
     if (left.count() == 0) return std::nullopt;
-    if (handle) {
+    if (handle && meanwhile) {
+      meanwhile->ServeUntil(handle.Get(), left);
+    } else if (handle) {
       pollfd wait{handle.Get(), POLLIN, 0};
       poll(&wait, 1, static_cast<int>(left.count()));
     } else {
@@ -93,13 +96,14 @@ std::optional<int> WaitFor(pid_t child, Clock::time_point end) {
 
 }  // namespace
 
-RunOutcome RunHidden(const std::string& path, std::chrono::milliseconds limit) {
+RunOutcome RunHidden(const std::string& path, std::chrono::milliseconds limit,
+                     UnixServer* meanwhile) {
   const Clock::time_point end = Clock::now() + limit;
   pid_t child = 0;
   if (const int error = Start().Run(path, child)) {
     return {RunOutcome::End::kNotStarted, error, std::strerror(error)};
   }
-  const auto status = WaitFor(child, end);
+  const auto status = WaitFor(child, end, meanwhile);
   if (!status) return {RunOutcome::End::kTimedOut, 0, ""};
   if (WIFSIGNALED(*status)) return {RunOutcome::End::kCrashed, WTERMSIG(*status), ""};
   return {RunOutcome::End::kExited, WEXITSTATUS(*status), ""};

@@ -6,15 +6,15 @@
 #include <functional>
 #include <string>
 
+#include "platform/linux/bus_connection.h"
 #include "platform/linux/file.h"
-#include "platform/linux/system_bus.h"
 
 namespace orvane {
 
 class SleepLocks {
  public:
   // `report` takes one line when this user may not have a lock: once for each kind.
-  SleepLocks(SystemBus& bus, std::function<void(const std::string&)> report)
+  SleepLocks(BusConnection& bus, std::function<void(const std::string&)> report)
       : bus_(bus), report_(std::move(report)) {}
 
   // From now on has `handler` run from the event loop: with true before the computer falls asleep,
@@ -40,7 +40,7 @@ class SleepLocks {
   void Take(Lock& lock);
   static void Release(Lock& lock);
 
-  SystemBus& bus_;
+  BusConnection& bus_;
   std::function<void(const std::string&)> report_;
   Lock delay_{"sleep", "delay", "closes the line to the UPS"};
   Lock block_{"sleep:idle", "block", "the mains has failed"};
