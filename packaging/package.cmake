@@ -66,11 +66,12 @@ set(CPACK_PACKAGE_CONTACT "Orvane maintainers <maintainers@orvane.invalid>")
 set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "watches a UPS on a serial or USB port and protects the computer")
 set(CPACK_PACKAGE_DESCRIPTION
 "Orvane watches an uninterruptible power supply on a serial or USB port, in one
-small window, in English and Chinese. It shows mains, battery, load, temperature and
-link, and keeps a log. When the mains fails it counts down, warns, tells the
-UPS to switch off, lets a companion program save and close the applications,
-and takes the computer down. Schedules switch computer and UPS off and on by
-the week or by date, and a modem can call a telephone when a fault lasts.
+small window, in English and Chinese. It shows mains, battery, load,
+temperature and link, and keeps a log and a history. When the mains fails it
+counts down, warns, tells the UPS to switch off, lets a companion program save
+and close the applications, and takes the computer down. Schedules switch
+computer and UPS off and on by the week or by date, and a modem can call a
+telephone when a fault lasts.
 .
 A simulated UPS and a simulated modem are included, for trying it out.")
 set(CPACK_PACKAGING_INSTALL_PREFIX /usr)

@@ -133,7 +133,7 @@ void Recorder::Follow(EpisodeKind kind, bool lasts, sys_seconds now) {
 }
 
 void Recorder::Begin(EpisodeKind kind, sys_seconds now) {
-  Open& open = open_[kind].emplace();
+  OpenEpisode& open = open_[kind].emplace();
   open.episode.id = ++last_id_;
   open.episode.kind = kind;
   open.episode.begin = open.episode.end = now;
@@ -150,7 +150,7 @@ void Recorder::Begin(EpisodeKind kind, sys_seconds now) {
 }
 
 void Recorder::Close(EpisodeKind kind, sys_seconds end, Ending ending) {
-  std::optional<Open>& open = open_[kind];
+  std::optional<OpenEpisode>& open = open_[kind];
   if (!open) return;
   open->episode.end = std::max(open->episode.begin, end);
   open->episode.ending = ending;

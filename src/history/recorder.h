@@ -11,6 +11,12 @@
 
 namespace orvane {
 
+// An episode that lasts, and the readings of the load in it.
+struct OpenEpisode {
+  Episode episode;
+  std::int64_t load_sum = 0, load_readings = 0;
+};
+
 class Recorder {
  public:
   // Keeps nothing until it has a store.
@@ -46,11 +52,6 @@ class Recorder {
   void CloseMinute();
   void Write();
 
-  struct Open {
-    Episode episode;
-    std::int64_t load_sum = 0, load_readings = 0;
-  };
-
   const State& state_;
   const Panel& panel_;
   const Clock& clock_;
@@ -59,10 +60,10 @@ class Recorder {
   std::int64_t last_id_ = 0;
   std::int32_t answered_ = 0;  // PollsAnswered at the last look
   std::optional<sys_seconds> last_look_;
-  bool linked_once_ = false;  // since the form was loaded
+  bool linked_once_ = false;      // since the form was loaded
   std::optional<Sample> minute_;  // the one that is being collected
   std::optional<sys_seconds> self_test_end_;
-  PerEpisodeKind<std::optional<Open>> open_;
+  PerEpisodeKind<std::optional<OpenEpisode>> open_;
   // What the store has not taken yet.
   std::vector<Sample> minutes_;
   std::vector<Episode> episodes_;

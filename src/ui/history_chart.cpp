@@ -267,7 +267,7 @@ void HistoryChart::DrawLane(QPainter& painter, const Lane& lane, const QRectF& p
 void HistoryChart::DrawTimes(QPainter& painter, const QRectF& plot) const {
   constexpr std::int64_t kDay = 86400;
   constexpr std::int64_t kSteps[] = {
-      60,       300,      600,       1800,      3600,      3 * 3600,   6 * 3600,   12 * 3600, kDay,
+      60,       300,      600,       1800,      3600,      10800,      21600,      43200,     kDay,
       2 * kDay, 7 * kDay, 14 * kDay, 30 * kDay, 61 * kDay, 122 * kDay, 365 * kDay, 730 * kDay};
   const std::int64_t length = (to_ - from_).count();
   std::int64_t step = std::end(kSteps)[-1];
