@@ -1,42 +1,12 @@
-// A writer that is killed at any moment. The kernel stops it before and after every call that it
-// makes, and there it dies; between two calls nothing happens to a file.
+// A writer of files that is killed at any moment.
 #include <gtest/gtest.h>
-#include <sys/ptrace.h>
-#include <sys/wait.h>
-#include <unistd.h>
-
-#include <csignal>
-#include <functional>
 
 #include "platform/linux/linux_disk.h"
+#include "support/killed_process.h"
 #include "support/temp_folder.h"
 
 namespace orvane::test {
 namespace {
-
-enum class Fate { kKilled, kFinished, kNotTraced };
-
-// Runs `act` in a process that is killed at its stop number `stops`, if it comes that far.
-Fate KilledAt(int stops, const std::function<void()>& act) {
-  const pid_t child = fork();
-  if (child == 0) {
-    if (ptrace(PTRACE_TRACEME, 0, nullptr, nullptr) != 0) _exit(2);
-    raise(SIGSTOP);
-    act();
-    _exit(0);
-  }
-  int status = 0;
-  waitpid(child, &status, 0);
-  if (!WIFSTOPPED(status)) return Fate::kNotTraced;
-  for (int i = 0; i < stops; ++i) {
-    ptrace(PTRACE_SYSCALL, child, nullptr, nullptr);
-    waitpid(child, &status, 0);
-    if (WIFEXITED(status)) return Fate::kFinished;
-  }
-  kill(child, SIGKILL);
-  waitpid(child, &status, 0);
-  return Fate::kKilled;
-}
 
 const std::string kRecord = "\"\n2001-02-16 09 1\"\r\n";
 

@@ -1,14 +1,11 @@
 // The history on the disk: a second reader, foreign and damaged files, and a writer that is killed
 // at any call to the system.
 #include <gtest/gtest.h>
-#include <sys/ptrace.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
-#include <csignal>
 #include <functional>
 
 #include "platform/sqlite/sqlite_history.h"
+#include "support/killed_process.h"
 #include "support/temp_folder.h"
 
 namespace orvane::test {
@@ -80,29 +77,6 @@ TEST_F(SqliteHistoryTest, AFolderThatIsNotThereCostsTheHistoryAlone) {
   EXPECT_FALSE(history.Write({MinuteOf(60, 100)}, {}));
   EXPECT_TRUE(All(history, Step::kMinute).empty());
   EXPECT_EQ(reports.size(), 1U);
-}
-
-enum class Fate { kKilled, kFinished, kNotTraced };
-
-Fate KilledAt(int stops, const std::function<void()>& act) {
-  const pid_t child = fork();
-  if (child == 0) {
-    if (ptrace(PTRACE_TRACEME, 0, nullptr, nullptr) != 0) _exit(2);
-    raise(SIGSTOP);
-    act();
-    _exit(0);
-  }
-  int status = 0;
-  waitpid(child, &status, 0);
-  if (!WIFSTOPPED(status)) return Fate::kNotTraced;
-  for (int i = 0; i < stops; ++i) {
-    ptrace(PTRACE_SYSCALL, child, nullptr, nullptr);
-    waitpid(child, &status, 0);
-    if (WIFEXITED(status)) return Fate::kFinished;
-  }
-  kill(child, SIGKILL);
-  waitpid(child, &status, 0);
-  return Fate::kKilled;
 }
 
 TEST_F(SqliteHistoryTest, AKilledWriterLeavesWholeTransactions) {
