@@ -20,6 +20,7 @@
 #include "platform/linux/linux_disk.h"
 #include "platform/linux/linux_host.h"
 #include "platform/linux/port_map.h"
+#include "platform/linux/tray_watch.h"
 #include "platform/linux/unix_server.h"
 #include "platform/linux/way_down.h"
 #include "platform/qt/bus_notifier.h"
@@ -81,6 +82,7 @@ struct Outside {
   Windows windows;
   UnixServer share_server{settings.share_socket, NotifyOf,
                           [this](const std::string& line) { host.Report(line); }};
+  QtTimer tray_patience;
   QtTimer inspector_limit;
   LinuxInspector inspector{
       InspectorPlaces(host), settings,
@@ -211,7 +213,9 @@ int Main(int argc, char** argv) {
   windows.MakeMain(main_window, {[&] { return main_form.Load(); }, [&] { main_form.Activate(); },
                                  [&] { main_form.Unload(); }, [&] { return main_form.Loaded(); }});
   MakeForms(outside, state, panel, main_form, history);
-  const TrayIcon tray_icon(state, panel, main_form, windows);
+  TrayIcon tray_icon(state, panel, main_form, windows);
+  const TrayWatch tray_watch(outside.host.SessionBus(), outside.tray_patience,
+                             [&] { tray_icon.Appear(); });
 
   const auto& ports = outside.settings.ports;
   const DeviceWatch device_watch({ports.begin(), ports.end()},
