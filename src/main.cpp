@@ -15,10 +15,10 @@
 #include "app/options.h"
 #include "check_command.h"
 #include "frame/main_form.h"
-#include "inspector_parts.h"
 #include "platform/linux/linux_clock.h"
 #include "platform/linux/linux_disk.h"
 #include "platform/linux/linux_host.h"
+#include "platform/linux/linux_inspector.h"
 #include "platform/linux/port_map.h"
 #include "platform/linux/tray_watch.h"
 #include "platform/linux/unix_server.h"
@@ -27,6 +27,7 @@
 #include "platform/qt/device_port.h"
 #include "platform/qt/device_watch.h"
 #include "platform/qt/end_signals.h"
+#include "platform/qt/program_run.h"
 #include "platform/qt/qt_dialogs.h"
 #include "platform/qt/qt_timer.h"
 #include "platform/sqlite/sqlite_history.h"
@@ -84,10 +85,13 @@ struct Outside {
                           [this](const std::string& line) { host.Report(line); }};
   QtTimer tray_patience;
   QtTimer inspector_limit;
-  LinuxInspector inspector{
-      InspectorPlaces(host), settings,
-      host.SystemBus(),      inspector_limit,
-      RunForInspector,       [this](int number) { return ports.DeviceOf(number); }};
+  ProgramRun companion_run{std::chrono::seconds(2)};
+  LinuxInspector inspector{LinuxInspector::PlacesOf(host),
+                           settings,
+                           host.SystemBus(),
+                           inspector_limit,
+                           [this](auto&&... run) { companion_run.Start(run...); },
+                           [this](int number) { return ports.DeviceOf(number); }};
   Seams seams{{poll_timer, countdown_timer, schedule_timer, dial_timer, clock_timer},
               alert_timer,
               modem_timer,
@@ -214,8 +218,10 @@ int Main(int argc, char** argv) {
                                  [&] { main_form.Unload(); }, [&] { return main_form.Loaded(); }});
   MakeForms(outside, state, panel, main_form, history);
   TrayIcon tray_icon(state, panel, main_form, windows);
-  const TrayWatch tray_watch(outside.host.SessionBus(), outside.tray_patience,
-                             [&] { tray_icon.Appear(); });
+  const TrayWatch tray_watch(outside.host.SessionBus(), outside.tray_patience, [&](bool modern) {
+    const bool x11 = QApplication::platformName() == "xcb";
+    if (modern || x11) tray_icon.Appear();
+  });
 
   const auto& ports = outside.settings.ports;
   const DeviceWatch device_watch({ports.begin(), ports.end()},
