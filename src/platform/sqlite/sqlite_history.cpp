@@ -231,6 +231,13 @@ std::vector<Episode> SqliteHistory::Episodes(sys_seconds from, sys_seconds to) {
   return episodes;
 }
 
+std::optional<sys_seconds> SqliteHistory::First() {
+  OpenFirst();
+  std::int64_t first = 0;
+  if (!Number("SELECT begin FROM hours ORDER BY begin LIMIT 1", first)) return std::nullopt;
+  return Time(first);
+}
+
 std::int64_t SqliteHistory::LastEpisode() {
   OpenFirst();
   std::int64_t last = 0;
