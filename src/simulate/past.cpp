@@ -124,7 +124,7 @@ class Past {
     Episode* outage = nullptr;
     for (Episode& episode : episodes_) {
       const bool lasts = time < episode.end && time + minutes(1) > episode.begin;
-      if (episode.kind == EpisodeKind::kMainsFailure && lasts) outage = &episode;
+      if (episode.kind != EpisodeKind::kSelfTest && lasts) outage = &episode;
     }
     const double full = battery_;
     if (outage) {

@@ -10,7 +10,7 @@ namespace {
 using std::chrono::seconds;
 
 constexpr std::int64_t kDay = 86400;
-constexpr double kLabelPitch = 64;  // the widest label and a space
+constexpr double kLabelPitch = 52;  // the widest label and a space
 constexpr std::int64_t kTimeSteps[] = {60,    300,   600,   1800, 3600,     7200,
                                        10800, 21600, 43200, kDay, 2 * kDay, 7 * kDay};
 constexpr int kMonthSteps[] = {1, 2, 3, 6, 12, 24};

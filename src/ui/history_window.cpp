@@ -116,6 +116,7 @@ HistoryWindow::HistoryWindow(const State& state, const Panel& panel, HistorySour
   connect(chart_, &HistoryChart::Moved, this, &HistoryWindow::ShowSums);
   connect(new QShortcut(Qt::Key_Escape, this), &QShortcut::activated, this, &QWidget::close);
   auto* timer = new QTimer(this);
+  timer->setObjectName("follow");
   connect(timer, &QTimer::timeout, this, &HistoryWindow::Follow);
   timer->start(kFollowMs);
   resize(900, 760);
@@ -179,7 +180,7 @@ void HistoryWindow::ShowSums() {
   const sys_seconds now = clock_.SystemSeconds();
   const OutageSums sums = SumsOf(chart_->Episodes(), chart_->From(), chart_->To(), now);
   sums_->setText(Pick(state_, Words{"%1 至 %2：中断 %3 次，共 %4，最长 %5，可用率 %6 %",
-                                    "%1 to %2: %3 outages, total %4, longest %5, availability "
+                                    "%1 to %2: outages %3, total %4, longest %5, availability "
                                     "%6 %"})
                      .arg(TimeOf(chart_->From()), TimeOf(chart_->To()))
                      .arg(sums.number)
