@@ -10,7 +10,6 @@
 #include <algorithm>
 #include <cmath>
 
-#include "ui/chart_curves.h"
 #include "ui/episode_looks.h"
 #include "ui/look.h"
 #include "ui/words.h"
@@ -38,7 +37,7 @@ constexpr int kTop = 4;
 constexpr int kBottom = 24;
 constexpr int kBetween = 20;  // room for a lane's name
 constexpr int kFontSize = 12;
-constexpr int kGridAlpha = 40;
+constexpr double kGridStrength = 0.16;  // of the text's
 
 constexpr seconds kShortest{600};
 constexpr seconds kLongest{10LL * 366 * 86400};
@@ -54,6 +53,17 @@ constexpr PerGauge<Words> kNames = {{{{"输入", "Input"},
                                       {"频率", "Frequency"},
                                       {"温度", "Temperature"}}}};
 constexpr PerGauge<const char*> kUnits = {{{"V", "V", "%", "%", "Hz", "°C"}}};
+
+// Not transparent: that is drawn at a tenth of the speed.
+QColor GridColour(const QPalette& palette) {
+  const QColor text = palette.color(QPalette::Text);
+  const QColor ground = palette.color(QPalette::Base);
+  const auto mixed = [](float a, float b) {
+    return static_cast<float>(a * kGridStrength + b * (1 - kGridStrength));
+  };
+  return QColor::fromRgbF(mixed(text.redF(), ground.redF()), mixed(text.greenF(), ground.greenF()),
+                          mixed(text.blueF(), ground.blueF()));
+}
 
 QString Range(const Spread& spread, std::int64_t readings) {
   const auto text = [](double hundredths) { return QString::number(hundredths / 100, 'f', 1); };
@@ -114,13 +124,18 @@ void HistoryChart::Read() {
   const seconds width = SampleWidth();
   const sys_seconds begin = samples_.empty() ? from_ - width : samples_.back().begin;
   if (!samples_.empty()) samples_.pop_back();
-  const std::vector<Sample> more = source_.Samples(step_, begin, to_ + width);
-  const auto old = std::find_if(samples_.begin(), samples_.end(), [&](const Sample& sample) {
+  std::vector<Sample> more = source_.Samples(step_, begin, to_ + width);
+  const auto first = std::find_if(samples_.begin(), samples_.end(), [&](const Sample& sample) {
     return sample.begin >= from_ - width;
   });
-  samples_.erase(samples_.begin(), old);
-  samples_.insert(samples_.end(), more.begin(), more.end());
+  samples_.erase(samples_.begin(), first);
+  if (samples_.empty()) {
+    samples_ = std::move(more);
+  } else {
+    samples_.insert(samples_.end(), more.begin(), more.end());
+  }
   episodes_ = source_.Episodes(from_, to_);
+  columns_for_ = 0;
   Q_EMIT Moved();
   update();
 }
@@ -149,7 +164,7 @@ TimeAxis HistoryChart::Axis() const {
   return {from_, to_, Plot().left(), Plot().width()};
 }
 
-QImage HistoryChart::Picture() const {
+QImage HistoryChart::Picture() {
   const double ratio = devicePixelRatioF();
   QImage picture(size() * ratio, QImage::Format_RGB32);
   picture.setDevicePixelRatio(ratio);
@@ -166,7 +181,7 @@ void HistoryChart::paintEvent(QPaintEvent*) {
   painter.drawRect(rect().adjusted(0, 0, -1, -1));
 }
 
-void HistoryChart::Draw(QPainter& painter) const {
+void HistoryChart::Draw(QPainter& painter) {
   static constexpr Lane kLanes[] = {
       {{"电压 (V)", "Voltage (V)"}, Gauge::kInput, Gauge::kOutput, {}, {}, 8, 2},
       {{"负载 (%)", "Load (%)"}, Gauge::kLoad, {}, 0, 100, 0, 1},
@@ -178,10 +193,15 @@ void HistoryChart::Draw(QPainter& painter) const {
   painter.setFont(look::Face(kFontSize));
   painter.fillRect(rect(), palette().color(QPalette::Base));
   const QRectF plot = Plot();
-  DrawTimes(painter);
   DrawStripes(painter);
+  DrawTimes(painter);
   const double share =
       (plot.height() - kBetween * static_cast<double>(std::size(kLanes))) / kShares;
+  const double ratio = painter.device()->devicePixelRatioF();
+  if (columns_for_ != plot.width() * ratio) {
+    columns_for_ = plot.width() * ratio;
+    columns_ = ColumnsOf(samples_, SampleWidth(), Axis(), ratio);
+  }
   double top = plot.top();
   for (const Lane& lane : kLanes) {
     top += kBetween;
@@ -200,11 +220,9 @@ void HistoryChart::DrawTimes(QPainter& painter) const {
   constexpr double kHalf = 40;
   const QRectF plot = Plot();
   const TimeAxis axis = Axis();
-  QColor line = palette().color(QPalette::Text);
-  line.setAlpha(kGridAlpha);
   for (const TimeTick& tick : TicksOf(axis)) {
     const double x = axis.XOf(tick.time);
-    painter.setPen(line);
+    painter.setPen(GridColour(palette()));
     painter.drawLine(QPointF(x, plot.top()), QPointF(x, plot.bottom()));
     painter.setPen(palette().color(QPalette::Text));
     const double room = std::min(kHalf, std::min(x, width() - x));
@@ -215,17 +233,33 @@ void HistoryChart::DrawTimes(QPainter& painter) const {
   }
 }
 
+// Mixed in one row of pixels and drawn from there, so that hundreds of them cost little.
 void HistoryChart::DrawStripes(QPainter& painter) const {
   const QRectF plot = Plot();
-  const TimeAxis axis = Axis();
+  const double ratio = painter.device()->devicePixelRatioF();
+  TimeAxis axis = Axis();
+  axis.left = 0;
+  axis.width = std::round(plot.width() * ratio);
+  QImage row(static_cast<int>(axis.width), 1, QImage::Format_RGB32);
+  const QColor ground = palette().color(QPalette::Base);
+  row.fill(ground);
+  QPainter stripes(&row);
   for (const Episode& episode : episodes_) {
     const sys_seconds end =
         episode.ending == Ending::kNotYet ? clock_.SystemSeconds() : episode.end;
-    const double left = std::max(plot.left(), axis.XOf(episode.begin));
-    const double right = std::min(plot.right(), axis.XOf(end));
+    const double left = std::max(0.0, std::floor(axis.XOf(episode.begin)));
+    const double right = std::min(axis.width, axis.XOf(end));
     // A short one is still to be seen.
-    painter.fillRect(QRectF(left, plot.top(), std::max(1.0, right - left), plot.height()),
-                     ColourOf(episode.kind));
+    stripes.fillRect(QRectF(left, 0, std::max(1.0, right - left), 1), ColourOf(episode.kind));
+  }
+  stripes.end();
+  for (int begin = 0, end = 0; begin < row.width(); begin = end) {
+    const QRgb colour = row.pixel(begin, 0);
+    while (end < row.width() && row.pixel(end, 0) == colour) ++end;
+    if (colour == ground.rgb()) continue;
+    painter.fillRect(
+        QRectF(plot.left() + begin / ratio, plot.top(), (end - begin) / ratio, plot.height()),
+        QColor(colour));
   }
 }
 
@@ -246,40 +280,35 @@ void HistoryChart::DrawLaneName(QPainter& painter, const Lane& lane, QPointF at)
 }
 
 void HistoryChart::DrawLane(QPainter& painter, const Lane& lane, const QRectF& place) const {
-  const double ratio = painter.device()->devicePixelRatioF();
   std::vector<Gauge> gauges{lane.gauge};
   if (lane.second) gauges.push_back(*lane.second);
-  std::vector<std::vector<Column>> curves;
   std::optional<double> low = lane.low;
   std::optional<double> high = lane.high;
   for (const Gauge gauge : gauges) {
-    curves.push_back(ColumnsOf(samples_, SampleWidth(), gauge, Axis(), ratio));
-    for (const Column& column : curves.back()) {
+    for (const Column& column : columns_[gauge]) {
       if (column.readings <= 0) continue;
-      low = std::min(low.value_or(column.least), column.least);
-      high = std::max(high.value_or(column.most), column.most);
+      low = std::min(low.value_or(column.least / 100), column.least / 100);
+      high = std::max(high.value_or(column.most / 100), column.most / 100);
     }
   }
   const ValueScale scale = ScaleOf(low.value_or(0), high.value_or(0), lane.least);
   DrawLaneName(painter, lane, place.topLeft() - QPointF(0, 5));
-  QColor line = palette().color(QPalette::Text);
   const double steps = std::round((scale.high - scale.low) / scale.step);
   // Where labels would touch, every second one.
   const int stride = place.height() / steps < 14 ? 2 : 1;
   for (int i = 0; i <= static_cast<int>(steps); i += stride) {
     const double y = place.bottom() - place.height() * i / steps;
-    line.setAlpha(kGridAlpha);
-    painter.setPen(line);
+    painter.setPen(GridColour(palette()));
     painter.drawLine(QPointF(place.left(), y), QPointF(place.right(), y));
     if (!low) continue;
-    line.setAlpha(255);
-    painter.setPen(line);
+    painter.setPen(palette().color(QPalette::Text));
     painter.drawText(QRectF(0, y - 8, kLeft - 6, 16), Qt::AlignRight | Qt::AlignVCenter,
                      scale.Label(scale.low + scale.step * i));
   }
   painter.setClipRect(place.adjusted(0, -1, 1, 1));
-  for (std::size_t i = 0; i < curves.size(); ++i) {
-    DrawCurve(painter, curves[i], place, scale, CurveColour(gauges[i]), ratio);
+  for (const Gauge gauge : gauges) {
+    DrawCurve(painter, columns_[gauge], place, scale, CurveColour(gauge),
+              painter.device()->devicePixelRatioF());
   }
   painter.setClipping(false);
 }

@@ -7,7 +7,7 @@
 #include "app/state.h"
 #include "history/history.h"
 #include "platform/clock.h"
-#include "ui/chart_axes.h"
+#include "ui/chart_curves.h"
 
 namespace orvane {
 
@@ -38,7 +38,7 @@ class HistoryChart : public QWidget {
   void Follow();
 
   // As it stands on the screen, without what only the screen shows.
-  QImage Picture() const;
+  QImage Picture();
 
   // Time, values and episodes at a place of the widget.
   QString TextAt(double x) const;
@@ -62,7 +62,7 @@ class HistoryChart : public QWidget {
   std::chrono::seconds SampleWidth() const;
   QRectF Plot() const;
   TimeAxis Axis() const;
-  void Draw(QPainter& painter) const;
+  void Draw(QPainter& painter);
   void DrawTimes(QPainter& painter) const;
   void DrawStripes(QPainter& painter) const;
   void DrawLane(QPainter& painter, const Lane& lane, const QRectF& place) const;
@@ -76,6 +76,8 @@ class HistoryChart : public QWidget {
   Step step_ = Step::kMinute;
   std::vector<Sample> samples_;
   std::vector<Episode> episodes_;
+  PerGauge<Columns> columns_;  // of the samples
+  double columns_for_ = 0;     // so many pixels; 0 when the samples are others
 };
 
 }  // namespace orvane
