@@ -73,6 +73,7 @@ void DrawCurve(QPainter& painter, const Columns& columns, const QRectF& place,
       painter.setPen(Qt::NoPen);
       painter.setBrush(band);
       painter.drawPolygon(most + least);
+      painter.setBrush(Qt::NoBrush);
       painter.setPen(QPen(colour, 1));
       painter.drawPolyline(mean);
     }

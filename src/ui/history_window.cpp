@@ -119,7 +119,7 @@ HistoryWindow::HistoryWindow(const State& state, const Panel& panel, HistorySour
   timer->setObjectName("follow");
   connect(timer, &QTimer::timeout, this, &HistoryWindow::Follow);
   timer->start(kFollowMs);
-  resize(900, 760);
+  resize(880, 660);
   ReadOutages();
   chart_->ShowLast(kDay);
   chart_->setFocus();
@@ -179,13 +179,14 @@ void HistoryWindow::ShowOutage(std::size_t row) {
 void HistoryWindow::ShowSums() {
   const sys_seconds now = clock_.SystemSeconds();
   const OutageSums sums = SumsOf(chart_->Episodes(), chart_->From(), chart_->To(), now);
-  sums_->setText(Pick(state_, Words{"%1 至 %2：中断 %3 次，共 %4，最长 %5，可用率 %6 %",
+  const bool known = !chart_->Samples().empty() || !chart_->Episodes().empty();
+  sums_->setText(Pick(state_, Words{"%1 至 %2：中断 %3 次，共 %4，最长 %5，可用率 %6",
                                     "%1 to %2: outages %3, total %4, longest %5, availability "
-                                    "%6 %"})
+                                    "%6"})
                      .arg(TimeOf(chart_->From()), TimeOf(chart_->To()))
                      .arg(sums.number)
                      .arg(LengthText(sums.total), LengthText(sums.longest))
-                     .arg(sums.availability, 0, 'f', 3));
+                     .arg(known ? QString::number(sums.availability, 'f', 3) + " %" : "–"));
   const double load =
       QString::fromStdString(panel_.read_outs[Gauge::kLoad].Caption()).toDouble() * 100;
   const auto endurance = EnduranceAt(listed_, std::llround(load));

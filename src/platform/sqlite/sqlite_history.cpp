@@ -163,7 +163,7 @@ bool SqliteHistory::Open() {
   }
   // In this order a power cut costs the last minutes at most, and no commit waits for the medium.
   if (!Run("PRAGMA journal_mode=WAL") || !Run("PRAGMA synchronous=NORMAL")) return false;
-  if (!Run("PRAGMA cache_size=-512") || !Run("PRAGMA wal_autocheckpoint=250")) return false;
+  if (!Run("PRAGMA cache_size=-256") || !Run("PRAGMA wal_autocheckpoint=60")) return false;
   if (tables == 0 && (!Run("BEGIN IMMEDIATE") || !Run(Schema().c_str()) || !Run("COMMIT"))) {
     return false;
   }
