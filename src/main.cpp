@@ -133,8 +133,9 @@ void MakeForms(Outside& outside, State& state, Panel& panel, MainForm& main_form
     return new DayHistoryWindow(state, outside.disk, outside.clock,
                                 outside.program_directory + "/DateRec.rec");
   });
-  windows.Make(Form::kHistory,
-               [&] { return new HistoryWindow(state, panel, history, outside.clock); });
+  windows.Make(Form::kHistory, [&] {
+    return new HistoryWindow(state, panel, history, outside.clock, outside.dialogs);
+  });
   windows.Make(Form::kShutdownReport, [&] {
     return new ShutdownReportWindow(state, outside.disk,
                                     outside.host.ReportDirectory() + "/SaverApp.INI");
