@@ -23,8 +23,16 @@ SettingsFile LookAtSettings(const Disk& disk, const std::string& path) {
 void ProtectionCheck::Ask() {
   asked_ = seams_.clock.SystemSeconds();
   file_ = LookAtSettings(seams_.disk, SettingsPath(seams_.host.ProgramDirectory()));
-  seams_.inspector.Ask([this] { Update(); });
-  Update();
+  seams_.inspector.Ask([this] { Judge(); });
+  Judge();
+}
+
+void ProtectionCheck::Start() {
+  heard_ = false;
+  polls_ = 0;
+  asked_.reset();
+  file_ = LookAtSettings(seams_.disk, SettingsPath(seams_.host.ProgramDirectory()));
+  Judge();
 }
 
 void ProtectionCheck::OnPoll() {
@@ -36,7 +44,11 @@ void ProtectionCheck::OnPoll() {
 // A clock that is set back asks early rather than never.
 void ProtectionCheck::Update() {
   const std::chrono::sys_seconds now = seams_.clock.SystemSeconds();
-  if (asked_ && (now < *asked_ || now - *asked_ >= kPeriod)) return Ask();
+  if (!asked_ || now < *asked_ || now - *asked_ >= kPeriod) return Ask();
+  Judge();
+}
+
+void ProtectionCheck::Judge() {
   std::vector<CheckRow> rows = JudgeProtection(state_, seams_.clock.Now(), Line(), file_,
                                                seams_.inspector.Found(), seams_.inspector.Last());
   if (rows == rows_) return;
@@ -49,7 +61,7 @@ void ProtectionCheck::Update() {
 
 bool ProtectionCheck::StartWithDesktop(bool on) {
   const bool done = seams_.inspector.StartWithDesktop(on);
-  Update();
+  Judge();
   return done;
 }
 

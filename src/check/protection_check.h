@@ -22,20 +22,18 @@ class ProtectionCheck {
   ProtectionCheck(const State& state, Panel& panel, const Seams& seams)
       : state_(state), panel_(panel), seams_(seams) {}
 
-  // Asks all questions anew, as at the start and at a click, and judges with each answer.
+  // Asks all questions anew, as at a click, and judges with each answer.
   void Ask();
 
-  // The polls begin anew: a UPS has not answered yet.
-  void Start() {
-    heard_ = false;
-    polls_ = 0;
-  }
+  // The polls begin anew: a UPS has not answered yet, and the questions are asked with the next
+  // Update, when the window stands.
+  void Start();
 
   // To be called with each poll.
   void OnPoll();
 
   // To be called every few seconds, with or without polls: judges what may have changed, and asks
-  // anew when a day has gone by.
+  // anew behind a start and when a day has gone by.
   void Update();
 
   // The rows of this moment, in the language of this moment.
@@ -51,6 +49,7 @@ class ProtectionCheck {
   void SendTestNotification();
 
  private:
+  void Judge();
   LineFindings Line() const;
 
   const State& state_;

@@ -84,11 +84,9 @@ bool MainForm::Load() {
   static_cast<void>(journals_.WriteLog(state_.Text(Message::kProgramStart)));
   state_.ShutdownCommand = DeriveShutdownCommand(state_);
   share_.Start();
-  check_.Start();
-  check_.Ask();
   tray_.Update();
   link_.OpenPort();
-  check_.Update();
+  check_.Start();
   // A box of the port may have held the load until the end of the program.
   return loaded_;
 }

@@ -47,6 +47,8 @@ TEST_F(ProtectionCheckTest, ShieldFollowsTheUps) {
 
 TEST_F(ProtectionCheckTest, AsksAtTheStartEveryDayAndWhenSettingsAreSaved) {
   Start();
+  EXPECT_EQ(inspector.asked, 0);
+  Poll();
   EXPECT_EQ(inspector.asked, 1);
   time.Jump(std::chrono::hours(24) - std::chrono::seconds(20));
   time.Advance(std::chrono::seconds(10));
