@@ -1,5 +1,6 @@
 #include "records/day_history.h"
 
+#include <algorithm>
 #include <charconv>
 #include <limits>
 #include <utility>
@@ -84,6 +85,23 @@ Date Follow(const StepRule& rule, const Date& date) {
   return {date.year + rule.years, date.month + rule.months, rule.new_day};
 }
 
+int LastDay(const Date& date) {
+  constexpr int kShortMonth = 30;
+  const int kind = MonthKind(date.month);
+  if (kind == 0) return IsLeapYear(date.year) ? 29 : 28;
+  return kind == 2 ? kShortMonth + 1 : kShortMonth;
+}
+
+std::string InMonth(Date date, int step) {
+  date.month += step;
+  if (date.month < 1 || date.month > 12) {
+    date.year += step;
+    date.month -= 12 * step;
+  }
+  date.day = std::min(date.day, LastDay(date));
+  return Text(date);
+}
+
 }  // namespace
 
 std::string NextDay(std::string_view date) {
@@ -118,6 +136,32 @@ void DayHistory::ShowNext() {
 
 void DayHistory::ShowPrevious() {
   Turn(PreviousDay(date_));
+}
+
+void DayHistory::ShowToday() {
+  Turn(DateText(clock_.Now()));
+}
+
+void DayHistory::ShowNextMonth() {
+  Turn(InMonth(Parse(date_), +1));
+}
+
+void DayHistory::ShowPreviousMonth() {
+  Turn(InMonth(Parse(date_), -1));
+}
+
+void DayHistory::ShowNextRecords() {
+  if (const auto date = DateKey(date_)) TurnTo(records_.DateAfter(*date));
+}
+
+void DayHistory::ShowPreviousRecords() {
+  if (const auto date = DateKey(date_)) TurnTo(records_.DateBefore(*date));
+}
+
+void DayHistory::TurnTo(std::uint32_t key) {
+  if (key == 0) return;
+  const std::string digits = std::to_string(100'000'000 + key).substr(1);
+  Turn(digits.substr(0, 4) + '-' + digits.substr(4, 2) + '-' + digits.substr(6));
 }
 
 void DayHistory::Turn(std::string date) {

@@ -64,6 +64,15 @@ class DayHistory {
 
   void ShowNext();
   void ShowPrevious();
+  void ShowToday();
+
+  // The same day of another month, or its last.
+  void ShowNextMonth();
+  void ShowPreviousMonth();
+
+  // The nearest day that has records; nothing where there is none.
+  void ShowNextRecords();
+  void ShowPreviousRecords();
 
   // The day shown, as "yyyy-MM-dd".
   const std::string& Date() const { return date_; }
@@ -87,6 +96,7 @@ class DayHistory {
   void MarkCell(int cell);
   void ClearDayGrid();
   void Turn(std::string date);
+  void TurnTo(std::uint32_t key);
 
   const Disk& disk_;
   const Clock& clock_;

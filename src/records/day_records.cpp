@@ -1,5 +1,7 @@
 #include "records/day_records.h"
 
+#include <iterator>
+
 #include "records/lines.h"
 
 namespace orvane {
@@ -82,6 +84,16 @@ void DayRecords::Read(std::string_view bytes) {
   if (!std::is_sorted(records_.begin(), records_.end(), Earlier)) {
     std::stable_sort(records_.begin(), records_.end(), Earlier);
   }
+}
+
+std::uint32_t DayRecords::DateBefore(std::uint32_t date) const {
+  const auto own = std::lower_bound(records_.begin(), records_.end(), Record{date, 0, 0}, Earlier);
+  return own == records_.begin() ? 0 : std::prev(own)->date;
+}
+
+std::uint32_t DayRecords::DateAfter(std::uint32_t date) const {
+  const auto next = std::upper_bound(records_.begin(), records_.end(), Record{date, 0, 0}, Earlier);
+  return next == records_.end() ? 0 : next->date;
 }
 
 void DayRecords::ReadLine(std::string_view line) {

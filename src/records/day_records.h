@@ -29,6 +29,10 @@ class DayRecords {
   template <typename Found>
   void ForEachOf(std::uint32_t date, Found found) const;
 
+  // The date nearest before or after `date` that has records; 0 where there is none.
+  std::uint32_t DateBefore(std::uint32_t date) const;
+  std::uint32_t DateAfter(std::uint32_t date) const;
+
  private:
   struct Record {
     std::uint32_t date;

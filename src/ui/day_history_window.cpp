@@ -2,6 +2,7 @@
 
 #include <QPushButton>
 #include <QShortcut>
+#include <utility>
 
 #include "ui/day_grid.h"
 #include "ui/form_parts.h"
@@ -111,6 +112,19 @@ void DayHistoryWindow::AddButtons(const State& state) {
   // Before the buttons take the keys to go from one to the other.
   connect(new QShortcut(Qt::Key_Left, this), &QShortcut::activated, this, show_previous);
   connect(new QShortcut(Qt::Key_Right, this), &QShortcut::activated, this, show_next);
+  constexpr std::pair<QKeyCombination, void (DayHistory::*)()> kLeaps[] = {
+      {Qt::Key_PageUp, &DayHistory::ShowPreviousMonth},
+      {Qt::Key_PageDown, &DayHistory::ShowNextMonth},
+      {Qt::Key_Home, &DayHistory::ShowToday},
+      {Qt::CTRL | Qt::Key_Left, &DayHistory::ShowPreviousRecords},
+      {Qt::CTRL | Qt::Key_Right, &DayHistory::ShowNextRecords},
+  };
+  for (const auto& [keys, leap] : kLeaps) {
+    connect(new QShortcut(keys, this), &QShortcut::activated, this, [this, leap = leap] {
+      (history_.*leap)();
+      ShowDay();
+    });
+  }
 }
 
 void DayHistoryWindow::ShowDay() {

@@ -63,6 +63,15 @@ void LogWindow::Fill() {
   });
 }
 
+// Opens at the newest line. Not before the list has its size.
+void LogWindow::showEvent(QShowEvent* event) {
+  QWidget::showEvent(event);
+  const QAbstractItemModel& lines = *list_->model();
+  list_->selectionModel()->setCurrentIndex(lines.index(lines.rowCount() - 1, 0),
+                                           QItemSelectionModel::NoUpdate);
+  list_->scrollToBottom();
+}
+
 void LogWindow::Clear() {
   if (log_.Clear()) Fill();
 }

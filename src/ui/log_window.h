@@ -20,6 +20,9 @@ class LogWindow : public QWidget {
   // Loads the form. `path` names `System.log`.
   LogWindow(const State& state, Disk& disk, Dialogs& dialogs, const std::string& path);
 
+ protected:
+  void showEvent(QShowEvent* event) override;
+
  private:
   void Fill();
   void Clear();

@@ -5,6 +5,7 @@
 #include <QMenu>
 #include <QMenuBar>
 #include <QPointer>
+#include <QShortcut>
 #include <vector>
 
 #include "ui/bar_face.h"
@@ -145,6 +146,14 @@ void MainWindow::AddAreas(const State& state) {
   new WarningLine(panel_, client);
   new StatusLine(panel_, client);
   FollowFaces(panel_, bars, dials);
+  // There is nothing on a face that takes a click by itself.
+  for (const QWidget* face : {static_cast<QWidget*>(bars), static_cast<QWidget*>(dials)}) {
+    for (QWidget* part : face->findChildren<QWidget*>()) {
+      part->setAttribute(Qt::WA_NoMousePropagation, false);
+    }
+  }
+  connect(new QShortcut(Qt::Key_F6, this), &QShortcut::activated, this,
+          [this] { panel_.bar_face.Visible() ? form_.ShowDials() : form_.ShowBars(); });
   setCentralWidget(client);
 }
 

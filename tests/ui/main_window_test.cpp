@@ -155,12 +155,19 @@ TEST_F(MainWindowTest, ScreenShowsWhatAWholeRepaintWould) {
   }
 }
 
-TEST_F(MainWindowTest, DoubleClickOnTheSurfaceAloneChangesTheFace) {
+TEST_F(MainWindowTest, DoubleClickAnywhereOnAFaceAndF6ChangeIt) {
   for (QWidget* face : {&bars, static_cast<QWidget*>(&dials)}) {
     ASSERT_TRUE(face->isVisible());
-    for (QWidget* control : face->findChildren<QWidget*>()) {
-      QTest::mouseDClick(control, Qt::LeftButton);
-      ASSERT_TRUE(face->isVisible()) << control->objectName().toStdString();
+    for (QWidget* part : face->findChildren<QWidget*>()) {
+      if (!part->isVisible()) continue;
+      QTest::mouseDClick(part, Qt::LeftButton);
+      ASSERT_FALSE(face->isVisible()) << part->objectName().toStdString();
+      QTest::keyClick(&window, Qt::Key_F6);
+      ASSERT_TRUE(face->isVisible()) << part->objectName().toStdString();
+    }
+    for (const char* outside : {"states", "information", "status"}) {
+      QTest::mouseDClick(&Part(window, outside), Qt::LeftButton);
+      EXPECT_TRUE(face->isVisible()) << outside;
     }
     QTest::mouseDClick(face, Qt::RightButton, {}, {2, 2});
     EXPECT_TRUE(face->isVisible());

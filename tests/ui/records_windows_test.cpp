@@ -68,17 +68,29 @@ TEST_F(RecordsWindowsTest, DayIsDrawnInMarksAndCounts) {
 TEST_F(RecordsWindowsTest, DaysStepByButtonsAndByArrowKeys) {
   Records(2, "2001-02-16 05", 1);
   Records(1, "2001-02-17 05", 1);
+  Records(1, "2001-03-31 06", 1);
   OpenDays();
   const struct {
     const char* target;
     Qt::Key key;
     const char *date, *tip;  // the mark's tip is empty while there is no mark
+    Qt::KeyboardModifier modifier = Qt::NoModifier;
   } steps[] = {{"day", Qt::Key_Right, "2001-02-17", "05:00–05:59  AC Fail: 1"},
                {"next", Qt::Key_Return, "2001-02-18", ""},
                {"previous", Qt::Key_Space, "2001-02-17", "05:00–05:59  AC Fail: 1"},
-               {"next", Qt::Key_Left, "2001-02-16", "05:00–05:59  AC Fail: 2"}};
-  for (const auto& [target, key, date, tip] : steps) {
-    QTest::keyClick(&Part(*window, target), key);
+               {"next", Qt::Key_Left, "2001-02-16", "05:00–05:59  AC Fail: 2"},
+               {"day", Qt::Key_PageUp, "2001-01-16", ""},
+               {"day", Qt::Key_PageUp, "2000-12-16", ""},
+               {"day", Qt::Key_PageDown, "2001-01-16", ""},
+               {"day", Qt::Key_Right, "2001-02-16", "05:00–05:59  AC Fail: 2", Qt::ControlModifier},
+               {"day", Qt::Key_Right, "2001-02-17", "05:00–05:59  AC Fail: 1", Qt::ControlModifier},
+               {"day", Qt::Key_Right, "2001-03-31", "", Qt::ControlModifier},
+               {"day", Qt::Key_Right, "2001-03-31", "", Qt::ControlModifier},
+               {"day", Qt::Key_PageUp, "2001-02-28", ""},
+               {"day", Qt::Key_Left, "2001-02-17", "05:00–05:59  AC Fail: 1", Qt::ControlModifier},
+               {"next", Qt::Key_Home, "2001-02-16", "05:00–05:59  AC Fail: 2"}};
+  for (const auto& [target, key, date, tip, modifier] : steps) {
+    QTest::keyClick(&Part(*window, target), key, modifier);
     EXPECT_EQ(TextOf(*window, "date"), date);
     const QWidget& mark = Part(*window, "mark_29");
     EXPECT_EQ(mark.isVisible() ? mark.toolTip() : "", tip) << date;
@@ -95,8 +107,7 @@ TEST_F(RecordsWindowsTest, LogIsShownAndCleared) {
   Open(new LogWindow(state, disk, dialogs, kSystemLog));
   EXPECT_EQ(Lines("lines"), (QStringList{"\"2001-02-16 9:05:33 Program start\"",
                                          "\"2001-02-16 9:06:00 市电失效\""}));
-  QTest::keyClick(window->focusWidget(), Qt::Key_End);
-  EXPECT_EQ(List("lines").currentIndex().row(), 1) << "one key goes to the newest event";
+  EXPECT_EQ(List("lines").currentIndex().row(), 1) << "opens at the newest event";
   Push("clear");
   EXPECT_EQ(Lines("lines").size(), 2);
   EXPECT_EQ(Log(), file);
