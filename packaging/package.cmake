@@ -12,6 +12,8 @@ file(CREATE_LINK ../${program_dir}/orvane ${pieces}/orvane SYMBOLIC)
 install(FILES ${pieces}/orvane DESTINATION bin)
 
 install(FILES packaging/orvane.desktop DESTINATION share/applications)
+# What a user who has no settings yet begins with.
+install(FILES packaging/Orvane.ini DESTINATION share/orvane)
 install(FILES packaging/orvane.metainfo.xml DESTINATION share/metainfo)
 
 # The icon, drawn once, in the sizes that desktops ask for.

@@ -13,22 +13,28 @@
 #include <optional>
 
 #include "app/options.h"
+#include "check_command.h"
 #include "frame/main_form.h"
 #include "platform/linux/linux_clock.h"
 #include "platform/linux/linux_disk.h"
 #include "platform/linux/linux_host.h"
+#include "platform/linux/linux_inspector.h"
 #include "platform/linux/port_map.h"
+#include "platform/linux/tray_watch.h"
 #include "platform/linux/unix_server.h"
+#include "platform/linux/way_down.h"
 #include "platform/qt/bus_notifier.h"
 #include "platform/qt/device_port.h"
 #include "platform/qt/device_watch.h"
 #include "platform/qt/end_signals.h"
+#include "platform/qt/program_run.h"
 #include "platform/qt/qt_dialogs.h"
 #include "platform/qt/qt_timer.h"
 #include "platform/sqlite/sqlite_history.h"
 #include "schedule/schedule_tables.h"
 #include "ui/about_window.h"
 #include "ui/alert_window.h"
+#include "ui/check_window.h"
 #include "ui/day_history_window.h"
 #include "ui/history_window.h"
 #include "ui/log_window.h"
@@ -38,6 +44,7 @@
 #include "ui/settings_window.h"
 #include "ui/shutdown_report_window.h"
 #include "ui/splash_window.h"
+#include "ui/tray_icon.h"
 #include "ui/windows.h"
 
 namespace orvane {
@@ -76,6 +83,15 @@ struct Outside {
   Windows windows;
   UnixServer share_server{settings.share_socket, NotifyOf,
                           [this](const std::string& line) { host.Report(line); }};
+  QtTimer tray_patience;
+  QtTimer inspector_limit;
+  ProgramRun companion_run{std::chrono::seconds(2)};
+  LinuxInspector inspector{LinuxInspector::PlacesOf(host),
+                           settings,
+                           host.SystemBus(),
+                           inspector_limit,
+                           [this](auto&&... run) { companion_run.Start(run...); },
+                           [this](int number) { return ports.DeviceOf(number); }};
   Seams seams{{poll_timer, countdown_timer, schedule_timer, dial_timer, clock_timer},
               alert_timer,
               modem_timer,
@@ -86,7 +102,8 @@ struct Outside {
               host,
               dialogs,
               windows,
-              share_server};
+              share_server,
+              inspector};
 };
 
 // The main form of a program that is being ended behind its back: the display goes away.
@@ -123,20 +140,13 @@ void MakeForms(Outside& outside, State& state, Panel& panel, MainForm& main_form
     return new ShutdownReportWindow(state, outside.disk,
                                     outside.host.ReportDirectory() + "/SaverApp.INI");
   });
+  windows.Make(Form::kProtectionCheck, [&] { return new CheckWindow(state, main_form); });
   windows.Make(Form::kSettings,
                [&] { return new SettingsWindow(state, panel, main_form, outside.seams); });
   for (const auto look : {&WeekLook, &SpecialLook, &SelfTestLook}) {
     windows.Make(look().form,
                  [&, look] { return new ScheduleWindow(look(), state, outside.seams); });
   }
-}
-
-// LC_ALL goes before LC_MESSAGES, and that before LANG (POSIX, Environment Variables).
-std::string Locale() {
-  for (const char* name : {"LC_ALL", "LC_MESSAGES", "LANG"}) {
-    if (const char* value = std::getenv(name); value && *value) return value;
-  }
-  return "";
 }
 
 // Answers a command line that does not ask for the window. Nothing when it does, else the exit
@@ -147,11 +157,13 @@ std::optional<int> AnswerCommandLine(int argc, char** argv) {
     case Request::kRun:
       return std::nullopt;
     case Request::kHelp:
-      std::fputs(HelpText(Locale()).c_str(), stdout);
+      std::fputs(HelpText(SessionLocale()).c_str(), stdout);
       return 0;
     case Request::kVersion:
       std::puts("Orvane " ORVANE_VERSION);
       return 0;
+    case Request::kCheck:
+      return CheckProtection(argc, argv);
     case Request::kUnknown:
       break;
   }
@@ -189,6 +201,10 @@ int Main(int argc, char** argv) {
     outside.host.Report("platform.ini names no UPS to share (" + outside.settings.bad_share_name +
                         "): a name has letters, digits, - and _");
   }
+  if (const auto took = WayDownTime(outside.disk, outside.program_directory)) {
+    outside.inspector.WayDown(took);
+    KeepWayDownTime(outside.disk, outside.program_directory, *took);
+  }
   State state;
   state.BatteryVoltage = outside.settings.battery_voltage;
   outside.dialogs.Chinese = [&state] { return state.language == Language::kChinese; };
@@ -202,6 +218,11 @@ int Main(int argc, char** argv) {
   windows.MakeMain(main_window, {[&] { return main_form.Load(); }, [&] { main_form.Activate(); },
                                  [&] { main_form.Unload(); }, [&] { return main_form.Loaded(); }});
   MakeForms(outside, state, panel, main_form, history);
+  TrayIcon tray_icon(state, panel, main_form, windows);
+  const TrayWatch tray_watch(outside.host.SessionBus(), outside.tray_patience, [&](bool modern) {
+    const bool x11 = QApplication::platformName() == "xcb";
+    if (modern || x11) tray_icon.Appear();
+  });
 
   const auto& ports = outside.settings.ports;
   const DeviceWatch device_watch({ports.begin(), ports.end()},

@@ -35,9 +35,14 @@ MainForm::MainForm(State& state, Panel& panel, const Seams& seams)
       dialler_(state, panel, seams),
       schedule_(state, journals_, shutdown_, seams),
       share_(state, panel, seams),
+      check_(state, panel, seams),
+      tray_(state, panel, seams),
       history_(state, panel, seams.clock) {
   link_.OnShown = [this] { share_.Update(); };
-  shutdown_.OnBegin = [this] { share_.TellGoingDown(); };
+  shutdown_.OnBegin = [this] {
+    share_.TellGoingDown();
+    tray_.TellGoingDown();
+  };
   schedule_.OnSelfTest = [this] { history_.BeginSelfTest(kLongestTestToLow); };
   shutdown_.OnUpsTold = [this] { history_.BeginWayDown(); };
   shutdown_.OnEnd = [this] { share_.AwaitOthers(); };
@@ -67,17 +72,23 @@ bool MainForm::Load() {
   seams_.ups_port.OnReceive = [this] {
     link_.OnReceive();
     notices_.Update();
+    tray_.Update();
   };
   notices_.Withdraw();
   seams_.ups_port.Notify(false);
   CaptureNeedles(panel_, state_.Main);
-  if (!file_is_old_) LoadSettings(seams_.disk, SettingsPath(), state_);
+  if (!file_is_old_)
+    LoadSettings(seams_.disk, SettingsPath(seams_.host.ProgramDirectory()), state_);
   state_.language = DeriveLanguage(state_);
   SetCaptions(state_, panel_);
   static_cast<void>(journals_.WriteLog(state_.Text(Message::kProgramStart)));
   state_.ShutdownCommand = DeriveShutdownCommand(state_);
   share_.Start();
+  check_.Start();
+  check_.Ask();
+  tray_.Update();
   link_.OpenPort();
+  check_.Update();
   // A box of the port may have held the load until the end of the program.
   return loaded_;
 }
@@ -114,7 +125,9 @@ void MainForm::Reload() {
 }
 
 bool MainForm::SaveSettings() {
-  file_is_old_ = !orvane::SaveSettings(seams_.disk, SettingsPath(), state_);
+  file_is_old_ =
+      !orvane::SaveSettings(seams_.disk, SettingsPath(seams_.host.ProgramDirectory()), state_);
+  check_.Ask();
   return !file_is_old_;
 }
 
@@ -142,10 +155,6 @@ void MainForm::AskForShutdown() {
   }
 }
 
-std::string MainForm::SettingsPath() const {
-  return seams_.host.ProgramDirectory() + "/Orvane.ini";
-}
-
 // The timers as the form was designed: poll, schedule and clock run from the start.
 void MainForm::DesignTimers() {
   struct Row {
@@ -169,12 +178,19 @@ void MainForm::AttachTimers() {
     link_.OnPoll();
     notices_.OnPoll();
     share_.OnPoll();
+    check_.OnPoll();
+    tray_.Update();
   };
   seams_.timers.countdown_timer.Tick = [this] {
     countdown_.OnCountdown();
-    if (!GoingDown()) notices_.Update();
+    if (GoingDown()) return;
+    notices_.Update();
+    tray_.Update();
   };
-  seams_.timers.schedule_timer.Tick = [this] { schedule_.OnSchedule(); };
+  seams_.timers.schedule_timer.Tick = [this] {
+    schedule_.OnSchedule();
+    if (!GoingDown()) check_.Update();
+  };
   dialler_.Attach();
   seams_.timers.clock_timer.Tick = [this] {
     ShowClock();

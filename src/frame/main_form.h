@@ -4,6 +4,7 @@
 #include "app/panel.h"
 #include "app/seams.h"
 #include "app/state.h"
+#include "check/protection_check.h"
 #include "dial/dialler.h"
 #include "history/recorder.h"
 #include "link/ups_link.h"
@@ -11,6 +12,7 @@
 #include "protect/countdown.h"
 #include "protect/notices.h"
 #include "protect/shutdown.h"
+#include "protect/tray_state.h"
 #include "records/journals.h"
 #include "schedule/schedule_engine.h"
 #include "share/ups_share.h"
@@ -68,6 +70,9 @@ class MainForm {
   void AskForShutdown();
   void OpenAbout() { seams_.forms.Show(Form::kAbout); }
 
+  void OpenProtectionCheck() { seams_.forms.Show(Form::kProtectionCheck); }
+  ProtectionCheck& Check() { return check_; }
+
   // The logic of the forms that live on the timers of this one.
   AlertForm& Alert() { return alert_; }
 
@@ -75,7 +80,6 @@ class MainForm {
   void ShowBars() { panel_.bar_face.Visible(true); }
 
  private:
-  std::string SettingsPath() const;
   void DesignTimers();
   void AttachTimers();
   void ShowClock();
@@ -92,6 +96,8 @@ class MainForm {
   Dialler dialler_;
   ScheduleEngine schedule_;
   UpsShare share_;
+  ProtectionCheck check_;
+  TrayState tray_;
   Recorder history_;
   bool loaded_ = false;
   bool file_is_old_ = false;  // the last save of the settings failed

@@ -13,6 +13,7 @@
 #include "ui/form_parts.h"
 #include "ui/information_area.h"
 #include "ui/look.h"
+#include "ui/shield_button.h"
 #include "ui/state_strip.h"
 #include "ui/twips.h"
 
@@ -62,7 +63,9 @@ const std::vector<Menu>& Menus() {
         {"test_to_low", &Panel::test_to_low_entry, &MainForm::TestToLow},
         {"cancel_test", &Panel::cancel_test_entry, &MainForm::CancelTest},
         {},
-        {"shutdown", &Panel::shutdown_entry, &MainForm::AskForShutdown}}},
+        {"shutdown", &Panel::shutdown_entry, &MainForm::AskForShutdown},
+        {},
+        {"protection_check", &Panel::check_entry, &MainForm::OpenProtectionCheck}}},
       {"help_menu", &Panel::help_menu, {{"about", &Panel::about_entry, &MainForm::OpenAbout}}},
   };
   return menus;
@@ -106,6 +109,9 @@ MainWindow::MainWindow(const State& state, Panel& panel, MainForm& form)
 
 void MainWindow::AddMenus() {
   menuBar()->setNativeMenuBar(false);
+  auto* shield = new ShieldButton(panel_.shield, menuBar());
+  connect(shield, &QToolButton::clicked, this, [&form = form_] { form.OpenProtectionCheck(); });
+  menuBar()->setCornerWidget(shield);
   for (const Menu& row : Menus()) {
     QMenu* menu = menuBar()->addMenu(QString());
     menu->setObjectName(row.name);

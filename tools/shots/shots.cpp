@@ -33,6 +33,8 @@ constexpr Shot kShots[] = {
     {"shutdown-report", ShutdownReport},
     {"settings", Setup},
     {"settings-nothing-chosen", SetupWithoutFile},
+    {"check", CheckReady},
+    {"check-open", CheckWithOpenPoints},
     {"week", Week},
     {"special-days", Special},
     {"self-tests", SelfTest},
