@@ -164,6 +164,7 @@ void Follow(benchmark::State& state, seconds length) {
 
 constexpr seconds kMinutes40Days = minutes(kKeptMinutes);
 constexpr seconds kHours10Years = hours(kKeptHours);
+BENCHMARK_CAPTURE(Open, a_day, hours(24))->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(Open, minutes_of_40_days, kMinutes40Days)->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(Open, hours_of_10_years, kHours10Years)->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(Frame, minutes_of_40_days, kMinutes40Days)->Unit(benchmark::kMillisecond);

@@ -62,7 +62,7 @@ struct Episode {
   std::int64_t id = 0;  // above 0, in the order of the beginnings
   EpisodeKind kind = EpisodeKind::kMainsFailure;
   sys_seconds begin;
-  sys_seconds end;  // with kNotYet: of no meaning
+  sys_seconds end;  // with kNotYet: when it was seen last, to a minute
   Ending ending = Ending::kNotYet;
   // In hundredths of a percent; nothing where no reading was taken.
   std::optional<std::int64_t> first_battery, lowest_battery, highest_load, mean_load;

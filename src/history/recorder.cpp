@@ -42,30 +42,16 @@ void KeepNewest(auto& list) {
 
 }  // namespace
 
-// Episodes that an earlier run left open end where that run is last known to have lived.
+// Episodes that an earlier run left open end where it saw them last.
 void Recorder::Start() {
   started_ = true;
-  HistoryStore& store = *store_;
-  last_id_ = store.LastEpisode();
-  const sys_seconds always{};
-  const sys_seconds never = sys_seconds::max();
-  std::vector<Episode> left;
-  sys_seconds latest{};
-  for (Episode& episode : store.Episodes(always, never)) {
-    if (episode.ending == Ending::kNotYet) left.push_back(episode);
-    latest = std::max(latest, std::max(episode.begin, episode.end));
-  }
-  if (left.empty()) return;
-  for (Episode& episode : left) {
-    // The last minute that was written before anything else began again.
-    const auto samples = store.Samples(Step::kMinute, episode.begin, never);
-    const sys_seconds seen =
-        samples.empty() ? latest : std::max(latest, samples.back().begin + minutes(1));
-    episode.end = std::max(episode.begin, seen);
+  last_id_ = store_->LastEpisode();
+  for (Episode& episode : store_->Episodes(sys_seconds::max() - seconds(1), sys_seconds::max())) {
+    if (episode.ending != Ending::kNotYet) continue;
     episode.ending = Ending::kUnknown;
+    Put(episode);
   }
-  episodes_ = std::move(left);
-  Write();
+  if (due_) Write();
 }
 
 void Recorder::Look() {
@@ -156,8 +142,7 @@ void Recorder::Begin(EpisodeKind kind, sys_seconds now) {
     open.load_sum = load;
     open.load_readings = 1;
   }
-  episodes_.push_back(open.episode);
-  due_ = true;
+  Put(open.episode);
 }
 
 void Recorder::Close(EpisodeKind kind, sys_seconds end, Ending ending) {
@@ -165,19 +150,30 @@ void Recorder::Close(EpisodeKind kind, sys_seconds end, Ending ending) {
   if (!open) return;
   open->episode.end = std::max(open->episode.begin, end);
   open->episode.ending = ending;
-  episodes_.push_back(open->episode);
+  Put(open->episode);
   open.reset();
-  due_ = true;
 }
 
 void Recorder::CloseAll(sys_seconds end, Ending ending) {
   for (std::size_t i = 0; i < kEpisodeKinds; ++i) Close(static_cast<EpisodeKind>(i), end, ending);
 }
 
+// With what lasts as far as it has come: the computer may die of it.
 void Recorder::CloseMinute() {
   if (!minute_) return;
   minutes_.push_back(*minute_);
   minute_.reset();
+  due_ = true;
+  for (auto& open : open_) {
+    if (!open) continue;
+    open->episode.end = std::max(open->episode.begin, last_look_.value_or(open->episode.begin));
+    Put(open->episode);
+  }
+}
+
+void Recorder::Put(const Episode& episode) {
+  std::erase_if(episodes_, [&](const Episode& older) { return older.id == episode.id; });
+  episodes_.push_back(episode);
   due_ = true;
 }
 

@@ -53,6 +53,7 @@ class Recorder {
   void Close(EpisodeKind kind, sys_seconds end, Ending ending);
   void CloseAll(sys_seconds end, Ending ending);
   void CloseMinute();
+  void Put(const Episode& episode);
   void Write();
 
   const State& state_;

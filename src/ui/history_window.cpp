@@ -149,31 +149,40 @@ void HistoryWindow::Follow() {
 // all of it.
 void HistoryWindow::ReadOutages() {
   const sys_seconds now = clock_.SystemSeconds();
-  const bool anew = !read_ || now < *read_;
-  for (const Episode& episode :
-       source_.Episodes(anew ? sys_seconds{} : *read_ - kOverlap, sys_seconds::max())) {
-    if (episode.kind != EpisodeKind::kMainsFailure) continue;
-    auto row = std::find_if(listed_.begin(), listed_.end(),
-                            [&](const Episode& listed) { return listed.id <= episode.id; });
-    const auto index = row - listed_.begin();
-    if (row == listed_.end() || row->id != episode.id) {
-      listed_.insert(row, episode);
-      outages_->insertTopLevelItem(static_cast<int>(index), new QTreeWidgetItem);
-    } else {
-      *row = episode;
-    }
-    ShowOutage(static_cast<std::size_t>(index));
+  if (!read_ || now < *read_) {
+    read_ = sys_seconds{} + kOverlap;
+    listed_.clear();
+    outages_->clear();
   }
+  const std::int64_t last_id = listed_.empty() ? 0 : listed_.front().id;
+  std::vector<Episode> added;
+  for (const Episode& episode : source_.Episodes(*read_ - kOverlap, sys_seconds::max())) {
+    if (episode.kind != EpisodeKind::kMainsFailure) continue;
+    if (episode.id > last_id) {
+      added.push_back(episode);
+      continue;
+    }
+    const auto listed = std::find_if(listed_.begin(), listed_.end(),
+                                     [&](const Episode& one) { return one.id == episode.id; });
+    if (listed == listed_.end()) continue;
+    *listed = episode;
+    const QStringList texts = Texts(episode);
+    QTreeWidgetItem* item = outages_->topLevelItem(static_cast<int>(listed - listed_.begin()));
+    for (int i = 0; i < texts.size(); ++i) item->setText(i, texts[i]);
+  }
+  std::sort(added.begin(), added.end(),
+            [](const Episode& a, const Episode& b) { return a.id > b.id; });
+  QList<QTreeWidgetItem*> items;
+  for (const Episode& episode : added) items.append(new QTreeWidgetItem(Texts(episode)));
+  listed_.insert(listed_.begin(), added.begin(), added.end());
+  outages_->insertTopLevelItems(0, items);
   read_ = now;
 }
 
-void HistoryWindow::ShowOutage(std::size_t row) {
-  const Episode& outage = listed_[row];
+QStringList HistoryWindow::Texts(const Episode& outage) const {
   const seconds length = EndOf(outage, clock_.SystemSeconds()) - outage.begin;
-  const QString texts[] = {TimeOf(outage.begin), LengthText(length), Percent(outage.lowest_battery),
-                           Pick(state_, kEndings[static_cast<std::size_t>(outage.ending)])};
-  QTreeWidgetItem* item = outages_->topLevelItem(static_cast<int>(row));
-  for (int i = 0; i < static_cast<int>(std::size(texts)); ++i) item->setText(i, texts[i]);
+  return {TimeOf(outage.begin), LengthText(length), Percent(outage.lowest_battery),
+          Pick(state_, kEndings[static_cast<std::size_t>(outage.ending)])};
 }
 
 void HistoryWindow::ShowSums() {

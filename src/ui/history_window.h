@@ -32,7 +32,7 @@ class HistoryWindow : public QWidget {
   void AddSpans(QBoxLayout* row);
   void Follow();
   void ReadOutages();
-  void ShowOutage(std::size_t row);
+  QStringList Texts(const Episode& outage) const;
   void ShowSums();
   QString Csv() const;
   void SaveAs();

@@ -4,6 +4,9 @@ import os
 import re
 import select
 import signal
+import sqlite3
+import time
+from contextlib import closing
 
 from harness import BUILD, PATIENCE, OrvaneTest, wait_until
 
@@ -86,6 +89,30 @@ class UpsSimTest(OrvaneTest):
         wait_until(self.ups_link.exists, "a link that leads somewhere")
         self.expect_service()
 
+    def test_a_history_as_a_stranger_reads_it(self):
+        def write():
+            process = self.start_process(BUILD / "orvane-ups-sim", "--history", self.folder)
+            return process.wait(), process.errors
+
+        self.assertEqual(write(), (0, []))
+        with closing(sqlite3.connect(self.folder / "History.db")) as base:
+            count, begin, end, noon = base.execute(
+                "SELECT count(*), min(begin), max(begin), max(load_sum / readings) FROM minutes"
+            ).fetchone()
+            self.assertLess(abs(time.time() - end), 200)
+            self.assertTrue(59 * 86400 < end - begin < 61 * 86400 and count > 86000)
+            self.assertTrue(4000 < noon < 7000)
+            self.assertEqual(base.execute(
+                "SELECT kind, count(*), sum(ending = 0) FROM episodes GROUP BY kind").fetchall(),
+                [(0, 3, 0), (6, 5, 0), (7, 1, 0)])
+            # The hours hold what their minutes hold.
+            self.assertEqual(base.execute(
+                "SELECT count(*) FROM hours WHERE readings != (SELECT sum(readings) FROM minutes "
+                "WHERE begin / 3600 = hours.begin / 3600)").fetchone(), (0,))
+        code, errors = write()
+        self.assertEqual(code, 1)
+        self.assertIn("is there already", errors[0])
+
     def test_what_it_cannot_do_it_says(self):
         precious = self.folder / "platform.ini"
         before = precious.read_bytes()
@@ -94,6 +121,7 @@ class UpsSimTest(OrvaneTest):
                 (["--link"], 2, "Usage:"),
                 (["--link", precious], 1, "exists and is no link"),
                 (["--script", self.folder / "absent"], 1, "cannot be read"),
+                (["--history", self.folder / "absent"], 1, "History.db: unable to open"),
                 (["--script", self.folder], 1, "cannot be read"),
                 (["--script", self.script("\nquit\n")], 1, 'line 2: expected "SECONDS ORDER"')):
             with self.subTest(arguments):

@@ -130,6 +130,7 @@ TEST(RecorderTest, EpisodesKnowTheirExtremesAndEnds) {
   EXPECT_LE(watch.store.writes, 12);
   Episode outage = watch.store.episodes.at(1);
   EXPECT_EQ(outage.ending, Ending::kNotYet);
+  EXPECT_EQ(outage.lowest_battery, 9100);
 
   // A program that died leaves it open; the next one ends it where the first was last seen.
   watch.Set(minutes(90));
@@ -138,6 +139,7 @@ TEST(RecorderTest, EpisodesKnowTheirExtremesAndEnds) {
   outage = watch.store.episodes.at(1);
   EXPECT_EQ(outage.ending, Ending::kUnknown);
   EXPECT_LE(outage.end - outage.begin, minutes(11));
+  EXPECT_GE(outage.end - outage.begin, minutes(9));
 
   watch.recorder->BeginWayDown();
   outage = watch.store.episodes.at(2);
