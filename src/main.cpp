@@ -26,7 +26,6 @@
 #include "platform/qt/qt_dialogs.h"
 #include "platform/qt/qt_timer.h"
 #include "platform/sqlite/sqlite_history.h"
-#include "schedule/schedule_tables.h"
 #include "ui/about_window.h"
 #include "ui/alert_window.h"
 #include "ui/day_history_window.h"
@@ -102,31 +101,30 @@ void OccupyStandardDescriptors() {
 }
 
 // Registers how the window of each form is made; each is made when it is first shown.
-void MakeForms(Outside& outside, State& state, Panel& panel, MainForm& main_form,
-               HistorySource& history) {
+void MakeForms(Outside& outside, Engine& engine) {
   Windows& windows = outside.windows;
+  const State& state = engine.Shown();
   windows.Make(Form::kSplash, [&] { return new SplashWindow(windows); });
   windows.Make(Form::kAbout, [&] { return new AboutWindow(state, windows, outside.dialogs); });
-  windows.Make(Form::kAlert, [&] { return new AlertWindow(state, main_form.Alert()); });
+  windows.Make(Form::kAlert, [&] { return new AlertWindow(state, engine.Alert()); });
   windows.Make(Form::kLog, [&] {
-    return new LogWindow(state, outside.disk, outside.dialogs,
-                         outside.program_directory + "/System.log");
+    return new LogWindow(state, engine.Files(), outside.dialogs, engine.PathOf(Journal::kLog));
   });
   windows.Make(Form::kDayHistory, [&] {
-    return new DayHistoryWindow(state, outside.disk, outside.clock,
-                                outside.program_directory + "/DateRec.rec");
+    return new DayHistoryWindow(state, engine.Files(), outside.clock,
+                                engine.PathOf(Journal::kDayRecords));
   });
-  windows.Make(Form::kHistory,
-               [&] { return new HistoryWindow(state, panel, history, outside.clock); });
+  windows.Make(Form::kHistory, [&] {
+    return new HistoryWindow(state, engine.Fields(), engine.History(), outside.clock);
+  });
   windows.Make(Form::kShutdownReport, [&] {
-    return new ShutdownReportWindow(state, outside.disk,
-                                    outside.host.ReportDirectory() + "/SaverApp.INI");
+    return new ShutdownReportWindow(state, engine.Files(), engine.PathOf(Journal::kReport));
   });
   windows.Make(Form::kSettings,
-               [&] { return new SettingsWindow(state, panel, main_form, outside.seams); });
+               [&] { return new SettingsWindow(engine, windows, outside.dialogs); });
   for (const auto look : {&WeekLook, &SpecialLook, &SelfTestLook}) {
     windows.Make(look().form,
-                 [&, look] { return new ScheduleWindow(look(), state, outside.seams); });
+                 [&, look] { return new ScheduleWindow(look(), state, engine, windows); });
   }
 }
 
@@ -200,7 +198,7 @@ int Main(int argc, char** argv) {
   Windows& windows = outside.windows;
   windows.MakeMain(main_window, {[&] { return main_form.Load(); }, [&] { main_form.Activate(); },
                                  [&] { main_form.Unload(); }, [&] { return main_form.Loaded(); }});
-  MakeForms(outside, state, panel, main_form, history);
+  MakeForms(outside, main_form);
 
   const auto& ports = outside.settings.ports;
   const DeviceWatch device_watch({ports.begin(), ports.end()},
@@ -212,7 +210,7 @@ int Main(int argc, char** argv) {
   });
 
   windows.ShowPainted(Form::kSplash);
-  LoadSchedule(outside.disk, SchedulePath(outside.program_directory), state);
+  main_form.LoadSchedule();
   const bool loaded = windows.LoadMain();
   windows.Unload(Form::kSplash);
   // A schedule may have taken the system down while a box of the load stood open.

@@ -25,7 +25,7 @@ constexpr Place kClientArea{0, 0, 7770, 6510};
 struct Entry {
   const char* name = nullptr;
   Caption Panel::*caption = nullptr;
-  void (MainForm::*click)() = nullptr;
+  void (Engine::*click)() = nullptr;
 };
 
 struct Menu {
@@ -38,32 +38,32 @@ const std::vector<Menu>& Menus() {
   static const std::vector<Menu> menus = {
       {"system_menu",
        &Panel::system_menu,
-       {{"settings", &Panel::settings_entry, &MainForm::OpenSettings},
+       {{"settings", &Panel::settings_entry, &Engine::OpenSettings},
         {},
-        {"beeper", &Panel::beeper_entry, &MainForm::ToggleBeeper},
+        {"beeper", &Panel::beeper_entry, &Engine::ToggleBeeper},
         {},
-        {"exit", &Panel::exit_entry, &MainForm::Exit}}},
+        {"exit", &Panel::exit_entry, &Engine::Exit}}},
       {"schedule_menu",
        &Panel::schedule_menu,
-       {{"week", &Panel::week_entry, &MainForm::OpenWeek},
-        {"special_days", &Panel::special_days_entry, &MainForm::OpenSpecialDays},
+       {{"week", &Panel::week_entry, &Engine::OpenWeek},
+        {"special_days", &Panel::special_days_entry, &Engine::OpenSpecialDays},
         {},
-        {"self_tests", &Panel::self_tests_entry, &MainForm::OpenSelfTests}}},
+        {"self_tests", &Panel::self_tests_entry, &Engine::OpenSelfTests}}},
       {"analysis_menu",
        &Panel::analysis_menu,
-       {{"log", &Panel::log_entry, &MainForm::OpenLog},
-        {"day_history", &Panel::day_history_entry, &MainForm::OpenDayHistory},
-        {"history", &Panel::history_entry, &MainForm::OpenHistory},
+       {{"log", &Panel::log_entry, &Engine::OpenLog},
+        {"day_history", &Panel::day_history_entry, &Engine::OpenDayHistory},
+        {"history", &Panel::history_entry, &Engine::OpenHistory},
         {},
-        {"shutdown_report", &Panel::shutdown_report_entry, &MainForm::OpenShutdownReport}}},
+        {"shutdown_report", &Panel::shutdown_report_entry, &Engine::OpenShutdownReport}}},
       {"control_menu",
        &Panel::control_menu,
-       {{"short_test", &Panel::short_test_entry, &MainForm::TestFor10Seconds},
-        {"test_to_low", &Panel::test_to_low_entry, &MainForm::TestToLow},
-        {"cancel_test", &Panel::cancel_test_entry, &MainForm::CancelTest},
+       {{"short_test", &Panel::short_test_entry, &Engine::TestFor10Seconds},
+        {"test_to_low", &Panel::test_to_low_entry, &Engine::TestToLow},
+        {"cancel_test", &Panel::cancel_test_entry, &Engine::CancelTest},
         {},
-        {"shutdown", &Panel::shutdown_entry, &MainForm::AskForShutdown}}},
-      {"help_menu", &Panel::help_menu, {{"about", &Panel::about_entry, &MainForm::OpenAbout}}},
+        {"shutdown", &Panel::shutdown_entry, &Engine::AskForShutdown}}},
+      {"help_menu", &Panel::help_menu, {{"about", &Panel::about_entry, &Engine::OpenAbout}}},
   };
   return menus;
 }
@@ -93,7 +93,7 @@ void FollowFaces(Panel& panel, QWidget* bars, QWidget* dials) {
 
 }  // namespace
 
-MainWindow::MainWindow(const State& state, Panel& panel, MainForm& form)
+MainWindow::MainWindow(const State& state, Panel& panel, Engine& form)
     : QMainWindow(nullptr, Qt::Window | kClosable | Qt::WindowMinimizeButtonHint),
       panel_(panel),
       form_(form) {

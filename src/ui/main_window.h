@@ -5,7 +5,7 @@
 
 #include "app/panel.h"
 #include "app/state.h"
-#include "frame/main_form.h"
+#include "frame/engine.h"
 
 namespace orvane {
 
@@ -14,14 +14,14 @@ class MainWindow : public QMainWindow {
 
  public:
   // `panel` and `form` have to outlive the window.
-  MainWindow(const State& state, Panel& panel, MainForm& form);
+  MainWindow(const State& state, Panel& panel, Engine& form);
 
  private:
   void AddMenus();
   void AddAreas(const State& state);
 
   Panel& panel_;
-  MainForm& form_;
+  Engine& form_;
 };
 
 }  // namespace orvane
