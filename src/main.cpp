@@ -1,10 +1,7 @@
 // Orvane: watches an uninterruptible power supply and protects the computer that hangs on it.
-#include <fcntl.h>
 #include <signal.h>
-#include <unistd.h>
 
 #include <QApplication>
-#include <QSocketNotifier>
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
@@ -13,12 +10,17 @@
 #include <optional>
 
 #include "app/options.h"
+#include "bus/bus_engine.h"
+#include "bus/service_watch.h"
+#include "check_command.h"
 #include "frame/main_form.h"
+#include "inspector_parts.h"
 #include "platform/linux/linux_clock.h"
 #include "platform/linux/linux_disk.h"
 #include "platform/linux/linux_host.h"
 #include "platform/linux/port_map.h"
 #include "platform/linux/unix_server.h"
+#include "platform/linux/way_down.h"
 #include "platform/qt/bus_notifier.h"
 #include "platform/qt/device_port.h"
 #include "platform/qt/device_watch.h"
@@ -26,8 +28,10 @@
 #include "platform/qt/qt_dialogs.h"
 #include "platform/qt/qt_timer.h"
 #include "platform/sqlite/sqlite_history.h"
+#include "start.h"
 #include "ui/about_window.h"
 #include "ui/alert_window.h"
+#include "ui/check_window.h"
 #include "ui/day_history_window.h"
 #include "ui/history_window.h"
 #include "ui/log_window.h"
@@ -37,25 +41,18 @@
 #include "ui/settings_window.h"
 #include "ui/shutdown_report_window.h"
 #include "ui/splash_window.h"
+#include "ui/tray_icon.h"
 #include "ui/windows.h"
 
 namespace orvane {
 namespace {
 
-using std::chrono::milliseconds;
-
-// As long as a status reply takes: 47 characters of ten bits at 2400 baud. The modem's answers are
-// short.
-constexpr milliseconds kUpsGather{196};
-constexpr milliseconds kModemGather{0};
-
-// Has the event loop run `serve` while there is something to read at `descriptor`.
-std::shared_ptr<void> NotifyOf(int descriptor, std::function<void()> serve) {
-  auto notifier = std::make_shared<QSocketNotifier>(descriptor, QSocketNotifier::Read);
-  QObject::connect(notifier.get(), &QSocketNotifier::activated,
-                   [serve = std::move(serve)] { serve(); });
-  return notifier;
+std::shared_ptr<void> ServeBus(Bus& bus) {
+  return std::make_shared<BusNotifier>(bus);
 }
+
+// How often an attached window looks whether there is a bus at all.
+constexpr int kLookForBus = 2000;  // milliseconds
 
 // What lies outside the program, for real.
 struct Outside {
@@ -63,9 +60,7 @@ struct Outside {
   LinuxDisk disk;
   std::string program_directory = ProgramDirectoryFor(ExecutableDirectory());
   PlatformSettings settings = LoadPlatformSettings(disk, program_directory);
-  LinuxHost host{program_directory, settings,
-                 [](Bus& bus) { return std::make_shared<BusNotifier>(bus); },
-                 [] { QApplication::beep(); }};
+  LinuxHost host{program_directory, settings, ServeBus, [] { QApplication::beep(); }};
   PortMap ports{settings.ports};
   DevicePort ups_port{[this](int number) { return ports.DeviceOf(number); }, kUpsGather};
   DevicePort modem_port{[this](int number) { return ports.DeviceOf(number); }, kModemGather};
@@ -75,6 +70,11 @@ struct Outside {
   Windows windows;
   UnixServer share_server{settings.share_socket, NotifyOf,
                           [this](const std::string& line) { host.Report(line); }};
+  QtTimer inspector_limit;
+  LinuxInspector inspector{
+      InspectorPlaces(host), settings,
+      host.SystemBus(),      inspector_limit,
+      RunForInspector,       [this](int number) { return ports.DeviceOf(number); }};
   Seams seams{{poll_timer, countdown_timer, schedule_timer, dial_timer, clock_timer},
               alert_timer,
               modem_timer,
@@ -85,20 +85,12 @@ struct Outside {
               host,
               dialogs,
               windows,
-              share_server};
+              share_server,
+              inspector};
 };
 
 // The main form of a program that is being ended behind its back: the display goes away.
 MainForm* form_at_exit = nullptr;
-
-// Descriptors 0 to 2 are never a port or a file of ours, whoever closed them before the start.
-void OccupyStandardDescriptors() {
-  int descriptor = 0;
-  do {
-    descriptor = open("/dev/null", O_RDWR);
-  } while (descriptor >= 0 && descriptor <= STDERR_FILENO);
-  if (descriptor >= 0) close(descriptor);
-}
 
 // Registers how the window of each form is made; each is made when it is first shown.
 void MakeForms(Outside& outside, Engine& engine) {
@@ -128,14 +120,6 @@ void MakeForms(Outside& outside, Engine& engine) {
   }
 }
 
-// LC_ALL goes before LC_MESSAGES, and that before LANG (POSIX, Environment Variables).
-std::string Locale() {
-  for (const char* name : {"LC_ALL", "LC_MESSAGES", "LANG"}) {
-    if (const char* value = std::getenv(name); value && *value) return value;
-  }
-  return "";
-}
-
 // Answers a command line that does not ask for the window. Nothing when it does, else the exit
 // code.
 std::optional<int> AnswerCommandLine(int argc, char** argv) {
@@ -144,16 +128,104 @@ std::optional<int> AnswerCommandLine(int argc, char** argv) {
     case Request::kRun:
       return std::nullopt;
     case Request::kHelp:
-      std::fputs(HelpText(Locale()).c_str(), stdout);
+      std::fputs(HelpText(SessionLocale()).c_str(), stdout);
       return 0;
     case Request::kVersion:
       std::puts("Orvane " ORVANE_VERSION);
       return 0;
+    case Request::kCheck:
+      return CheckProtection(argc, argv);
     case Request::kUnknown:
       break;
   }
   ReportLine("orvane: unknown option " + line.unknown + "; see orvane --help");
   return 2;
+}
+
+// The program with its engine inside. Where it may attach, it makes way for the service: true when
+// that has come.
+bool RunOwnEngine(bool may_attach) {
+  Outside outside;
+  outside.host.ServeMeanwhile(outside.share_server);
+  ReportUnknown(outside.settings, outside.host);
+  if (const auto took = WayDownTime(outside.disk, outside.program_directory)) {
+    outside.inspector.WayDown(took);
+    KeepWayDownTime(outside.disk, outside.program_directory, *took);
+  }
+  State state;
+  state.BatteryVoltage = outside.settings.battery_voltage;
+  outside.dialogs.Chinese = [&state] { return state.language == Language::kChinese; };
+  Panel panel;
+  SqliteHistory history(outside.program_directory + "/History.db",
+                        [&](const std::string& line) { outside.host.Report(line); });
+  MainForm main_form(state, panel, outside.seams);
+  main_form.KeepHistory(history);
+  MainWindow main_window(state, panel, main_form);
+  Windows& windows = outside.windows;
+  windows.MakeMain(main_window, {[&] { return main_form.Load(); }, [&] { main_form.Activate(); },
+                                 [&] { main_form.Unload(); }, [&] { return main_form.Loaded(); }});
+  MakeForms(outside, main_form);
+  windows.Make(Form::kProtectionCheck, [&] { return new CheckWindow(state, main_form); });
+  const TrayIcon tray_icon(state, panel, main_form, windows);
+
+  const auto& ports = outside.settings.ports;
+  const DeviceWatch device_watch({ports.begin(), ports.end()},
+                                 [&] { main_form.OnDevicesChange(); });
+  bool service_came = false;
+  BusConnection watched_bus(Bus::Which::kSystem, ServeBus);
+  if (may_attach) {
+    WatchForService(watched_bus, [&] {
+      if (main_form.GoingDown()) return;
+      service_came = true;
+      QMetaObject::invokeMethod(
+          &windows, [&] { windows.End(); }, Qt::QueuedConnection);
+    });
+  }
+  const EndSignals end_signals([&] { windows.End(); });
+  form_at_exit = &main_form;
+  std::atexit([] {
+    if (form_at_exit) form_at_exit->Unload();
+  });
+
+  windows.ShowPainted(Form::kSplash);
+  main_form.LoadSchedule();
+  const bool loaded = windows.LoadMain();
+  windows.Unload(Form::kSplash);
+  // A schedule may have taken the system down while a box of the load stood open.
+  if (loaded && !main_form.GoingDown()) windows.Show(Form::kMain);
+  if (!windows.Ended()) QApplication::exec();
+  main_form.Unload();
+  form_at_exit = nullptr;
+  return service_came;
+}
+
+// Windows of the service's engine. They outlive it and wait for its return.
+void RunAttached(BusConnection& bus, bool just_came) {
+  Outside outside;
+  BusEngine engine(bus, outside.seams, PostToLoop);
+  outside.dialogs.Chinese = [&engine] { return engine.Shown().language == Language::kChinese; };
+  Windows& windows = outside.windows;
+  MainWindow main_window(engine.Shown(), engine.Fields(), engine);
+  windows.MakeMain(main_window, {[&] {
+                                   if (!engine.Started()) engine.Start();
+                                   return true;
+                                 },
+                                 [] {}, [&] { engine.Stop(); }, [&] { return engine.Started(); }});
+  MakeForms(outside, engine);
+  const TrayIcon tray_icon(engine.Shown(), engine.Fields(), engine, windows);
+  const EndSignals end_signals([&] { windows.End(); });
+  outside.poll_timer.Interval(kLookForBus);
+  outside.poll_timer.Tick = [&] { engine.Keep(); };
+  outside.poll_timer.Enabled(true);
+  windows.Show(Form::kMain);
+  if (just_came) {
+    PostToLoop([&] {
+      const State& state = engine.Shown();
+      outside.dialogs.Plain(state.Text(Message::kServiceWatches), "Orvane");
+    });
+  }
+  if (!windows.Ended()) QApplication::exec();
+  engine.Stop();
 }
 
 int Main(int argc, char** argv) {
@@ -172,52 +244,15 @@ int Main(int argc, char** argv) {
   QApplication::setQuitOnLastWindowClosed(false);
   look::Apply(application);
 
-  Outside outside;
-  outside.host.ServeMeanwhile(outside.share_server);
-  if (!outside.settings.unknown_action.empty()) {
-    outside.host.Report("platform.ini names no known action (" + outside.settings.unknown_action +
-                        "); a shutdown halts the computer");
+  // A portable folder always has an engine of its own.
+  const std::string executable = ExecutableDirectory();
+  const bool may_attach = ProgramDirectoryFor(executable) != executable;
+  BusConnection bus(Bus::Which::kSystem, ServeBus);
+  if (may_attach && ServiceRuns(bus)) {
+    RunAttached(bus, false);
+  } else if (RunOwnEngine(may_attach)) {
+    RunAttached(bus, true);
   }
-  if (!outside.settings.bad_battery_voltage.empty()) {
-    outside.host.Report("platform.ini names no voltage of a battery (" +
-                        outside.settings.bad_battery_voltage + ")");
-  }
-  if (!outside.settings.bad_share_name.empty()) {
-    outside.host.Report("platform.ini names no UPS to share (" + outside.settings.bad_share_name +
-                        "): a name has letters, digits, - and _");
-  }
-  State state;
-  state.BatteryVoltage = outside.settings.battery_voltage;
-  outside.dialogs.Chinese = [&state] { return state.language == Language::kChinese; };
-  Panel panel;
-  SqliteHistory history(outside.program_directory + "/History.db",
-                        [&](const std::string& line) { outside.host.Report(line); });
-  MainForm main_form(state, panel, outside.seams);
-  main_form.KeepHistory(history);
-  MainWindow main_window(state, panel, main_form);
-  Windows& windows = outside.windows;
-  windows.MakeMain(main_window, {[&] { return main_form.Load(); }, [&] { main_form.Activate(); },
-                                 [&] { main_form.Unload(); }, [&] { return main_form.Loaded(); }});
-  MakeForms(outside, main_form);
-
-  const auto& ports = outside.settings.ports;
-  const DeviceWatch device_watch({ports.begin(), ports.end()},
-                                 [&] { main_form.OnDevicesChange(); });
-  const EndSignals end_signals([&] { windows.End(); });
-  form_at_exit = &main_form;
-  std::atexit([] {
-    if (form_at_exit) form_at_exit->Unload();
-  });
-
-  windows.ShowPainted(Form::kSplash);
-  main_form.LoadSchedule();
-  const bool loaded = windows.LoadMain();
-  windows.Unload(Form::kSplash);
-  // A schedule may have taken the system down while a box of the load stood open.
-  if (loaded && !main_form.GoingDown()) windows.Show(Form::kMain);
-  if (!windows.Ended()) QApplication::exec();
-  main_form.Unload();
-  form_at_exit = nullptr;
   return 0;
 }
 

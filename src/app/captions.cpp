@@ -27,6 +27,7 @@ constexpr MenuRow kMenus[] = {
     {&Panel::test_to_low_entry, Message::kTestToLowEntry},
     {&Panel::cancel_test_entry, Message::kCancelTestEntry},
     {&Panel::shutdown_entry, Message::kShutdownEntry},
+    {&Panel::check_entry, Message::kCheckEntry},
     {&Panel::help_menu, Message::kHelpMenu},
     {&Panel::about_entry, Message::kAboutEntry},
 };

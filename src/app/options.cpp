@@ -1,6 +1,7 @@
 #include "app/options.h"
 
 #include <algorithm>
+#include <cstdlib>
 #include <string_view>
 
 namespace orvane {
@@ -22,6 +23,8 @@ constexpr const char* kEnglish =
     "Usage: orvane [OPTION]\n"
     "Watches a UPS on a serial port and protects this computer when the mains fails.\n"
     "\n"
+    "  --check     tell whether this computer is protected, and exit:\n"
+    "              0 if it is, 1 if something needs attention, 2 if it is not\n"
     "  --help      show this text and exit\n"
     "  --version   show the version and exit\n"
     "\n"
@@ -31,6 +34,8 @@ constexpr const char* kChinese =
     "用法：orvane [选项]\n"
     "监视串行口上的 UPS，市电中断时保护本机。\n"
     "\n"
+    "  --check     检查本机是否受到保护，然后退出：\n"
+    "              0 为就绪，1 为有需要注意之处，2 为未就绪\n"
     "  --help      显示本说明并退出\n"
     "  --version   显示版本并退出\n"
     "\n"
@@ -42,6 +47,7 @@ CommandLine ReadCommandLine(int argc, const char* const* argv) {
   for (int i = 1; i < argc; ++i) {
     const std::string_view argument = argv[i];
     if (argument == "--help" || argument == "-h") return {Request::kHelp, ""};
+    if (argument == "--check") return {Request::kCheck, ""};
     if (argument == "--version" || argument == "-v") return {Request::kVersion, ""};
     std::string_view name = argument;
     if (!name.starts_with('-')) return {Request::kUnknown, argv[i]};
@@ -57,8 +63,19 @@ CommandLine ReadCommandLine(int argc, const char* const* argv) {
   return {};
 }
 
+std::string SessionLocale() {
+  for (const char* name : {"LC_ALL", "LC_MESSAGES", "LANG"}) {
+    if (const char* value = std::getenv(name); value && *value) return value;
+  }
+  return "";
+}
+
+bool IsChinese(const std::string& locale) {
+  return locale.starts_with("zh");
+}
+
 std::string HelpText(const std::string& locale) {
-  return locale.starts_with("zh") ? kChinese : kEnglish;
+  return IsChinese(locale) ? kChinese : kEnglish;
 }
 
 }  // namespace orvane

@@ -7,6 +7,7 @@
 #include <iterator>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "app/enum_array.h"
 
@@ -135,6 +136,57 @@ inline constexpr UpsDatum kUpsData[] = {UpsDatum::kBatteryCount, UpsDatum::kMode
 template <class T>
 using PerUpsDatum = EnumArray<UpsDatum, T, std::size(kUpsData)>;
 
+// How well the computer is protected.
+enum class Grade {
+  kReady,      // green
+  kAttention,  // amber: something is to be looked at
+  kNotReady,   // red: the protection would fail
+};
+
+// The shield in the menu bar: the worst of the points of the protection check, and how many of them
+// are not green.
+class Shield : public Control {
+ public:
+  Grade Worst() const { return state_.worst; }
+  int Points() const { return state_.points; }
+  // What it says; it changes with the language, too.
+  const std::string& Summary() const { return state_.summary; }
+
+  void Show(Grade worst, int points, std::string summary) {
+    Set(state_, Shown{worst, points, std::move(summary)});
+  }
+
+ private:
+  struct Shown {
+    Grade worst = Grade::kAttention;
+    int points = 0;
+    std::string summary;
+    bool operator==(const Shown&) const = default;
+  };
+
+  Shown state_;
+};
+
+// The icon in the tray of the desktop: what it shows, and in words with the seconds that are left.
+enum class TrayFace { kMains, kBattery, kFault, kSilent };
+
+class Tray : public Control {
+ public:
+  TrayFace Face() const { return state_.face; }
+  const std::string& Tip() const { return state_.tip; }
+
+  void Show(TrayFace face, std::string tip) { Set(state_, Shown{face, std::move(tip)}); }
+
+ private:
+  struct Shown {
+    TrayFace face = TrayFace::kSilent;
+    std::string tip;
+    bool operator==(const Shown&) const = default;
+  };
+
+  Shown state_;
+};
+
 struct Panel {
   Panel() { Design(); }
 
@@ -174,10 +226,14 @@ struct Panel {
   Label port_line;    // the UPS port
   Label clock;        // date and time
 
+  Shield shield;
+  Tray tray;
+
   Caption system_menu, settings_entry, beeper_entry, exit_entry;
   Caption schedule_menu, week_entry, special_days_entry, self_tests_entry;
   Caption analysis_menu, log_entry, day_history_entry, history_entry, shutdown_report_entry;
-  Caption control_menu, short_test_entry, test_to_low_entry, cancel_test_entry, shutdown_entry;
+  Caption control_menu, short_test_entry, test_to_low_entry, cancel_test_entry, shutdown_entry,
+      check_entry;
   Caption help_menu, about_entry;
 };
 

@@ -6,6 +6,7 @@
 #include "platform/disk.h"
 #include "platform/forms.h"
 #include "platform/host.h"
+#include "platform/inspector.h"
 #include "platform/local_server.h"
 #include "platform/serial_port.h"
 #include "platform/timer.h"
@@ -41,6 +42,7 @@ struct Seams {
   Dialogs& dialogs;
   Forms& forms;
   LocalServer& share_server;  // on which upsd calls
+  Inspector& inspector;
 };
 
 }  // namespace orvane

@@ -52,20 +52,36 @@ class FieldReader {
   std::string_view rest_;
 };
 
-}  // namespace
-
-void ParseSettings(std::string_view text, State& state) {
+// ParseSettings, telling whether it came to the end of the line.
+bool ReadFields(std::string_view text, State& state) {
   if (text.starts_with(kByteOrderMark)) text.remove_prefix(kByteOrderMark.size());
   FieldReader fields(text);
   for (std::size_t slot = 0; slot < kSlotsBeforePhone; ++slot) {
     const auto value = fields.Number();
-    if (!value) return;
+    if (!value) return false;
     state.Settings[slot] = *value;
   }
   const auto phone = fields.Text();
-  if (!phone) return;
+  if (!phone) return false;
   state.PhoneCode = *phone;
-  if (const auto language = fields.Number()) state.Settings[kLanguage] = *language;
+  const auto language = fields.Number();
+  if (language) state.Settings[kLanguage] = *language;
+  return language.has_value();
+}
+
+}  // namespace
+
+void ParseSettings(std::string_view text, State& state) {
+  static_cast<void>(ReadFields(text, state));
+}
+
+bool SettingsAreWhole(std::string_view text) {
+  State read;
+  return ReadFields(text, read);
+}
+
+std::string SettingsPath(const std::string& program_directory) {
+  return program_directory + "/Orvane.ini";
 }
 
 void LoadSettings(const Disk& disk, const std::string& path, State& state) {

@@ -33,6 +33,12 @@ bool SaveSettings(Disk& disk, const std::string& path, const State& state);
 // The line as it stands in the file, with its carriage return and line feed.
 std::string SettingsLine(const State& state);
 
+// The path of the file in the program's directory, which is given without a slash at the end.
+std::string SettingsPath(const std::string& program_directory);
+
+// Whether all twelve fields of a file's text can be read.
+bool SettingsAreWhole(std::string_view text);
+
 // The fields of a file's text, by the rules of LoadSettings.
 void ParseSettings(std::string_view text, State& state);
 

@@ -1,5 +1,6 @@
 // The companion: has the user's applications save and close before the computer goes down, and
-// leaves a report of it. Takes no arguments and ends by itself, whatever happens.
+// leaves a report of it. Ends by itself, whatever happens. With `--version` it does nothing but
+// tell that.
 #include <poll.h>
 #include <signal.h>
 #include <sys/time.h>
@@ -7,18 +8,25 @@
 
 #include <algorithm>
 #include <chrono>
+#include <cstdio>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "app/patience.h"
 #include "app/settings.h"
 #include "companion/report.h"
 #include "companion/saver.h"
+#include "platform/linux/companion_mark.h"
 #include "platform/linux/linux_disk.h"
 #include "platform/linux/linux_host.h"
 #include "platform/linux/platform_settings.h"
 
 namespace {
+
+// Stands in the executable for whoever looks before he asks: a companion that does not know the
+// option would close the applications.
+constexpr std::string_view kVersionOption = orvane::kCompanionVersionMark;
 
 // From the end of the patience to the last moment of all, for a display or a disk that hangs. Even
 // with the longest patience it lies within the 40 s that the program waits for its companion.
@@ -45,11 +53,15 @@ void SetGuard(std::chrono::steady_clock::time_point end) {
 
 }  // namespace
 
-int main() {
+int main(int argc, char** argv) {
   using namespace orvane;
+  // Whoever wants to know whether it runs.
+  if (argc == 2 && kVersionOption.ends_with(argv[1])) {
+    return std::puts("exit.exe " ORVANE_VERSION) < 0 ? 1 : 0;
+  }
   const auto begun = std::chrono::steady_clock::now();
   // Until the settings are read, the delay may be the shortest.
-  SetGuard(begun + companion::PatienceFor(0) + kGrace);
+  SetGuard(begun + PatienceFor(0) + kGrace);
   // The program may be ended while this one still works.
   signal(SIGHUP, SIG_IGN);
   signal(SIGPIPE, SIG_IGN);
@@ -58,7 +70,7 @@ int main() {
   const std::string program = ProgramDirectoryFor(ExecutableDirectory());
   State state;
   LoadSettings(disk, program + "/Orvane.ini", state);
-  const std::chrono::seconds patience = companion::PatienceFor(state.Settings[kShutdownDelay]);
+  const std::chrono::seconds patience = PatienceFor(state.Settings[kShutdownDelay]);
   SetGuard(begun + patience + kGrace);
   const std::string path = LoadPlatformSettings(disk, program).report_directory + "/SaverApp.INI";
 

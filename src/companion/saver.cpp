@@ -18,10 +18,6 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-constexpr std::chrono::seconds kLeastPatience{5};
-constexpr std::chrono::seconds kWayDown{15};        // of the system, once it has been asked for
-constexpr std::chrono::seconds kShortestDelay{30};  // of the UPS
-
 constexpr std::chrono::milliseconds kLook{50};
 constexpr std::chrono::milliseconds kFileLook{500};
 constexpr std::chrono::milliseconds kFilesLimit{10};
@@ -103,12 +99,6 @@ bool IsDone(const Application& application, Clock::time_point gone_at,
 }
 
 }  // namespace
-
-std::chrono::seconds PatienceFor(int shutdown_delay) {
-  const std::chrono::seconds delay =
-      shutdown_delay > 0 ? std::chrono::minutes(shutdown_delay) : kShortestDelay;
-  return std::clamp(delay - kWayDown, kLeastPatience, kMostPatience);
-}
 
 std::vector<std::unique_ptr<Desktop>> OpenDesktops() {
   std::vector<std::unique_ptr<Desktop>> desktops;

@@ -11,13 +11,6 @@
 
 namespace orvane::companion {
 
-inline constexpr std::chrono::seconds kMostPatience{31};
-
-// How long applications are waited for, when the UPS has just been told to switch off after the
-// delay of the settings (slot 7: 0 for 30 seconds, else minutes): at most kMostPatience, and so
-// that the system has 15 s for its own way down, but never less than 5 s.
-std::chrono::seconds PatienceFor(int shutdown_delay);
-
 // The desktops of this session; more than one where X11 applications stand among others, none where
 // there is nobody to ask.
 std::vector<std::unique_ptr<Desktop>> OpenDesktops();

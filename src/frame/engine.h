@@ -37,6 +37,9 @@ class Engine : public ScheduleStore {
 
   virtual AlertForm& Alert() = 0;
 
+  // The way down has begun: the windows stay off the screen until the operating system ends them.
+  virtual bool GoingDown() const = 0;
+
   // Whether the user may change or order anything. Without that all below does nothing but show.
   virtual bool MaySteer() const = 0;
   // Belongs to the main window; runs when MaySteer has changed.
@@ -69,6 +72,7 @@ class Engine : public ScheduleStore {
   void OpenDayHistory() { forms_.Show(Form::kDayHistory); }
   void OpenHistory() { forms_.Show(Form::kHistory); }
   void OpenShutdownReport() { forms_.Show(Form::kShutdownReport); }
+  void OpenProtectionCheck() { forms_.Show(Form::kProtectionCheck); }
   void OpenAbout() { forms_.Show(Form::kAbout); }
 
   void ShowDials() { Fields().bar_face.Visible(false); }

@@ -35,9 +35,14 @@ MainForm::MainForm(State& state, Panel& panel, const Seams& seams)
       schedule_(state, journals_, shutdown_, seams),
       share_(state, panel, seams),
       schedule_file_(state, seams.disk, seams.host),
+      check_(state, panel, seams),
+      tray_(state, panel, seams),
       history_(state, panel, seams.clock) {
   link_.OnShown = [this] { share_.Update(); };
-  shutdown_.OnBegin = [this] { share_.TellGoingDown(); };
+  shutdown_.OnBegin = [this] {
+    share_.TellGoingDown();
+    tray_.TellGoingDown();
+  };
   shutdown_.OnUpsTold = [this] { history_.BeginWayDown(); };
   shutdown_.OnEnd = [this] { share_.AwaitOthers(); };
   seams_.host.OnSleep([this](bool asleep) {
@@ -66,17 +71,22 @@ bool MainForm::Load() {
   seams_.ups_port.OnReceive = [this] {
     link_.OnReceive();
     notices_.Update();
+    tray_.Update();
   };
   notices_.Withdraw();
   seams_.ups_port.Notify(false);
   CaptureNeedles(panel_, state_.Main);
-  if (!file_is_old_) LoadSettings(seams_.disk, SettingsPath(), state_);
+  if (!file_is_old_) LoadSettings(seams_.disk, SettingsPath(Directory()), state_);
   state_.language = DeriveLanguage(state_);
   SetCaptions(state_, panel_);
   static_cast<void>(journals_.WriteLog(state_.Text(Message::kProgramStart)));
   state_.ShutdownCommand = DeriveShutdownCommand(state_);
   share_.Start();
+  check_.Start();
+  check_.Ask();
+  tray_.Update();
   link_.OpenPort();
+  check_.Update();
   // A box of the port may have held the load until the end of the program.
   return loaded_;
 }
@@ -132,8 +142,9 @@ bool MainForm::SaveSettings(const SettingsValues& values) {
   state_.PhoneCode = SettingsForm::PhoneText(values.phone);
   state_.ShutdownCommand = DeriveShutdownCommand(state_);
   state_.language = DeriveLanguage(state_);
-  const bool saved = orvane::SaveSettings(seams_.disk, SettingsPath(), state_);
+  const bool saved = orvane::SaveSettings(seams_.disk, SettingsPath(Directory()), state_);
   file_is_old_ = !saved;
+  check_.Ask();
   state_.ShutdownCountdown = MainsFailureDelay(state_);
   const int port = state_.Settings[kUpsPort];
   if (port != old_port) {
@@ -191,16 +202,26 @@ void MainForm::AttachTimers() {
     link_.OnPoll();
     notices_.OnPoll();
     share_.OnPoll();
+    check_.OnPoll();
+    tray_.Update();
+    Beat();
   };
   seams_.timers.countdown_timer.Tick = [this] {
     countdown_.OnCountdown();
-    if (!GoingDown()) notices_.Update();
+    if (GoingDown()) return;
+    notices_.Update();
+    tray_.Update();
+    Beat();
   };
-  seams_.timers.schedule_timer.Tick = [this] { schedule_.OnSchedule(); };
+  seams_.timers.schedule_timer.Tick = [this] {
+    schedule_.OnSchedule();
+    if (!GoingDown()) check_.Update();
+  };
   dialler_.Attach();
   seams_.timers.clock_timer.Tick = [this] {
     ShowClock();
     history_.Look();
+    if (!seams_.timers.poll_timer.Enabled()) Beat();
   };
 }
 

@@ -1,9 +1,12 @@
 // The controller of the main window: how it comes up and goes down, what its timers and menus do.
 #pragma once
 
+#include <functional>
+
 #include "app/panel.h"
 #include "app/seams.h"
 #include "app/state.h"
+#include "check/protection_check.h"
 #include "dial/dialler.h"
 #include "frame/engine.h"
 #include "history/recorder.h"
@@ -12,6 +15,7 @@
 #include "protect/countdown.h"
 #include "protect/notices.h"
 #include "protect/shutdown.h"
+#include "protect/tray_state.h"
 #include "records/journals.h"
 #include "schedule/schedule_engine.h"
 #include "schedule/schedule_store.h"
@@ -23,6 +27,10 @@ class MainForm : public Engine {
  public:
   MainForm(State& state, Panel& panel, const Seams& seams);
 
+  // Runs behind each poll and each second of a count, and each second while there is no port to
+  // poll: the engine lives.
+  std::function<void()> OnBeat;
+
   // Brings the form up to the moment before it is shown: settings, captions, port. A form that is
   // loaded stays as it is. False when another instance runs on the same program directory; the user
   // has seen a message box, and the program has to end at once.
@@ -31,8 +39,7 @@ class MainForm : public Engine {
   // Between Load and Unload, also while a box holds the load.
   bool Loaded() const { return loaded_; }
 
-  // The way down has begun: the form stays off the screen until the operating system ends it.
-  bool GoingDown() const { return shutdown_.Begun(); }
+  bool GoingDown() const override { return shutdown_.Begun(); }
 
   // The form has become the active window: replies are taken from now on.
   void Activate();
@@ -80,12 +87,16 @@ class MainForm : public Engine {
   void CancelTest() override;
   void AskForShutdown() override;
 
+  ProtectionCheck& Check() { return check_; }
+
  private:
   std::string Directory() const { return seams_.host.ProgramDirectory(); }
-  std::string SettingsPath() const { return Directory() + "/Orvane.ini"; }
   void DesignTimers();
   void AttachTimers();
   void ShowClock();
+  void Beat() {
+    if (OnBeat) OnBeat();
+  }
 
   State& state_;
   Panel& panel_;
@@ -100,6 +111,8 @@ class MainForm : public Engine {
   ScheduleEngine schedule_;
   UpsShare share_;
   ScheduleFile schedule_file_;
+  ProtectionCheck check_;
+  TrayState tray_;
   Recorder history_;
   HistoryStore* history_store_ = nullptr;  // where the history is kept
   bool loaded_ = false;

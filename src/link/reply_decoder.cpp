@@ -99,13 +99,17 @@ std::optional<float> Doubled(std::optional<float> value) {
 
 }  // namespace
 
+bool IsStatusReply(std::string_view text) {
+  return text.size() >= kLeastStatus && text.front() == '(';
+}
+
 Reply ReplyDecoder::Decode() {
   const std::string& text = state_.Main.RxText;
   if (const auto commas = FindInformation(text)) {
     DecodeInformation(*commas);
     return Reply::kInformation;
   }
-  if (text.size() >= kLeastStatus && text.front() == '(') {
+  if (IsStatusReply(text)) {
     DecodeStatus();
     return Reply::kStatus;
   }

@@ -17,6 +17,9 @@
 
 namespace orvane {
 
+// Whether a text, up to its carriage return, is taken for a status reply.
+bool IsStatusReply(std::string_view text);
+
 enum class Reply { kNone, kStatus, kInformation, kRating, kName };
 
 class ReplyDecoder {

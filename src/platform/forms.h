@@ -16,6 +16,7 @@ enum class Form {
   kDayHistory,
   kHistory,
   kShutdownReport,
+  kProtectionCheck,
 };
 
 struct Forms {

@@ -22,8 +22,8 @@ struct RunOutcome {
 };
 
 // What a notification is about. There is at most one of each on the desktop.
-enum class Notice { kMains, kBatteryLow, kUpsFault, kLinkLost, kWayDown };
-inline constexpr std::size_t kNotices = 5;
+enum class Notice { kMains, kBatteryLow, kUpsFault, kLinkLost, kWayDown, kTest };
+inline constexpr std::size_t kNotices = 6;
 
 struct Notification {
   std::string title;

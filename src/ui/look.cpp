@@ -15,7 +15,6 @@ static void InitPictures() {
 namespace orvane::look {
 namespace {
 
-constexpr int kFormFontSize = 12;
 constexpr int kDrawingsKept = 1024;  // KB
 
 // The forms' own face first, then the faces that hold Chinese and Latin alike.
@@ -68,7 +67,7 @@ void Apply(QApplication& application) {
   QPixmapCache::setCacheLimit(kDrawingsKept);
   application.setStyle(QStyleFactory::create("Fusion"));
   application.setPalette(LightPalette());
-  application.setFont(Face(kFormFontSize));
+  application.setFont(Face(kTextSize));
   application.setWindowIcon(QIcon(":/orvane.svg"));
 }
 

@@ -36,6 +36,8 @@ inline constexpr Colour kBarGreen = 32768;
 inline constexpr Colour kNeedleBlue = 16711680;
 inline constexpr Colour kReadOutGround = 12582912;
 
+inline constexpr int kTextSize = 12;  // logical pixels, of most words
+
 // A colour of the panel on the screen, to the bit.
 constexpr QColor Exact(Colour colour) {
   return QColor(static_cast<int>(colour & 255), static_cast<int>(colour >> 8 & 255),

@@ -13,8 +13,10 @@
 #include "ui/form_parts.h"
 #include "ui/information_area.h"
 #include "ui/look.h"
+#include "ui/shield_button.h"
 #include "ui/state_strip.h"
 #include "ui/twips.h"
+#include "ui/words.h"
 
 namespace orvane {
 namespace {
@@ -26,6 +28,7 @@ struct Entry {
   const char* name = nullptr;
   Caption Panel::*caption = nullptr;
   void (Engine::*click)() = nullptr;
+  bool steers = false;  // orders something, which not everybody may
 };
 
 struct Menu {
@@ -40,7 +43,7 @@ const std::vector<Menu>& Menus() {
        &Panel::system_menu,
        {{"settings", &Panel::settings_entry, &Engine::OpenSettings},
         {},
-        {"beeper", &Panel::beeper_entry, &Engine::ToggleBeeper},
+        {"beeper", &Panel::beeper_entry, &Engine::ToggleBeeper, true},
         {},
         {"exit", &Panel::exit_entry, &Engine::Exit}}},
       {"schedule_menu",
@@ -58,11 +61,13 @@ const std::vector<Menu>& Menus() {
         {"shutdown_report", &Panel::shutdown_report_entry, &Engine::OpenShutdownReport}}},
       {"control_menu",
        &Panel::control_menu,
-       {{"short_test", &Panel::short_test_entry, &Engine::TestFor10Seconds},
-        {"test_to_low", &Panel::test_to_low_entry, &Engine::TestToLow},
-        {"cancel_test", &Panel::cancel_test_entry, &Engine::CancelTest},
+       {{"short_test", &Panel::short_test_entry, &Engine::TestFor10Seconds, true},
+        {"test_to_low", &Panel::test_to_low_entry, &Engine::TestToLow, true},
+        {"cancel_test", &Panel::cancel_test_entry, &Engine::CancelTest, true},
         {},
-        {"shutdown", &Panel::shutdown_entry, &Engine::AskForShutdown}}},
+        {"shutdown", &Panel::shutdown_entry, &Engine::AskForShutdown, true},
+        {},
+        {"protection_check", &Panel::check_entry, &Engine::OpenProtectionCheck}}},
       {"help_menu", &Panel::help_menu, {{"about", &Panel::about_entry, &Engine::OpenAbout}}},
   };
   return menus;
@@ -95,17 +100,30 @@ void FollowFaces(Panel& panel, QWidget* bars, QWidget* dials) {
 
 MainWindow::MainWindow(const State& state, Panel& panel, Engine& form)
     : QMainWindow(nullptr, Qt::Window | kClosable | Qt::WindowMinimizeButtonHint),
+      state_(state),
       panel_(panel),
       form_(form) {
   setObjectName("main");
-  setWindowTitle("Orvane");
   AddMenus();
   AddAreas(state);
   layout()->setSizeConstraint(QLayout::SetFixedSize);
+  form_.OnRights = [self = QPointer(this)] {
+    if (self) self->ShowRights();
+  };
+  ShowRights();
+}
+
+void MainWindow::ShowRights() {
+  const bool may = form_.MaySteer();
+  for (QAction* order : orders_) order->setEnabled(may);
+  setWindowTitle(may ? QString("Orvane") : Pick(state_, Message::kViewOnlyTitle));
 }
 
 void MainWindow::AddMenus() {
   menuBar()->setNativeMenuBar(false);
+  auto* shield = new ShieldButton(panel_.shield, menuBar());
+  connect(shield, &QToolButton::clicked, this, [&form = form_] { form.OpenProtectionCheck(); });
+  menuBar()->setCornerWidget(shield);
   for (const Menu& row : Menus()) {
     QMenu* menu = menuBar()->addMenu(QString());
     menu->setObjectName(row.name);
@@ -117,6 +135,7 @@ void MainWindow::AddMenus() {
       }
       QAction* action = menu->addAction(QString());
       action->setObjectName(entry.name);
+      if (entry.steers) orders_.push_back(action);
       FollowCaption(panel_.*entry.caption, action, &QAction::setText);
       // The form stands in the closure by itself: through `this` and a member pointer, GCC 12's
       // check of object types reads it before it has fetched it.

@@ -2,10 +2,13 @@
 #pragma once
 
 #include <QMainWindow>
+#include <vector>
 
 #include "app/panel.h"
 #include "app/state.h"
 #include "frame/engine.h"
+
+class QAction;
 
 namespace orvane {
 
@@ -20,8 +23,12 @@ class MainWindow : public QMainWindow {
   void AddMenus();
   void AddAreas(const State& state);
 
+  void ShowRights();
+
+  const State& state_;
   Panel& panel_;
   Engine& form_;
+  std::vector<QAction*> orders_;  // the entries of those who may steer
 };
 
 }  // namespace orvane

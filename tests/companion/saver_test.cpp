@@ -61,13 +61,6 @@ struct SaverTest : testing::Test {
   std::vector<Application> reported;
 };
 
-TEST(PatienceTest, LeavesTheSystemItsShareOfTheDelay) {
-  const std::pair<int, int> cases[] = {{0, 15}, {1, 31}, {10, 31}, {-3, 15}, {32767, 31}};
-  for (const auto& [delay, patience] : cases) {
-    EXPECT_EQ(PatienceFor(delay).count(), patience) << delay;
-  }
-}
-
 // Windows may be closing that stand in no list.
 TEST_F(SaverTest, WaitsForADesktopThatIsStillAsking) {
   units->looks_until_answer = 3;

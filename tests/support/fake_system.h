@@ -118,9 +118,10 @@ class FakeForms : public Forms {
 
  private:
   void Note(const char* what, Form form) {
-    constexpr const char* kNames[] = {"main",     "splash",      "about",        "alert",
-                                      "settings", "week",        "special_days", "self_tests",
-                                      "log",      "day_history", "history",      "shutdown_report"};
+    constexpr const char* kNames[] = {
+        "main",    "splash",          "about",           "alert", "settings",
+        "week",    "special_days",    "self_tests",      "log",   "day_history",
+        "history", "shutdown_report", "protection_check"};
     events_.push_back(std::string(what) + ' ' + kNames[static_cast<std::size_t>(form)]);
   }
 

@@ -6,6 +6,7 @@
 #include "app/seams.h"
 #include "app/state.h"
 #include "records/journals.h"
+#include "support/fake_inspector.h"
 #include "support/fake_local_server.h"
 #include "support/fake_serial_port.h"
 #include "support/fake_system.h"
@@ -27,6 +28,7 @@ struct World {
   FakeDialogs dialogs{events};
   FakeForms forms{events, dialogs};
   FakeLocalServer share_server{time, events};
+  FakeInspector inspector;
   Seams seams{{poll_timer, countdown_timer, schedule_timer, dial_timer, clock_timer},
               alert_timer,
               modem_timer,
@@ -37,7 +39,8 @@ struct World {
               host,
               dialogs,
               forms,
-              share_server};
+              share_server,
+              inspector};
   State state;
   Panel panel;
   Journals journals{disk, time, host.ProgramDirectory()};

@@ -2,7 +2,6 @@
 
 #include <fcntl.h>
 #include <poll.h>
-#include <pwd.h>
 #include <sys/file.h>
 #include <sys/stat.h>
 
@@ -11,7 +10,14 @@
 #include <cstdlib>
 #include <utility>
 
+#include "app/options.h"
+#include "app/settings.h"
+#include "platform/linux/linux_clock.h"
+#include "platform/linux/linux_disk.h"
 #include "platform/linux/run_hidden.h"
+#include "platform/linux/service_manager.h"
+#include "platform/linux/user_directories.h"
+#include "platform/linux/way_down.h"
 
 namespace orvane {
 namespace {
@@ -25,18 +31,16 @@ bool MayWriteIn(const std::string& directory) {
   return faccessat(AT_FDCWD, directory.c_str(), W_OK | X_OK, AT_EACCESS) == 0;
 }
 
-std::string HomeDirectory() {
-  if (const char* home = std::getenv("HOME"); home && *home == '/') return home;
-  const passwd* user = getpwuid(getuid());
-  return user && user->pw_dir ? user->pw_dir : "";
-}
-
-void MakeDirectories(const std::string& path) {
-  for (std::size_t slash = path.find('/', 1); slash != std::string::npos;
-       slash = path.find('/', slash + 1)) {
-    mkdir(path.substr(0, slash).c_str(), 0700);
-  }
-  mkdir(path.c_str(), 0700);
+// The settings that an installation brings for a new user. They are in English; where the session
+// is not, their language is changed.
+void CopyFirstSettings(const std::string& executable_directory, const std::string& directory) {
+  LinuxDisk disk;
+  const auto text = disk.Read(executable_directory + "/../../share/orvane/Orvane.ini");
+  if (!text) return;
+  State settings;
+  ParseSettings(*text, settings);
+  if (IsChinese(SessionLocale())) settings.Settings[kLanguage] = 1;
+  static_cast<void>(SaveSettings(disk, SettingsPath(directory), settings));
 }
 
 void ReportOwnLine(const std::string& line) {
@@ -56,16 +60,14 @@ std::string ExecutableDirectory() {
 std::string ProgramDirectoryFor(const std::string& executable_directory) {
   const bool system = (executable_directory + '/').starts_with(kSystemTree);
   if (!system && MayWriteIn(executable_directory)) return executable_directory;
-  const char* data = std::getenv("XDG_DATA_HOME");
-  std::string directory = data && *data == '/' ? data : HomeDirectory() + "/.local/share";
-  while (directory.size() > 1 && directory.back() == '/') directory.pop_back();
-  directory += "/orvane";
-  MakeDirectories(directory);
+  const std::string directory = DataDirectory() + "/orvane";
+  if (MakeDirectories(directory)) CopyFirstSettings(executable_directory, directory);
   return directory;
 }
 
 void ReportLine(const std::string& line) {
-  std::string text = line;
+  // A warning, where the journal takes it (sd-daemon(3)).
+  std::string text = (JournalTakesErrors() ? "<4>" : "") + line;
   std::replace(text.begin(), text.end(), '\n', ' ');
   text += '\n';
   // A terminal that stands still, or a pipe that nobody reads, holds nothing up.
@@ -96,6 +98,13 @@ bool LinuxHost::IsSecondInstance() {
   if (flock(file.Get(), LOCK_EX | LOCK_NB) != 0) return errno == EWOULDBLOCK;
   lock_ = std::move(file);
   return false;
+}
+
+void LinuxHost::TakeDown() {
+  logind_.TakeDown();
+  if (stays_up_) return;
+  LinuxDisk disk;
+  NoteLastStep(disk, program_directory_, LinuxClock().SystemSeconds());
 }
 
 void LinuxHost::Report(const std::string& line) {

@@ -17,7 +17,7 @@ std::string ExecutableDirectory();
 
 // Where a program whose executable lies in `executable_directory` keeps its files: there, when the
 // user may write there and it is no directory of the system's; else `orvane` in the user's data
-// directory, which is made if need be.
+// directory, which is made if need be, with the first settings that the installation brings.
 std::string ProgramDirectoryFor(const std::string& executable_directory);
 
 // One line on standard error; line feeds inside become blanks. Dropped when nothing takes it.
@@ -35,9 +35,12 @@ class LinuxHost : public Host {
   // Has the peers of `server` be served while RunHidden waits.
   void ServeMeanwhile(UnixServer& server) { meanwhile_ = &server; }
 
+  // The connection to the system bus, for whoever else asks there.
+  BusConnection& SystemBus() { return bus_; }
+
   bool IsSecondInstance() override;
   RunOutcome RunHidden(const std::string& path, std::chrono::milliseconds limit) override;
-  void TakeDown() override { logind_.TakeDown(); }
+  void TakeDown() override;
   bool StaysUp() const override { return stays_up_; }
   void OnSleep(std::function<void(bool asleep)> handler) override {
     sleep_locks_.Watch(std::move(handler));

@@ -68,8 +68,9 @@ std::string CouldNotGoDown(const std::string& reason) {
   return "the computer could not go down (" + reason + "); Action=None leaves it running anyway";
 }
 
-// Who holds up a shutdown for good; empty when nobody does. The reply lists what, who, why, mode,
-// user and process of each lock.
+}  // namespace
+
+// The reply lists what, who, why, mode, user and process of each lock.
 std::string BlockersIn(const BusCall& call) {
   std::string blockers;
   if (!call.Answered() || sd_bus_message_enter_container(call.answer, 'a', "(ssssuu)") < 0) {
@@ -86,8 +87,6 @@ std::string BlockersIn(const BusCall& call) {
   }
   return blockers;
 }
-
-}  // namespace
 
 bool ReadShutdownAction(std::string_view text, ShutdownAction& action) {
   action = ShutdownAction::kHalt;

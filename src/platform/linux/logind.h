@@ -25,6 +25,9 @@ enum class ShutdownAction {
 // `action` at kHalt, for any other text.
 bool ReadShutdownAction(std::string_view text, ShutdownAction& action);
 
+// Who holds up a shutdown for good, by the answer of ListInhibitors; empty when nobody does.
+std::string BlockersIn(const BusCall& call);
+
 class Logind {
  public:
   // `report` takes one line for whoever looks for the reason of a failure.

@@ -1,0 +1,187 @@
+#include "ui/check_window.h"
+
+#include <QCheckBox>
+#include <QGridLayout>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QPushButton>
+#include <QVBoxLayout>
+#include <string>
+
+#include "check/check_rows.h"
+#include "ui/look.h"
+#include "ui/shield_button.h"
+#include "ui/windows.h"
+#include "ui/words.h"
+
+namespace orvane {
+namespace {
+
+constexpr int kFindingWidth = 470;
+constexpr int kShieldSize = 20;
+constexpr int kSummarySize = 32;
+constexpr int kSummaryFont = 16;
+
+// What the program can do about a point of its own accord; the point's action tells when.
+struct Button {
+  CheckPoint point;
+  CheckAction action;
+  Message words;
+};
+
+constexpr Button kButtons[] = {
+    {CheckPoint::kPort, CheckAction::kOpenSettings, Message::kCheckSettingsButton},
+    {CheckPoint::kDelays, CheckAction::kOpenSettings, Message::kCheckSettingsButton},
+    {CheckPoint::kClock, CheckAction::kOpenSpecialDays, Message::kCheckSpecialDaysButton},
+    {CheckPoint::kSettings, CheckAction::kOpenSettings, Message::kCheckSettingsButton},
+};
+
+Message GradeWord(Grade grade) {
+  constexpr Message kWords[] = {Message::kCheckGreen, Message::kCheckAmber, Message::kCheckRed};
+  return kWords[static_cast<std::size_t>(grade)];
+}
+
+QString Name(const char* what, int number) {
+  return QString::fromLatin1(what) + QString::number(number);
+}
+
+}  // namespace
+
+CheckWindow::CheckWindow(const State& state, MainForm& main)
+    : FormWindow("protection_check", Pick(state, Message::kCheckTitle)),
+      state_(state),
+      main_(main) {
+  QVBoxLayout* column = AddColumn();
+  auto* head = new QHBoxLayout;
+  column->addLayout(head);
+  summary_shield_ = new QLabel(this);
+  summary_shield_->setObjectName("summary_shield");
+  head->addWidget(summary_shield_);
+  summary_ = new QLabel(this);
+  summary_->setObjectName("summary");
+  summary_->setFont(look::Face(kSummaryFont, true));
+  head->addWidget(summary_, 1);
+
+  auto* grid = new QGridLayout;
+  grid->setHorizontalSpacing(kMargin);
+  column->addLayout(grid);
+  for (int number = 0; number < static_cast<int>(kCheckPoints); ++number) {
+    rows_.push_back(AddRow(*grid, number));
+  }
+  AddButtons(*column);
+  main_.Check().Observer = [this] { Refresh(); };
+  main_.Check().Ask();
+  Refresh();
+  CenterForm(*this);
+}
+
+CheckWindow::~CheckWindow() {
+  main_.Check().Observer = nullptr;
+}
+
+CheckWindow::Row CheckWindow::AddRow(QGridLayout& grid, int number) {
+  Row row;
+  row.shield = new QLabel(this);
+  row.shield->setObjectName(Name("shield", number));
+  grid.addWidget(row.shield, number, 0, Qt::AlignTop);
+  row.name = new QLabel(this);
+  row.name->setObjectName(Name("name", number));
+  row.name->setFont(look::Face(look::kTextSize, true));
+  grid.addWidget(row.name, number, 1, Qt::AlignTop);
+  row.finding = new QLabel(this);
+  row.finding->setObjectName(Name("finding", number));
+  row.finding->setTextFormat(Qt::PlainText);
+  row.finding->setWordWrap(true);
+  row.finding->setFixedWidth(kFindingWidth);
+  row.finding->setTextInteractionFlags(Qt::TextSelectableByMouse);
+  row.finding->setFocusPolicy(Qt::NoFocus);
+  grid.addWidget(row.finding, number, 2, Qt::AlignTop);
+  if (number == static_cast<int>(CheckPoint::kAutostart)) {
+    row.tick = new QCheckBox(Pick(state_, Message::kCheckAutostartTick), this);
+    row.tick->setObjectName("autostart");
+    connect(row.tick, &QCheckBox::clicked, this, [this](bool on) {
+      static_cast<void>(main_.Check().StartWithDesktop(on));
+      Refresh();
+    });
+    grid.addWidget(row.tick, number, 3, Qt::AlignTop);
+    return row;
+  }
+  for (const Button& button : kButtons) {
+    if (number != static_cast<int>(button.point)) continue;
+    row.button = new QPushButton(Pick(state_, button.words), this);
+    row.button->setObjectName(Name("act", number));
+    row.button->setAutoDefault(false);
+    connect(row.button, &QPushButton::clicked, this, [this, number] {
+      const auto& rows = main_.Check().Rows();
+      if (static_cast<std::size_t>(number) >= rows.size()) return;
+      switch (rows[static_cast<std::size_t>(number)].action) {
+        case CheckAction::kOpenSettings:
+          return main_.OpenSettings();
+        case CheckAction::kOpenSpecialDays:
+          return main_.OpenSpecialDays();
+        case CheckAction::kOpenSelfTests:
+          return main_.OpenSelfTests();
+        case CheckAction::kAutostart:
+        case CheckAction::kNone:
+          break;
+      }
+    });
+    grid.addWidget(row.button, number, 3, Qt::AlignTop);
+  }
+  return row;
+}
+
+void CheckWindow::AddButtons(QVBoxLayout& column) {
+  auto* line = new QHBoxLayout;
+  column.addLayout(line);
+  const auto add = [&](const char* name, Message words) {
+    auto* button = new QPushButton(Pick(state_, words), this);
+    button->setObjectName(name);
+    button->setAutoDefault(false);
+    line->addWidget(button);
+    return button;
+  };
+  QPushButton* again = add("again", Message::kCheckAgain);
+  connect(again, &QPushButton::clicked, this, [this] { main_.Check().Ask(); });
+  QPushButton* notify = add("notify", Message::kCheckNotify);
+  connect(notify, &QPushButton::clicked, this, [this] { main_.Check().SendTestNotification(); });
+  line->addStretch(1);
+  QPushButton* leave = add("close", Message::kCheckClose);
+  connect(leave, &QPushButton::clicked, this, &QWidget::close);
+  Buttons(again, leave);
+  again->setFocus();
+}
+
+void CheckWindow::Refresh() {
+  const auto& rows = main_.Check().Rows();
+  for (std::size_t i = 0; i < rows.size() && i < rows_.size(); ++i) Show(rows_[i], rows[i]);
+  const Grade worst = WorstGrade(rows);
+  summary_shield_->setPixmap(
+      ShieldIcon(worst).pixmap({kSummarySize, kSummarySize}, devicePixelRatioF()));
+  summary_shield_->setAccessibleName(Pick(state_, GradeWord(worst)));
+  summary_->setText(QString::fromStdString(CheckSummary(state_, worst, OpenPoints(rows))));
+}
+
+void CheckWindow::Show(const Row& row, const CheckRow& found) {
+  row.shield->setPixmap(
+      ShieldIcon(found.grade).pixmap({kShieldSize, kShieldSize}, devicePixelRatioF()));
+  row.shield->setAccessibleName(Pick(state_, GradeWord(found.grade)));
+  row.name->setText(QString::fromStdString(found.name));
+  std::string text = found.finding;
+  if (!found.remedy.empty()) text += '\n' + found.remedy;
+  row.finding->setText(QString::fromStdString(text));
+  // A text that wraps tells a grid less than the height that it takes.
+  row.finding->setMinimumHeight(row.finding->heightForWidth(kFindingWidth));
+  if (row.button) {
+    const bool acts = found.action != CheckAction::kNone;
+    const bool tests = found.action == CheckAction::kOpenSelfTests;
+    if (found.point == CheckPoint::kClock) {
+      row.button->setText(
+          Pick(state_, tests ? Message::kCheckSelfTestsButton : Message::kCheckSpecialDaysButton));
+    }
+    row.button->setVisible(acts);
+  }
+  if (row.tick) row.tick->setChecked(found.grade == Grade::kReady);
+}
+
+}  // namespace orvane

@@ -1,0 +1,34 @@
+#include "ui/shield_button.h"
+
+#include <QPointer>
+
+namespace orvane {
+
+QIcon ShieldIcon(Grade grade) {
+  constexpr const char* kFiles[] = {":/shield_green.svg", ":/shield_amber.svg", ":/shield_red.svg"};
+  return QIcon(kFiles[static_cast<std::size_t>(grade)]);
+}
+
+ShieldButton::ShieldButton(Shield& shield, QWidget* parent) : QToolButton(parent), shield_(shield) {
+  setObjectName("shield");
+  setAutoRaise(true);
+  setIconSize({16, 16});
+  setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
+  setFocusPolicy(Qt::NoFocus);
+  shield.Observer = [button = QPointer(this)] {
+    if (button) button->Refresh();
+  };
+  Refresh();
+}
+
+void ShieldButton::Refresh() {
+  setIcon(ShieldIcon(shield_.Worst()));
+  setText(shield_.Points() > 0 ? QString::number(shield_.Points()) : QString());
+  const QString summary = QString::fromStdString(shield_.Summary());
+  setToolTip(summary);
+  setAccessibleName(summary);
+  // A menu bar gives its corner no more room by itself.
+  adjustSize();
+}
+
+}  // namespace orvane

@@ -1,0 +1,43 @@
+// The icon in the tray of the desktop (StatusNotifierItem, or the older one of X11): the state at a
+// glance while the window lies below others.
+#pragma once
+
+#include <QDBusServiceWatcher>
+#include <QMenu>
+#include <QObject>
+#include <QSystemTrayIcon>
+#include <QTimer>
+#include <memory>
+
+#include "app/panel.h"
+#include "app/state.h"
+#include "frame/engine.h"
+#include "platform/forms.h"
+
+namespace orvane {
+
+class TrayIcon : public QObject {
+  Q_OBJECT
+
+ public:
+  // Follows `panel`. Appears when there is a tray to appear in, and be that later.
+  TrayIcon(const State& state, Panel& panel, Engine& main, Forms& forms);
+
+ private:
+  void Appear();
+  void ShowMain();
+  void Refresh();
+  void AddMenu();
+
+  const State& state_;
+  Panel& panel_;
+  Engine& main_;
+  Forms& forms_;
+  QDBusServiceWatcher watcher_;
+  QTimer patience_;
+  QMenu menu_;
+  std::unique_ptr<QSystemTrayIcon> icon_;
+  TrayFace shown_ = TrayFace::kSilent;
+};
+
+}  // namespace orvane
