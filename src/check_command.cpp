@@ -36,7 +36,8 @@ std::string GradeWord(const State& state, Grade grade) {
 void Print(const State& state, const std::vector<CheckRow>& rows) {
   std::string text;
   for (const CheckRow& row : rows) {
-    text += '[' + GradeWord(state, row.grade) + "] " + row.name + ": " + row.finding;
+    text += '[' + GradeWord(state, row.grade) + "] " + row.name;
+    text += (state.language == Language::kChinese ? "：" : ": ") + row.finding;
     if (!row.remedy.empty()) text += ' ' + row.remedy;
     text += '\n';
   }
@@ -76,7 +77,7 @@ int CheckProtection(int argc, char** argv) {
   inspector.WayDown(WayDownTime(disk, directory));
 
   LineFindings line;
-  const bool runs = host.IsSecondInstance();
+  const bool runs = RunsIn(directory);
   bool tried = runs;
   if (runs) line = AskHistory(directory, clock.SystemSeconds());
   const auto end_when_known = [&] {

@@ -1,6 +1,7 @@
 // Orvane: watches an uninterruptible power supply and protects the computer that hangs on it.
 #include <signal.h>
 
+#include <QAbstractButton>
 #include <QApplication>
 #include <chrono>
 #include <cstdio>
@@ -19,6 +20,7 @@
 #include "platform/linux/linux_disk.h"
 #include "platform/linux/linux_host.h"
 #include "platform/linux/port_map.h"
+#include "platform/linux/tray_watch.h"
 #include "platform/linux/unix_server.h"
 #include "platform/linux/way_down.h"
 #include "platform/qt/bus_notifier.h"
@@ -43,6 +45,7 @@
 #include "ui/splash_window.h"
 #include "ui/tray_icon.h"
 #include "ui/windows.h"
+#include "ui/words.h"
 
 namespace orvane {
 namespace {
@@ -70,6 +73,7 @@ struct Outside {
   Windows windows;
   UnixServer share_server{settings.share_socket, NotifyOf,
                           [this](const std::string& line) { host.Report(line); }};
+  QtTimer tray_patience;
   QtTimer inspector_limit;
   LinuxInspector inspector{
       InspectorPlaces(host), settings,
@@ -92,6 +96,16 @@ struct Outside {
 // The main form of a program that is being ended behind its back: the display goes away.
 MainForm* form_at_exit = nullptr;
 
+// The window with one of its buttons grey where the user may not steer.
+QWidget* WithRights(const Engine& engine, QWidget* window, const char* button) {
+  if (!engine.MaySteer()) {
+    auto* part = window->findChild<QAbstractButton*>(button);
+    part->setEnabled(false);
+    part->setToolTip(Pick(engine.Shown(), Message::kViewOnlyHint));
+  }
+  return window;
+}
+
 // Registers how the window of each form is made; each is made when it is first shown.
 void MakeForms(Outside& outside, Engine& engine) {
   Windows& windows = outside.windows;
@@ -100,7 +114,9 @@ void MakeForms(Outside& outside, Engine& engine) {
   windows.Make(Form::kAbout, [&] { return new AboutWindow(state, windows, outside.dialogs); });
   windows.Make(Form::kAlert, [&] { return new AlertWindow(state, engine.Alert()); });
   windows.Make(Form::kLog, [&] {
-    return new LogWindow(state, engine.Files(), outside.dialogs, engine.PathOf(Journal::kLog));
+    auto* window =
+        new LogWindow(state, engine.Files(), outside.dialogs, engine.PathOf(Journal::kLog));
+    return WithRights(engine, window, "clear");
   });
   windows.Make(Form::kDayHistory, [&] {
     return new DayHistoryWindow(state, engine.Files(), outside.clock,
@@ -110,13 +126,16 @@ void MakeForms(Outside& outside, Engine& engine) {
     return new HistoryWindow(state, engine.Fields(), engine.History(), outside.clock);
   });
   windows.Make(Form::kShutdownReport, [&] {
-    return new ShutdownReportWindow(state, engine.Files(), engine.PathOf(Journal::kReport));
+    auto* window = new ShutdownReportWindow(state, engine.Files(), engine.PathOf(Journal::kReport));
+    return WithRights(engine, window, "clear");
   });
-  windows.Make(Form::kSettings,
-               [&] { return new SettingsWindow(engine, windows, outside.dialogs); });
+  windows.Make(Form::kSettings, [&] {
+    return WithRights(engine, new SettingsWindow(engine, windows, outside.dialogs), "save");
+  });
   for (const auto look : {&WeekLook, &SpecialLook, &SelfTestLook}) {
-    windows.Make(look().form,
-                 [&, look] { return new ScheduleWindow(look(), state, engine, windows); });
+    windows.Make(look().form, [&, look] {
+      return WithRights(engine, new ScheduleWindow(look(), state, engine, windows), "ok");
+    });
   }
 }
 
@@ -166,7 +185,9 @@ bool RunOwnEngine(bool may_attach) {
                                  [&] { main_form.Unload(); }, [&] { return main_form.Loaded(); }});
   MakeForms(outside, main_form);
   windows.Make(Form::kProtectionCheck, [&] { return new CheckWindow(state, main_form); });
-  const TrayIcon tray_icon(state, panel, main_form, windows);
+  TrayIcon tray_icon(state, panel, main_form, windows);
+  const TrayWatch tray_watch(outside.host.SessionBus(), outside.tray_patience,
+                             [&] { tray_icon.Appear(); });
 
   const auto& ports = outside.settings.ports;
   const DeviceWatch device_watch({ports.begin(), ports.end()},
@@ -212,7 +233,9 @@ void RunAttached(BusConnection& bus, bool just_came) {
                                  },
                                  [] {}, [&] { engine.Stop(); }, [&] { return engine.Started(); }});
   MakeForms(outside, engine);
-  const TrayIcon tray_icon(engine.Shown(), engine.Fields(), engine, windows);
+  TrayIcon tray_icon(engine.Shown(), engine.Fields(), engine, windows);
+  const TrayWatch tray_watch(outside.host.SessionBus(), outside.tray_patience,
+                             [&] { tray_icon.Appear(); });
   const EndSignals end_signals([&] { windows.End(); });
   outside.poll_timer.Interval(kLookForBus);
   outside.poll_timer.Tick = [&] { engine.Keep(); };

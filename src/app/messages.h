@@ -167,6 +167,7 @@ enum class Message : std::size_t {
   kUpsNotYet,
   kWaitForUps,
   kUpsSilent,
+  kUpsUnrecorded,
   kLookAtCable,
   kCheckDelays,
   kDelayZero,

@@ -109,7 +109,9 @@ CheckRow JudgeUps(const Judge& judge, const LineFindings& line) {
     case LineFindings::Ups::kSilent:
       break;
   }
-  return judge.Red(Message::kUpsSilent, {}, Message::kLookAtCable);
+  const bool watched = line.port == LineFindings::Port::kLeftAlone;
+  return judge.Red(watched ? Message::kUpsUnrecorded : Message::kUpsSilent, {},
+                   Message::kLookAtCable);
 }
 
 CheckRow JudgeDelays(const Judge& judge, const State& state, std::optional<seconds> way_down) {

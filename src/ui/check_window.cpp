@@ -18,7 +18,7 @@ namespace orvane {
 namespace {
 
 constexpr int kFindingWidth = 470;
-constexpr int kShieldSize = 20;
+constexpr int kShieldSize = 16;
 constexpr int kSummarySize = 32;
 constexpr int kSummaryFont = 16;
 

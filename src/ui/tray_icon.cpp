@@ -1,21 +1,12 @@
 #include "ui/tray_icon.h"
 
 #include <QAction>
-#include <QDBusConnection>
-#include <QDBusConnectionInterface>
 #include <QIcon>
-#include <chrono>
 
 #include "ui/words.h"
 
 namespace orvane {
 namespace {
-
-const QString kWatcher = QStringLiteral("org.kde.StatusNotifierWatcher");
-
-// A desktop that comes up has its tray within this time. Without one by then, the icon is that of
-// the older kind, which waits for its tray by itself; it cannot change its kind any more.
-constexpr std::chrono::seconds kPatience{30};
 
 QIcon FaceIcon(TrayFace face) {
   constexpr const char* kFiles[] = {":/tray_mains.svg", ":/tray_battery.svg", ":/tray_fault.svg",
@@ -28,23 +19,10 @@ QIcon FaceIcon(TrayFace face) {
 TrayIcon::TrayIcon(const State& state, Panel& panel, Engine& main, Forms& forms)
     : state_(state), panel_(panel), main_(main), forms_(forms) {
   panel.tray.Observer = [this] { Refresh(); };
-  const QDBusConnection bus = QDBusConnection::sessionBus();
-  if (bus.isConnected() && !bus.interface()->isServiceRegistered(kWatcher)) {
-    watcher_.setConnection(bus);
-    watcher_.addWatchedService(kWatcher);
-    watcher_.setWatchMode(QDBusServiceWatcher::WatchForRegistration);
-    connect(&watcher_, &QDBusServiceWatcher::serviceRegistered, this, &TrayIcon::Appear);
-    connect(&patience_, &QTimer::timeout, this, &TrayIcon::Appear);
-    patience_.setSingleShot(true);
-    patience_.start(kPatience);
-  } else {
-    Appear();
-  }
 }
 
 void TrayIcon::Appear() {
   if (icon_) return;
-  patience_.stop();
   icon_ = std::make_unique<QSystemTrayIcon>();
   icon_->setIcon(FaceIcon(shown_));
   AddMenu();

@@ -2,11 +2,9 @@
 // glance while the window lies below others.
 #pragma once
 
-#include <QDBusServiceWatcher>
 #include <QMenu>
 #include <QObject>
 #include <QSystemTrayIcon>
-#include <QTimer>
 #include <memory>
 
 #include "app/panel.h"
@@ -20,11 +18,14 @@ class TrayIcon : public QObject {
   Q_OBJECT
 
  public:
-  // Follows `panel`. Appears when there is a tray to appear in, and be that later.
+  // Follows `panel`.
   TrayIcon(const State& state, Panel& panel, Engine& main, Forms& forms);
 
- private:
+  // Shows the icon from now on. The kind of tray that there is at this moment decides on its own
+  // kind for good.
   void Appear();
+
+ private:
   void ShowMain();
   void Refresh();
   void AddMenu();
@@ -33,8 +34,6 @@ class TrayIcon : public QObject {
   Panel& panel_;
   Engine& main_;
   Forms& forms_;
-  QDBusServiceWatcher watcher_;
-  QTimer patience_;
   QMenu menu_;
   std::unique_ptr<QSystemTrayIcon> icon_;
   TrayFace shown_ = TrayFace::kSilent;

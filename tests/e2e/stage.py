@@ -201,6 +201,26 @@ while not os.path.exists({str(may_answer)!r}):
        else f"ret = {closed}"))
         return self
 
+    def upower(self):
+        """With a UPS among its devices."""
+        device = "/org/freedesktop/UPower/devices/ups_hiddev0"
+        add = self._stand_in("--system", "org.freedesktop.UPower", "/org/freedesktop/UPower",
+                             "org.freedesktop.UPower")
+        add("EnumerateDevices", "", "ao", f"ret = ['{device}']")
+        self.manager.AddObject(device, "org.freedesktop.UPower.Device",
+                               {"Type": dbus.UInt32(3)}, dbus.Array([], signature="(ssss)"),
+                               dbus_interface=MOCK)
+        return self
+
+    def tray_watcher(self):
+        name = "org.kde.StatusNotifierWatcher"
+        add = self._stand_in("--session", name, "/StatusNotifierWatcher", name)
+        add("RegisterStatusNotifierItem", "s", "", "")
+        self.manager.AddProperties(name, {"IsStatusNotifierHostRegistered": True},
+                                   dbus_interface=MOCK)
+        self.manager.EmitSignal(name, "StatusNotifierHostRegistered", "", [], dbus_interface=MOCK)
+        return self
+
     def calls(self):
         """Method and arguments of each call, without those of the test's own setting up and those
         for locks."""

@@ -56,6 +56,7 @@ std::string Unescaped(std::string_view value) {
 }
 
 bool IsThere(const std::string& program) {
+  if (program.empty()) return false;
   if (program.find('/') != std::string::npos) return access(program.c_str(), X_OK) == 0;
   const char* path = std::getenv("PATH");
   std::string_view rest = path ? path : "";
@@ -87,6 +88,7 @@ std::optional<std::string> Value(std::string_view text, std::string_view key) {
 }  // namespace
 
 Autostart ReadAutostart(std::string& program) {
+  program.clear();
   const LinuxDisk disk;
   auto text = disk.Read(ConfigDirectory() + kEntry);
   if (!text) text = disk.Read(kSystemEntry);

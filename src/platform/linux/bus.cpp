@@ -111,12 +111,15 @@ std::shared_ptr<BusCall> Bus::Send(const BusObject& object, const char* member, 
   return call;
 }
 
-bool Bus::Subscribe(const BusObject& object, const char* member, SignalHandler on_signal) {
+bool Bus::Subscribe(const BusObject& object, const char* member, SignalHandler on_signal,
+                    const std::string& first) {
   sd_bus_slot* slot = nullptr;
   auto* holder = new SignalHandler(std::move(on_signal));
-  const int result =
-      sd_bus_match_signal_async(bus_, &slot, object.destination, object.path, object.interface,
-                                member, TakeSignal, nullptr, holder);
+  std::string rule = std::string("type='signal',sender='") + object.destination + "',path='" +
+                     object.path + "',interface='" + object.interface + "',member='" + member +
+                     '\'';
+  if (!first.empty()) rule += ",arg0='" + first + '\'';
+  const int result = sd_bus_add_match_async(bus_, &slot, rule.c_str(), TakeSignal, nullptr, holder);
   if (result < 0) {
     delete holder;
     return false;

@@ -61,9 +61,10 @@ class Bus {
                                 std::function<void(const BusCall&)> on_done = {});
 
   // Has `on_signal` run, inside Serve or Wait, for each signal `member` of `object`, while the bus
-  // lives. False when the bus did not take the request.
+  // lives; where `first` is given, for those alone whose first argument is this text. False when
+  // the bus did not take the request.
   bool Subscribe(const BusObject& object, const char* member,
-                 std::function<void(sd_bus_message*)> on_signal);
+                 std::function<void(sd_bus_message*)> on_signal, const std::string& first = {});
 
   // The same for every message that the match rule `rule` lets through (D-Bus Specification, Match
   // Rules).

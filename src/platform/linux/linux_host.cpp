@@ -47,6 +47,21 @@ void ReportOwnLine(const std::string& line) {
   ReportLine("orvane: " + line);
 }
 
+// Claims the directory: the lock, held as long as it lives; empty where none can be laid. `taken`
+// tells whether another process holds it.
+File ClaimDirectory(const std::string& directory, bool& taken) {
+  taken = false;
+  const std::string path = directory + "/orvane.lock";
+  File file(open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, 0666));
+  // Another user's lock file can be held without being written.
+  if (!file) file = File(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW));
+  if (file && flock(file.Get(), LOCK_EX | LOCK_NB) != 0) {
+    taken = errno == EWOULDBLOCK;
+    return {};
+  }
+  return file;
+}
+
 }  // namespace
 
 std::string ExecutableDirectory() {
@@ -88,16 +103,16 @@ LinuxHost::LinuxHost(std::string program_directory, const PlatformSettings& sett
       session_bus_(Bus::Which::kUser, std::move(attach)),
       beep_(std::move(beep)) {}
 
+bool RunsIn(const std::string& directory) {
+  bool taken = false;
+  static_cast<void>(ClaimDirectory(directory, taken));
+  return taken;
+}
+
 bool LinuxHost::IsSecondInstance() {
-  if (lock_) return false;
-  const std::string path = program_directory_ + "/orvane.lock";
-  File file(open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, 0666));
-  // Another user's lock file can be held without being written.
-  if (!file) file = File(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW));
-  if (!file) return false;
-  if (flock(file.Get(), LOCK_EX | LOCK_NB) != 0) return errno == EWOULDBLOCK;
-  lock_ = std::move(file);
-  return false;
+  bool taken = false;
+  if (!lock_) lock_ = ClaimDirectory(program_directory_, taken);
+  return taken;
 }
 
 void LinuxHost::TakeDown() {

@@ -20,6 +20,9 @@ std::string ExecutableDirectory();
 // directory, which is made if need be, with the first settings that the installation brings.
 std::string ProgramDirectoryFor(const std::string& executable_directory);
 
+// Whether a program runs on that directory at this moment.
+bool RunsIn(const std::string& directory);
+
 // One line on standard error; line feeds inside become blanks. Dropped when nothing takes it.
 void ReportLine(const std::string& line);
 
@@ -35,8 +38,9 @@ class LinuxHost : public Host {
   // Has the peers of `server` be served while RunHidden waits.
   void ServeMeanwhile(UnixServer& server) { meanwhile_ = &server; }
 
-  // The connection to the system bus, for whoever else asks there.
+  // The connections to the buses, for whoever else asks there.
   BusConnection& SystemBus() { return bus_; }
+  BusConnection& SessionBus() { return session_bus_; }
 
   bool IsSecondInstance() override;
   RunOutcome RunHidden(const std::string& path, std::chrono::milliseconds limit) override;
