@@ -10,6 +10,8 @@ install(TARGETS orvane orvane-service exit.exe RUNTIME DESTINATION ${program_dir
 install(TARGETS orvane-ups-sim orvane-modem-sim RUNTIME DESTINATION bin)
 file(CREATE_LINK ../${program_dir}/orvane ${pieces}/orvane SYMBOLIC)
 install(FILES ${pieces}/orvane DESTINATION bin)
+file(CREATE_LINK ../${program_dir}/orvane-service ${pieces}/orvane-service SYMBOLIC)
+install(FILES ${pieces}/orvane-service DESTINATION sbin)
 
 install(FILES packaging/orvane.desktop DESTINATION share/applications)
 # What a user who has no settings yet begins with.

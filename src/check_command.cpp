@@ -10,14 +10,15 @@
 #include "app/settings.h"
 #include "check/port_trial.h"
 #include "check/protection_check.h"
-#include "inspector_parts.h"
 #include "platform/linux/linux_clock.h"
 #include "platform/linux/linux_disk.h"
 #include "platform/linux/linux_host.h"
+#include "platform/linux/linux_inspector.h"
 #include "platform/linux/port_map.h"
 #include "platform/linux/way_down.h"
 #include "platform/qt/bus_notifier.h"
 #include "platform/qt/device_port.h"
+#include "platform/qt/program_run.h"
 #include "platform/qt/qt_timer.h"
 #include "platform/sqlite/sqlite_history.h"
 #include "schedule/schedule_tables.h"
@@ -72,8 +73,11 @@ int CheckProtection(int argc, char** argv) {
   LoadSchedule(disk, SchedulePath(directory), state);
 
   QtTimer limit;
-  LinuxInspector inspector(InspectorPlaces(host), settings, host.SystemBus(), limit,
-                           RunForInspector, [&](int number) { return ports.DeviceOf(number); });
+  ProgramRun companion_run(std::chrono::seconds(2));
+  LinuxInspector inspector(
+      LinuxInspector::PlacesOf(host), settings, host.SystemBus(), limit,
+      [&](auto&&... run) { companion_run.Start(run...); },
+      [&](int number) { return ports.DeviceOf(number); });
   inspector.WayDown(WayDownTime(disk, directory));
 
   LineFindings line;

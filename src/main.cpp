@@ -15,10 +15,10 @@
 #include "bus/service_watch.h"
 #include "check_command.h"
 #include "frame/main_form.h"
-#include "inspector_parts.h"
 #include "platform/linux/linux_clock.h"
 #include "platform/linux/linux_disk.h"
 #include "platform/linux/linux_host.h"
+#include "platform/linux/linux_inspector.h"
 #include "platform/linux/port_map.h"
 #include "platform/linux/tray_watch.h"
 #include "platform/linux/unix_server.h"
@@ -27,6 +27,7 @@
 #include "platform/qt/device_port.h"
 #include "platform/qt/device_watch.h"
 #include "platform/qt/end_signals.h"
+#include "platform/qt/program_run.h"
 #include "platform/qt/qt_dialogs.h"
 #include "platform/qt/qt_timer.h"
 #include "platform/sqlite/sqlite_history.h"
@@ -75,10 +76,13 @@ struct Outside {
                           [this](const std::string& line) { host.Report(line); }};
   QtTimer tray_patience;
   QtTimer inspector_limit;
-  LinuxInspector inspector{
-      InspectorPlaces(host), settings,
-      host.SystemBus(),      inspector_limit,
-      RunForInspector,       [this](int number) { return ports.DeviceOf(number); }};
+  ProgramRun companion_run{std::chrono::seconds(2)};
+  LinuxInspector inspector{LinuxInspector::PlacesOf(host),
+                           settings,
+                           host.SystemBus(),
+                           inspector_limit,
+                           [this](auto&&... run) { companion_run.Start(run...); },
+                           [this](int number) { return ports.DeviceOf(number); }};
   Seams seams{{poll_timer, countdown_timer, schedule_timer, dial_timer, clock_timer},
               alert_timer,
               modem_timer,
@@ -123,7 +127,8 @@ void MakeForms(Outside& outside, Engine& engine) {
                                 engine.PathOf(Journal::kDayRecords));
   });
   windows.Make(Form::kHistory, [&] {
-    return new HistoryWindow(state, engine.Fields(), engine.History(), outside.clock);
+    return new HistoryWindow(state, engine.Fields(), engine.History(), outside.clock,
+                             outside.dialogs);
   });
   windows.Make(Form::kShutdownReport, [&] {
     auto* window = new ShutdownReportWindow(state, engine.Files(), engine.PathOf(Journal::kReport));
@@ -186,8 +191,10 @@ bool RunOwnEngine(bool may_attach) {
   MakeForms(outside, main_form);
   windows.Make(Form::kProtectionCheck, [&] { return new CheckWindow(state, main_form); });
   TrayIcon tray_icon(state, panel, main_form, windows);
-  const TrayWatch tray_watch(outside.host.SessionBus(), outside.tray_patience,
-                             [&] { tray_icon.Appear(); });
+  const TrayWatch tray_watch(outside.host.SessionBus(), outside.tray_patience, [&](bool modern) {
+    const bool x11 = QApplication::platformName() == "xcb";
+    if (modern || x11) tray_icon.Appear();
+  });
 
   const auto& ports = outside.settings.ports;
   const DeviceWatch device_watch({ports.begin(), ports.end()},
@@ -234,8 +241,10 @@ void RunAttached(BusConnection& bus, bool just_came) {
                                  [] {}, [&] { engine.Stop(); }, [&] { return engine.Started(); }});
   MakeForms(outside, engine);
   TrayIcon tray_icon(engine.Shown(), engine.Fields(), engine, windows);
-  const TrayWatch tray_watch(outside.host.SessionBus(), outside.tray_patience,
-                             [&] { tray_icon.Appear(); });
+  const TrayWatch tray_watch(outside.host.SessionBus(), outside.tray_patience, [&](bool modern) {
+    const bool x11 = QApplication::platformName() == "xcb";
+    if (modern || x11) tray_icon.Appear();
+  });
   const EndSignals end_signals([&] { windows.End(); });
   outside.poll_timer.Interval(kLookForBus);
   outside.poll_timer.Tick = [&] { engine.Keep(); };

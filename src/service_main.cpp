@@ -11,12 +11,13 @@
 #include <string>
 #include <utility>
 
+#include "app/settings.h"
 #include "bus/bus_service.h"
 #include "bus/service_windows.h"
-#include "inspector_parts.h"
 #include "platform/linux/linux_clock.h"
 #include "platform/linux/linux_disk.h"
 #include "platform/linux/linux_host.h"
+#include "platform/linux/linux_inspector.h"
 #include "platform/linux/port_map.h"
 #include "platform/linux/service_manager.h"
 #include "platform/linux/unix_server.h"
@@ -24,6 +25,7 @@
 #include "platform/qt/device_port.h"
 #include "platform/qt/device_watch.h"
 #include "platform/qt/end_signals.h"
+#include "platform/qt/program_run.h"
 #include "platform/qt/qt_timer.h"
 #include "platform/sqlite/sqlite_history.h"
 #include "start.h"
@@ -104,6 +106,10 @@ int Main(int argc, char** argv) {
 
   LinuxClock clock;
   LinuxDisk disk;
+  // Without settings every delay would be zero.
+  if (!disk.Exists(SettingsPath(directory))) {
+    CopyFirstSettings(ExecutableDirectory(), directory);
+  }
   const PlatformSettings settings = LoadPlatformSettings(disk, directory);
   ServiceManager manager;
   ServiceHost host(directory, settings);
@@ -116,8 +122,10 @@ int Main(int argc, char** argv) {
   DevicePort modem_port(device_of, kModemGather);
   QtTimer poll_timer, countdown_timer, schedule_timer, dial_timer, clock_timer, alert_timer,
       modem_timer, inspector_limit;
-  LinuxInspector inspector(InspectorPlaces(host), settings, host.SystemBus(), inspector_limit,
-                           RunForInspector, device_of);
+  ProgramRun companion_run(std::chrono::seconds(2));
+  LinuxInspector inspector(
+      LinuxInspector::PlacesOf(host), settings, host.SystemBus(), inspector_limit,
+      [&](auto&&... run) { companion_run.Start(run...); }, device_of);
   ServiceWindows windows;
   windows.Report = report;
   const Seams seams{{poll_timer, countdown_timer, schedule_timer, dial_timer, clock_timer},

@@ -264,6 +264,16 @@ std::vector<Episode> BusEngine::ServiceHistory::Episodes(sys_seconds from, sys_s
   return EpisodesOf(rows.value_or(""));
 }
 
+std::optional<sys_seconds> BusEngine::ServiceHistory::First() {
+  const auto call = engine_.Ask(kSee, "FirstSample");
+  int there = 0;
+  std::int64_t seconds = 0;
+  if (!call->answer || sd_bus_message_read(call->answer, "bx", &there, &seconds) <= 0 || !there) {
+    return std::nullopt;
+  }
+  return sys_seconds(std::chrono::seconds(seconds));
+}
+
 ScheduleEntries BusEngine::Schedule(const ScheduleSection& section) {
   ScheduleEntries entries;
   const auto call = Ask(kSee, "Schedule", [&](sd_bus_message* message) {

@@ -73,6 +73,7 @@ class BusEngine : public Engine {
     explicit ServiceHistory(BusEngine& engine) : engine_(engine) {}
     std::vector<Sample> Samples(Step step, sys_seconds from, sys_seconds to) override;
     std::vector<Episode> Episodes(sys_seconds from, sys_seconds to) override;
+    std::optional<sys_seconds> First() override;
     BusEngine& engine_;
   };
 

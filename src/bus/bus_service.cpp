@@ -48,6 +48,7 @@ const sd_bus_vtable kSeeTable[] = {
     ORVANE_METHOD("Schedule", "s", "a(ssss)", TellSchedule),
     ORVANE_METHOD("Samples", "bxx", "h", TellSamples),
     ORVANE_METHOD("Episodes", "xx", "h", TellEpisodes),
+    ORVANE_METHOD("FirstSample", "", "bx", TellFirst),
     SD_BUS_SIGNAL("Changed", "a{sv}", 0),
     SD_BUS_SIGNAL("Form", "ss", 0),
     SD_BUS_SIGNAL("Box", "ss", 0),
@@ -320,6 +321,13 @@ int BusService::TellEpisodes(sd_bus_message* call) {
   const auto span = ReadSpan(call);
   if (!span) return -EINVAL;
   return ReplyRows(call, EpisodeRows(form_.History().Episodes(span->first, span->second)));
+}
+
+int BusService::TellFirst(sd_bus_message* call) {
+  const auto first = form_.History().First();
+  return sd_bus_reply_method_return(
+      call, "bx", static_cast<int>(first.has_value()),
+      static_cast<std::int64_t>(first ? first->time_since_epoch().count() : 0));
 }
 
 int BusService::MaySteer(sd_bus_message* call) {

@@ -49,6 +49,7 @@ class BusService {
   int TellSchedule(sd_bus_message* call);
   int TellSamples(sd_bus_message* call);
   int TellEpisodes(sd_bus_message* call);
+  int TellFirst(sd_bus_message* call);
   int MaySteer(sd_bus_message* call);
   int ToggleBeeper(sd_bus_message* call);
   int TestFor10Seconds(sd_bus_message* call);

@@ -14,6 +14,9 @@ namespace {
 
 constexpr int kDialDelay = 5000;
 
+// A UPS may run longer from its battery, but does not test itself for longer.
+constexpr std::chrono::hours kLongestTestToLow{4};
+
 constexpr std::string_view kAlreadyRunning = "Orvane Have been run！";
 constexpr std::string_view kAlreadyRunningTitle = "Orvane：Info";
 constexpr std::string_view kTitle = "Orvane";
@@ -43,6 +46,7 @@ MainForm::MainForm(State& state, Panel& panel, const Seams& seams)
     share_.TellGoingDown();
     tray_.TellGoingDown();
   };
+  schedule_.OnSelfTest = [this] { history_.BeginSelfTest(kLongestTestToLow); };
   shutdown_.OnUpsTold = [this] { history_.BeginWayDown(); };
   shutdown_.OnEnd = [this] { share_.AwaitOthers(); };
   seams_.host.OnSleep([this](bool asleep) {
@@ -161,18 +165,17 @@ void MainForm::ToggleBeeper() {
 }
 
 void MainForm::TestFor10Seconds() {
-  static_cast<void>(SendCommand(seams_.ups_port, kSelfTest10Seconds));
-  history_.BeginSelfTest(std::chrono::seconds(10));
+  if (SendCommand(seams_.ups_port, kSelfTest10Seconds)) {
+    history_.BeginSelfTest(std::chrono::seconds(10));
+  }
 }
 
 void MainForm::TestToLow() {
-  static_cast<void>(SendCommand(seams_.ups_port, kSelfTestToLow));
-  history_.BeginSelfTest(std::nullopt);
+  if (SendCommand(seams_.ups_port, kSelfTestToLow)) history_.BeginSelfTest(kLongestTestToLow);
 }
 
 void MainForm::CancelTest() {
-  static_cast<void>(SendCommand(seams_.ups_port, kCancelSelfTest));
-  history_.EndSelfTest();
+  if (SendCommand(seams_.ups_port, kCancelSelfTest)) history_.EndSelfTest();
 }
 
 void MainForm::AskForShutdown() {

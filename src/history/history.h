@@ -76,6 +76,9 @@ struct HistorySource {
   // history cannot be read.
   virtual std::vector<Sample> Samples(Step step, sys_seconds from, sys_seconds to) = 0;
   virtual std::vector<Episode> Episodes(sys_seconds from, sys_seconds to) = 0;
+
+  // The begin of the oldest hour; nothing of an empty history.
+  virtual std::optional<sys_seconds> First() = 0;
 };
 
 struct HistoryStore : HistorySource {

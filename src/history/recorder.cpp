@@ -30,6 +30,11 @@ bool IsRed(const Label& label) {
   return label.ForeColor() == kRed && !label.Caption().empty();
 }
 
+// No UPS tests itself then.
+bool HindersTest(const Panel& panel) {
+  return IsRed(panel.mains) || IsRed(panel.battery) || IsRed(panel.bypass);
+}
+
 void KeepNewest(auto& list) {
   if (list.size() <= kKeptForLater) return;
   list.erase(list.begin(), list.end() - static_cast<std::ptrdiff_t>(kKeptForLater));
@@ -110,7 +115,6 @@ void Recorder::FollowStates(sys_seconds now) {
           EpisodeKind::kBypass, EpisodeKind::kOverload, EpisodeKind::kSelfTest}) {
       Close(kind, now, Ending::kUnknown);
     }
-    self_test_end_.reset();
     CloseMinute();
   } else {
     Follow(EpisodeKind::kMainsFailure, IsRed(panel_.mains), now);
@@ -118,13 +122,20 @@ void Recorder::FollowStates(sys_seconds now) {
     Follow(EpisodeKind::kUpsFault, IsRed(panel_.ups), now);
     Follow(EpisodeKind::kBypass, IsRed(panel_.bypass), now);
     Follow(EpisodeKind::kOverload, panel_.overload_warning.Visible(), now);
-    if ((self_test_end_ && now >= *self_test_end_) || (!self_test_end_ && IsRed(panel_.battery))) {
-      Close(EpisodeKind::kSelfTest, now, Ending::kOver);
-    }
+    FollowSelfTest(now);
   }
   // Before the first answer nothing is lost.
   linked_once_ = linked_once_ || linked;
   Follow(EpisodeKind::kLinkLoss, !linked && linked_once_, now);
+}
+
+// What the UPS tells goes before what was ordered of it.
+void Recorder::FollowSelfTest(sys_seconds now) {
+  const bool tells = state_.Main.Data.test_bit == '1';
+  self_test_told_ = tells || (self_test_told_ && open_[EpisodeKind::kSelfTest]);
+  const bool ordered = !self_test_told_ && open_[EpisodeKind::kSelfTest] && now < self_test_end_ &&
+                       !HindersTest(panel_);
+  Follow(EpisodeKind::kSelfTest, tells || ordered, now);
 }
 
 void Recorder::Follow(EpisodeKind kind, bool lasts, sys_seconds now) {
@@ -170,18 +181,17 @@ void Recorder::CloseMinute() {
   due_ = true;
 }
 
-void Recorder::BeginSelfTest(std::optional<std::chrono::seconds> length) {
-  if (!started_ || panel_.link.ForeColor() == kRed) return;
+void Recorder::BeginSelfTest(std::chrono::seconds at_most) {
+  if (!started_ || panel_.link.ForeColor() == kRed || HindersTest(panel_)) return;
   const sys_seconds now = clock_.SystemSeconds();
-  Close(EpisodeKind::kSelfTest, now, Ending::kOver);
-  self_test_end_.reset();
-  if (length) self_test_end_ = now + *length;
+  self_test_end_ = now + at_most;
+  if (open_[EpisodeKind::kSelfTest]) return;
   Begin(EpisodeKind::kSelfTest, now);
   Write();
 }
 
 void Recorder::EndSelfTest() {
-  if (!started_) return;
+  if (!started_ || self_test_told_) return;
   Close(EpisodeKind::kSelfTest, clock_.SystemSeconds(), Ending::kOver);
   if (due_) Write();
 }
@@ -203,7 +213,7 @@ void Recorder::End() {
   CloseMinute();
   if (due_) Write();
   last_look_.reset();
-  self_test_end_.reset();
+  self_test_told_ = false;
   answered_ = 0;
   linked_once_ = false;
 }

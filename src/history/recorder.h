@@ -30,9 +30,11 @@ class Recorder {
   // look.
   void Look();
 
-  // A self-test was ordered; it lasts `length`, or with nothing until the battery is low or
-  // the test is cancelled.
-  void BeginSelfTest(std::optional<std::chrono::seconds> length);
+  // The UPS has got the command for a self-test; ordered once more, it goes on. Of a UPS that does
+  // not tell when it tests itself, it lasts `at_most` this long, and not beyond a mains failure, a
+  // low battery and the bypass.
+  void BeginSelfTest(std::chrono::seconds at_most);
+  // The UPS has got the command to end it.
   void EndSelfTest();
 
   // The way down begins: what lasts ends with it.
@@ -45,6 +47,7 @@ class Recorder {
   void Start();
   void TakeReading(sys_seconds now);
   void FollowStates(sys_seconds now);
+  void FollowSelfTest(sys_seconds now);
   void Follow(EpisodeKind kind, bool lasts, sys_seconds now);
   void Begin(EpisodeKind kind, sys_seconds now);
   void Close(EpisodeKind kind, sys_seconds end, Ending ending);
@@ -62,7 +65,8 @@ class Recorder {
   std::optional<sys_seconds> last_look_;
   bool linked_once_ = false;      // since the form was loaded
   std::optional<Sample> minute_;  // the one that is being collected
-  std::optional<sys_seconds> self_test_end_;
+  sys_seconds self_test_end_;     // at the latest, of one that the UPS does not tell
+  bool self_test_told_ = false;   // the UPS has told of the one that lasts
   PerEpisodeKind<std::optional<OpenEpisode>> open_;
   // What the store has not taken yet.
   std::vector<Sample> minutes_;

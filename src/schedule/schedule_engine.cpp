@@ -39,7 +39,7 @@ void ScheduleEngine::OnSchedule() {
     }
   }
 
-  if (TestDue) Send(kSelfTestToLow);
+  if (TestDue && Send(kSelfTestToLow) && OnSelfTest) OnSelfTest();
   if (SwitchOnDue) SwitchOn();
   if (SwitchOffDue) shutdown_.ShutdownSequence(Message::kSwitchOffTime, RecordCode::kScheduleDown);
 }
@@ -48,12 +48,13 @@ void ScheduleEngine::SwitchOn() {
   if (!journals_.WriteLog(state_.Text(Message::kSwitchOnTime))) {
     seams_.host.Report("the event could not be written to " + journals_.LogPath());
   }
-  Send(kSwitchOn);
+  static_cast<void>(Send(kSwitchOn));
 }
 
-void ScheduleEngine::Send(std::string_view command) {
-  if (SendCommand(seams_.ups_port, command)) return;
-  seams_.host.Report("the UPS did not get its command " + std::string(command));
+bool ScheduleEngine::Send(std::string_view command) {
+  const bool sent = SendCommand(seams_.ups_port, command);
+  if (!sent) seams_.host.Report("the UPS did not get its command " + std::string(command));
+  return sent;
 }
 
 }  // namespace orvane

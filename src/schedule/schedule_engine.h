@@ -1,6 +1,8 @@
 // What the schedule does when its times come.
 #pragma once
 
+#include <functional>
+
 #include "app/seams.h"
 #include "app/state.h"
 #include "protect/shutdown.h"
@@ -13,6 +15,9 @@ class ScheduleEngine {
   ScheduleEngine(const State& state, Journals& journals, Shutdown& shutdown, const Seams& seams)
       : state_(state), journals_(journals), shutdown_(shutdown), seams_(seams) {}
 
+  // Run when the UPS has got the command for a self-test.
+  std::function<void()> OnSelfTest;
+
   // Compares the clock with the tables and acts on what falls due in this minute: a self-test, a
   // switch-on, a switch-off, in this order, each of them that is due. Keeps nothing from one tick
   // to the next, so that every tick inside a due minute acts again. A journal that cannot be
@@ -22,7 +27,7 @@ class ScheduleEngine {
 
  private:
   void SwitchOn();
-  void Send(std::string_view command);
+  bool Send(std::string_view command);
 
   const State& state_;
   Journals& journals_;

@@ -318,6 +318,7 @@ int RunSimulator(int argc, char** argv, const SimulatorKind& kind, Device& devic
     PrintHelp(kind, orders);
     return 0;
   }
+  if (const auto code = kind.instead ? kind.instead() : std::nullopt) return *code;
   return simulator.Run();
 }
 

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <functional>
+#include <optional>
 #include <string_view>
 #include <vector>
 
@@ -25,6 +26,9 @@ struct SimulatorKind {
   int baud;                  // speed of the line, 8 data bits, no parity, 1 stop bit
   bool hid = false;          // knows --hid: the line as a USB chip carries it in HID reports
   std::vector<SimulatorOption> options = {};
+  // What the options ask for in the place of the device, with the exit code of the program; nothing
+  // when they do not.
+  std::function<std::optional<int>()> instead = nullptr;
 };
 
 // The whole life of a simulator program. `orders` holds the orders to the device; those to the

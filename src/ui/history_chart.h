@@ -7,11 +7,9 @@
 #include "app/state.h"
 #include "history/history.h"
 #include "platform/clock.h"
+#include "ui/chart_curves.h"
 
 namespace orvane {
-
-// The name of a kind of episode, in the language of this moment.
-QString NameOf(const State& state, EpisodeKind kind);
 
 // Of a moment, by the local clock, to the minute.
 QString TimeOf(sys_seconds time);
@@ -39,6 +37,12 @@ class HistoryChart : public QWidget {
   // Reads what has been added, and goes along while the live end is in view.
   void Follow();
 
+  // As it stands on the screen, without what only the screen shows.
+  QImage Picture();
+
+  // Time, values and episodes at a place of the widget.
+  QString TextAt(double x) const;
+
  Q_SIGNALS:
   void Moved();
 
@@ -50,30 +54,30 @@ class HistoryChart : public QWidget {
 
  private:
   struct Lane;
-  struct Bin;
 
-  void Move(sys_seconds from, sys_seconds to);
+  // `length` up to `to`, at most the present.
+  void Show(sys_seconds to, std::chrono::seconds length);
   void Zoom(double factor, double at);
   void Read();
+  std::chrono::seconds SampleWidth() const;
   QRectF Plot() const;
-  double XOf(sys_seconds time) const;
-  sys_seconds TimeAt(double x) const;
-  std::vector<Bin> BinsOf(Gauge gauge, double ratio) const;
+  TimeAxis Axis() const;
+  void Draw(QPainter& painter);
+  void DrawTimes(QPainter& painter) const;
+  void DrawStripes(QPainter& painter) const;
   void DrawLane(QPainter& painter, const Lane& lane, const QRectF& place) const;
-  void DrawCurve(QPainter& painter, const std::vector<Bin>& bins, const QRectF& place, double low,
-                 double high, const QColor& colour) const;
-  void DrawTimes(QPainter& painter, const QRectF& plot) const;
-  void DrawStripes(QPainter& painter, const QRectF& plot) const;
-  QString TextAt(double x) const;
+  void DrawLaneName(QPainter& painter, const Lane& lane, QPointF at) const;
 
   const State& state_;
   HistorySource& source_;
   const Clock& clock_;
   sys_seconds from_, to_;
-  bool live_ = true;
+  bool live_ = true;  // the right end is the present
   Step step_ = Step::kMinute;
   std::vector<Sample> samples_;
   std::vector<Episode> episodes_;
+  PerGauge<Columns> columns_;  // of the samples
+  double columns_for_ = 0;     // so many pixels; 0 when the samples are others
 };
 
 }  // namespace orvane

@@ -4,14 +4,15 @@
 #include <QFileDialog>
 #include <QHeaderView>
 #include <QLabel>
-#include <QMessageBox>
 #include <QPushButton>
 #include <QSaveFile>
 #include <QShortcut>
 #include <QTimer>
 #include <QTreeWidget>
 #include <QVBoxLayout>
+#include <algorithm>
 #include <cmath>
+#include <utility>
 
 #include "history/outages.h"
 #include "ui/history_chart.h"
@@ -24,6 +25,10 @@ using std::chrono::seconds;
 
 constexpr seconds kDay{86400};
 constexpr int kFollowMs = 10000;
+// The recorder may write a moment after what it writes of.
+constexpr seconds kOverlap{60};
+
+constexpr Words kTitle = {"历史曲线", "History"};
 
 struct SpanButton {
   const char* name;
@@ -36,10 +41,15 @@ constexpr SpanButton kSpans[] = {{"hour", {"1小时", "1 hour"}, seconds(3600)},
                                  {"month", {"30天", "30 days"}, 30 * kDay},
                                  {"year", {"1年", "1 year"}, 366 * kDay}};
 
-constexpr Words kEndings[] = {{"仍在继续", "lasts"},
+constexpr Words kEndings[] = {{"仍在继续", "still lasts"},
                               {"市电恢复", "mains back"},
                               {"未知", "not seen"},
                               {"已关机", "way down"}};
+
+// Of one that lasts, or has been set back behind its begin, as far as it has come.
+sys_seconds EndOf(const Episode& episode, sys_seconds now) {
+  return std::max(episode.begin, episode.ending == Ending::kNotYet ? now : episode.end);
+}
 
 QString LengthText(seconds length) {
   const auto total = length.count();
@@ -61,30 +71,33 @@ QString IsoTime(sys_seconds time) {
 }  // namespace
 
 HistoryWindow::HistoryWindow(const State& state, const Panel& panel, HistorySource& source,
-                             const Clock& clock)
+                             const Clock& clock, Dialogs& dialogs)
     : QWidget(nullptr, Qt::Window),
       state_(state),
       panel_(panel),
       source_(source),
       clock_(clock),
+      dialogs_(dialogs),
       chart_(new HistoryChart(state, source, clock, this)),
       outages_(new QTreeWidget(this)),
       sums_(new QLabel(this)),
       endurance_(new QLabel(this)) {
   setObjectName("history");
-  setWindowTitle(Pick(state, Words{"历史曲线", "History"}));
+  setWindowTitle(Pick(state, kTitle));
   auto* column = new QVBoxLayout(this);
   auto* row = new QHBoxLayout;
   column->addLayout(row);
   AddSpans(row);
   column->addWidget(chart_, 3);
   sums_->setObjectName("sums");
+  sums_->setWordWrap(true);
   endurance_->setObjectName("endurance");
   column->addWidget(sums_);
   column->addWidget(endurance_);
   outages_->setObjectName("outages");
   outages_->setAccessibleName(Pick(state, Words{"市电中断", "Mains failures"}));
   outages_->setRootIsDecorated(false);
+  outages_->setUniformRowHeights(true);
   QStringList heads;
   for (const Words& head :
        {Words{"开始", "Begin"}, Words{"时长", "Length"}, Words{"最低电量", "Lowest charge"},
@@ -94,22 +107,20 @@ HistoryWindow::HistoryWindow(const State& state, const Panel& panel, HistorySour
   outages_->setHeaderLabels(heads);
   outages_->setColumnWidth(0, 180);
   column->addWidget(outages_, 1);
-  connect(outages_, &QTreeWidget::itemClicked, this, [this](QTreeWidgetItem* item) {
-    const auto index = static_cast<std::size_t>(outages_->indexOfTopLevelItem(item));
-    const Episode outage = listed_[index];
-    const bool lasts = outage.ending == Ending::kNotYet;
-    chart_->ShowAround(outage.begin, lasts ? clock_.SystemSeconds() : outage.end);
-  });
+  const auto go_there = [this](QTreeWidgetItem* item) {
+    const Episode& outage = listed_[static_cast<std::size_t>(outages_->indexOfTopLevelItem(item))];
+    chart_->ShowAround(outage.begin, EndOf(outage, clock_.SystemSeconds()));
+  };
+  connect(outages_, &QTreeWidget::itemClicked, this, go_there);
+  connect(outages_, &QTreeWidget::itemActivated, this, go_there);
   connect(chart_, &HistoryChart::Moved, this, &HistoryWindow::ShowSums);
   connect(new QShortcut(Qt::Key_Escape, this), &QShortcut::activated, this, &QWidget::close);
   auto* timer = new QTimer(this);
-  connect(timer, &QTimer::timeout, this, [this] {
-    ShowOutages();
-    chart_->Follow();
-  });
+  timer->setObjectName("follow");
+  connect(timer, &QTimer::timeout, this, &HistoryWindow::Follow);
   timer->start(kFollowMs);
-  resize(900, 720);
-  ShowOutages();
+  resize(880, 660);
+  ReadOutages();
   chart_->ShowLast(kDay);
   chart_->setFocus();
 }
@@ -128,47 +139,67 @@ void HistoryWindow::AddSpans(QBoxLayout* row) {
   add("save_as", {"另存为...", "Save as..."}, [this] { SaveAs(); });
 }
 
-// The newest first. A list that has not changed keeps its place.
-void HistoryWindow::ShowOutages() {
-  std::vector<Episode> found;
-  for (const Episode& episode : source_.Episodes(sys_seconds{}, sys_seconds::max())) {
-    if (episode.kind == EpisodeKind::kMainsFailure) found.insert(found.begin(), episode);
+void HistoryWindow::Follow() {
+  if (isMinimized()) return;
+  ReadOutages();
+  chart_->Follow();
+}
+
+// What has begun or ended since the last look, and what lasts. After a clock that was set back,
+// all of it.
+void HistoryWindow::ReadOutages() {
+  const sys_seconds now = clock_.SystemSeconds();
+  const bool anew = !read_ || now < *read_;
+  for (const Episode& episode :
+       source_.Episodes(anew ? sys_seconds{} : *read_ - kOverlap, sys_seconds::max())) {
+    if (episode.kind != EpisodeKind::kMainsFailure) continue;
+    auto row = std::find_if(listed_.begin(), listed_.end(),
+                            [&](const Episode& listed) { return listed.id <= episode.id; });
+    const auto index = row - listed_.begin();
+    if (row == listed_.end() || row->id != episode.id) {
+      listed_.insert(row, episode);
+      outages_->insertTopLevelItem(static_cast<int>(index), new QTreeWidgetItem);
+    } else {
+      *row = episode;
+    }
+    ShowOutage(static_cast<std::size_t>(index));
   }
-  if (found == listed_) return;
-  listed_ = std::move(found);
-  outages_->clear();
-  for (const Episode& outage : listed_) {
-    const bool lasts = outage.ending == Ending::kNotYet;
-    const seconds length = (lasts ? clock_.SystemSeconds() : outage.end) - outage.begin;
-    new QTreeWidgetItem(
-        outages_,
-        QStringList{TimeOf(outage.begin), LengthText(length), Percent(outage.lowest_battery),
-                    Pick(state_, kEndings[static_cast<std::size_t>(outage.ending)])});
-  }
+  read_ = now;
+}
+
+void HistoryWindow::ShowOutage(std::size_t row) {
+  const Episode& outage = listed_[row];
+  const seconds length = EndOf(outage, clock_.SystemSeconds()) - outage.begin;
+  const QString texts[] = {TimeOf(outage.begin), LengthText(length), Percent(outage.lowest_battery),
+                           Pick(state_, kEndings[static_cast<std::size_t>(outage.ending)])};
+  QTreeWidgetItem* item = outages_->topLevelItem(static_cast<int>(row));
+  for (int i = 0; i < static_cast<int>(std::size(texts)); ++i) item->setText(i, texts[i]);
 }
 
 void HistoryWindow::ShowSums() {
   const sys_seconds now = clock_.SystemSeconds();
   const OutageSums sums = SumsOf(chart_->Episodes(), chart_->From(), chart_->To(), now);
-  sums_->setText(Pick(state_, Words{"%1 至 %2：中断 %3 次，共 %4，最长 %5，可用率 %6 %",
-                                    "%1 to %2: %3 outages, total %4, longest %5, availability "
-                                    "%6 %"})
+  const bool known = !chart_->Samples().empty() || !chart_->Episodes().empty();
+  sums_->setText(Pick(state_, Words{"%1 至 %2：中断 %3 次，共 %4，最长 %5，可用率 %6",
+                                    "%1 to %2: outages %3, total %4, longest %5, availability "
+                                    "%6"})
                      .arg(TimeOf(chart_->From()), TimeOf(chart_->To()))
                      .arg(sums.number)
                      .arg(LengthText(sums.total), LengthText(sums.longest))
-                     .arg(sums.availability, 0, 'f', 3));
+                     .arg(known ? QString::number(sums.availability, 'f', 3) + " %" : "–"));
   const double load =
       QString::fromStdString(panel_.read_outs[Gauge::kLoad].Caption()).toDouble() * 100;
   const auto endurance = EnduranceAt(listed_, std::llround(load));
+  endurance_->setVisible(endurance.has_value());
+  if (!endurance) return;
   endurance_->setText(
-      endurance ? Pick(state_, Words{"按此负载，电池约可维持 %1 分钟（%2 至 %3，依据 %4 次放电）",
-                                     "The battery lasts about %1 min at this load (%2 to %3, from "
-                                     "%4 discharges)"})
-                      .arg(std::lround(endurance->minutes))
-                      .arg(std::lround(endurance->least))
-                      .arg(std::lround(endurance->most))
-                      .arg(endurance->discharges)
-                : QString());
+      Pick(state_, Words{"按此负载，电池约可维持 %1 分钟（%2 至 %3，依据 %4 次放电）",
+                         "The battery lasts about %1 min at this load (%2 to %3, "
+                         "from %4 discharges)"})
+          .arg(std::lround(endurance->minutes))
+          .arg(std::lround(endurance->least))
+          .arg(std::lround(endurance->most))
+          .arg(endurance->discharges));
 }
 
 QString HistoryWindow::Csv() const {
@@ -193,21 +224,37 @@ QString HistoryWindow::Csv() const {
   return text;
 }
 
-void HistoryWindow::SaveAs() {
-  const QString path = QFileDialog::getSaveFileName(this, Pick(state_, Words{"另存为", "Save as"}),
-                                                    "history.csv", "CSV (*.csv);;PNG (*.png)");
-  if (path.isEmpty()) return;
+bool HistoryWindow::Save(const QString& path) const {
   QSaveFile file(path);
-  bool saved = file.open(QIODevice::WriteOnly);
+  if (!file.open(QIODevice::WriteOnly)) return false;
   if (path.endsWith(".png", Qt::CaseInsensitive)) {
-    saved = saved && chart_->grab().save(&file, "PNG");
-  } else {
-    const QByteArray bytes = Csv().toUtf8();
-    saved = saved && file.write(bytes) == bytes.size();
+    return chart_->Picture().save(&file, "PNG") && file.commit();
   }
-  if (saved && file.commit()) return;
-  QMessageBox::warning(this, Pick(state_, Words{"历史曲线", "History"}),
-                       Pick(state_, Words{"文件无法写入。", "The file could not be written."}));
+  const QByteArray bytes = Csv().toUtf8();
+  return file.write(bytes) == bytes.size() && file.commit();
+}
+
+void HistoryWindow::SaveAs() {
+  QFileDialog dialog(this, Pick(state_, Words{"另存为", "Save as"}));
+  dialog.setAcceptMode(QFileDialog::AcceptSave);
+  dialog.setNameFilters({"CSV (*.csv)", "PNG (*.png)"});
+  dialog.setDefaultSuffix("csv");
+  connect(&dialog, &QFileDialog::filterSelected, &dialog, [&dialog](const QString& filter) {
+    dialog.setDefaultSuffix(filter.startsWith("PNG") ? "png" : "csv");
+  });
+  // The desktop's own dialog speaks the desktop's language, Qt's dialog the program's.
+  for (const auto& [part, words] :
+       {std::pair{QFileDialog::LookIn, Words{"目录：", "Look in:"}},
+        std::pair{QFileDialog::FileName, Words{"文件名：", "File name:"}},
+        std::pair{QFileDialog::FileType, Words{"类型：", "Type:"}},
+        std::pair{QFileDialog::Accept, Words{"保存", "Save"}},
+        std::pair{QFileDialog::Reject, Words{"取消", "Cancel"}}}) {
+    dialog.setLabelText(part, Pick(state_, words));
+  }
+  dialog.selectFile("history");
+  if (dialog.exec() != QDialog::Accepted || Save(dialog.selectedFiles().value(0))) return;
+  const auto bytes = [&](const Words& words) { return Pick(state_, words).toStdString(); };
+  dialogs_.Exclamation(bytes({"文件无法写入。", "The file could not be written."}), bytes(kTitle));
 }
 
 }  // namespace orvane

@@ -6,6 +6,7 @@
 #include "app/state.h"
 #include "history/history.h"
 #include "platform/clock.h"
+#include "platform/dialogs.h"
 
 class QBoxLayout;
 class QLabel;
@@ -20,26 +21,33 @@ class HistoryWindow : public QWidget {
 
  public:
   // `source` outlives the window.
-  HistoryWindow(const State& state, const Panel& panel, HistorySource& source, const Clock& clock);
+  HistoryWindow(const State& state, const Panel& panel, HistorySource& source, const Clock& clock,
+                Dialogs& dialogs);
 
-  // The samples of the stretch that is shown (RFC 4180; times are ISO 8601 with their zone).
-  QString Csv() const;
+  // Writes what is shown: the picture as PNG where the name ends so, else the samples as CSV (RFC
+  // 4180; times are ISO 8601 with their zone). False when that failed.
+  bool Save(const QString& path) const;
 
  private:
   void AddSpans(QBoxLayout* row);
-  void ShowOutages();
+  void Follow();
+  void ReadOutages();
+  void ShowOutage(std::size_t row);
   void ShowSums();
+  QString Csv() const;
   void SaveAs();
 
   const State& state_;
   const Panel& panel_;
   HistorySource& source_;
   const Clock& clock_;
+  Dialogs& dialogs_;
   HistoryChart* chart_;
   QTreeWidget* outages_;
   QLabel* sums_;
   QLabel* endurance_;
-  std::vector<Episode> listed_;  // the outages of the list, by row
+  std::vector<Episode> listed_;      // the outages of the list, the newest first
+  std::optional<sys_seconds> read_;  // when they were read last
 };
 
 }  // namespace orvane

@@ -21,6 +21,10 @@ ShieldButton::ShieldButton(Shield& shield, QWidget* parent) : QToolButton(parent
   Refresh();
 }
 
+QSize ShieldButton::sizeHint() const {
+  return {QToolButton::sizeHint().width(), iconSize().height() + 2};
+}
+
 void ShieldButton::Refresh() {
   setIcon(ShieldIcon(shield_.Worst()));
   setText(shield_.Points() > 0 ? QString::number(shield_.Points()) : QString());

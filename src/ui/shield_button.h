@@ -18,6 +18,9 @@ class ShieldButton : public QToolButton {
   // Follows `shield`, which has to outlive the button.
   ShieldButton(Shield& shield, QWidget* parent);
 
+  // No higher than a menu's title, so that the menu bar keeps its height.
+  QSize sizeHint() const override;
+
  private:
   void Refresh();
 

@@ -164,4 +164,4 @@ class TrayTest(UpsTest):
         choose("_Protection check...")
         display.wait_for_window("Protection check")
         choose("_Exit")
-        self.assertEqual(orvane.wait(), 0)
+        self.assertEqual(orvane.wait(), 0, orvane.errors)

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include "schedule/schedule_tables.h"
+#include "support/memory_history.h"
 #include "support/status_frame.h"
 #include "support/world.h"
 
@@ -20,6 +22,7 @@ class MainFormTest : public testing::Test, public World {
     return std::string("\"\n2001-02-16 9:05:33 ") + message + "\"\r\n";
   }
 
+  StatusFrame status;
   MainForm form{state, panel, seams};
 };
 
@@ -147,6 +150,37 @@ TEST_F(MainFormTest, RepliesWaitForTheActivationAndAReloadStartsAfresh) {
   EXPECT_EQ(panel.read_outs[Gauge::kInput].Caption(), "0");
   EXPECT_FALSE(countdown_timer.Enabled());
   EXPECT_FALSE(state.Main.EventArmed[Fault::kBatteryLow]);
+}
+
+TEST_F(MainFormTest, SelfTestsOfTheScheduleAndTheWayDownAreEpisodes) {
+  MemoryHistory history;
+  form.KeepHistory(history);
+  forms.OnUnload = nullptr;  // the alert goes as well
+  ups_port.OnSent = [this](const std::string& text) {
+    if (text == "Q1\r") ups_port.Receive(status.Text());
+  };
+  ASSERT_TRUE(form.Load());
+  form.Activate();
+  // A minute and more, in which the schedule gives its command time and again.
+  state.ScheduleEnable[kSelfTests.on_slots + 1] = '1';
+  state.ScheduleDate[*kSelfTests.date_slots + 1] = "2001-2-16";
+  state.ScheduleOn[kSelfTests.on_slots + 1] = "9:06";
+  time.Advance(std::chrono::minutes(3));
+  ASSERT_EQ(history.episodes.size(), 1U);
+  EXPECT_EQ(history.episodes[1].kind, EpisodeKind::kSelfTest);
+  EXPECT_EQ(history.episodes[1].ending, Ending::kNotYet);
+  status.bits = "1000";
+  time.Advance(std::chrono::seconds(20));
+  EXPECT_EQ(history.episodes[1].ending, Ending::kOver);
+
+  dialogs.answer = true;
+  form.AskForShutdown();
+  ASSERT_EQ(history.episodes.size(), 3U);
+  EXPECT_EQ(history.episodes[2].kind, EpisodeKind::kMainsFailure);
+  EXPECT_EQ(history.episodes[2].ending, Ending::kShutdown);
+  EXPECT_EQ(history.episodes[3].kind, EpisodeKind::kWayDown);
+  form.Unload();
+  EXPECT_EQ(history.episodes[3].ending, Ending::kOver);
 }
 
 }  // namespace

@@ -2,12 +2,14 @@
 // plain model.
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <map>
 #include <random>
 
 #include "history/outages.h"
 #include "history/recorder.h"
 #include "support/fake_time.h"
+#include "support/memory_history.h"
 
 namespace orvane::test {
 namespace {
@@ -15,44 +17,12 @@ namespace {
 using std::chrono::minutes;
 using std::chrono::seconds;
 
-class MemoryStore : public HistoryStore {
- public:
-  std::map<sys_seconds, Sample> kept;
-  std::map<std::int64_t, Episode> episodes;
-  int writes = 0;
-  bool refuses = false;
-
-  bool Write(const std::vector<Sample>& added, const std::vector<Episode>& changed) override {
-    if (refuses) return false;
-    ++writes;
-    for (const Sample& sample : added) kept.try_emplace(sample.begin, sample);
-    for (const Episode& episode : changed) episodes[episode.id] = episode;
-    return true;
-  }
-  std::int64_t LastEpisode() override { return episodes.empty() ? 0 : episodes.rbegin()->first; }
-  std::vector<Sample> Samples(Step, sys_seconds from, sys_seconds to) override {
-    std::vector<Sample> found;
-    for (const auto& [begin, sample] : kept) {
-      if (begin >= from && begin < to) found.push_back(sample);
-    }
-    return found;
-  }
-  std::vector<Episode> Episodes(sys_seconds from, sys_seconds to) override {
-    std::vector<Episode> found;
-    for (const auto& [id, episode] : episodes) {
-      const bool over = episode.ending != Ending::kNotYet && episode.end < from;
-      if (episode.begin < to && !over) found.push_back(episode);
-    }
-    return found;
-  }
-};
-
 // A panel as the link leaves it, a second at a time.
 struct Watch {
   FakeTime time;
   State state;
   Panel panel;
-  MemoryStore store;
+  MemoryHistory store;
   std::optional<Recorder> recorder;
 
   Watch() { Restart(); }
@@ -174,6 +144,54 @@ TEST(RecorderTest, EpisodesKnowTheirExtremesAndEnds) {
   EXPECT_EQ(outage.ending, Ending::kShutdown);
   EXPECT_EQ(outage.first_battery, 9100);
   EXPECT_EQ(watch.store.episodes.at(3).kind, EpisodeKind::kWayDown);
+}
+
+TEST(RecorderTest, ASelfTestLastsAsTheUpsTellsOrElseAsOrdered) {
+  const auto order = [](Watch& watch) { watch.recorder->BeginSelfTest(seconds(10)); };
+  const auto cancel = [](Watch& watch) { watch.recorder->EndSelfTest(); };
+  const auto tell = [](char bit) {
+    return [bit](Watch& watch) { watch.state.Main.Data.test_bit = bit; };
+  };
+  const auto fail = [](Watch& watch) { watch.Mains(true); };
+  const struct {
+    const char* name;
+    std::map<int, std::function<void(Watch&)>> deeds;  // by their second
+    int length;                                        // -1 without any
+  } kCases[] = {
+      {"ordered of one that tells nothing", {{5, order}}, 10},
+      {"ordered again", {{5, order}, {10, order}}, 15},
+      {"cancelled", {{5, order}, {8, cancel}}, 3},
+      {"ended by the mains", {{5, order}, {8, fail}}, 3},
+      {"ordered while the mains is away", {{2, fail}, {5, order}}, -1},
+      {"begun by the UPS", {{5, tell('1')}, {35, tell('0')}}, 30},
+      {"ordered and told", {{5, order}, {7, tell('1')}, {30, tell('0')}}, 25},
+      {"cancelled, and told a while",
+       {{5, order}, {7, tell('1')}, {9, cancel}, {11, tell('0')}},
+       6},
+  };
+  for (const auto& [name, deeds, length] : kCases) {
+    SCOPED_TRACE(name);
+    Watch watch;
+    watch.Link(true);
+    watch.Mains(false);
+    for (int second = 0; second < 60; ++second) {
+      if (deeds.contains(second)) deeds.at(second)(watch);
+      watch.Second();
+    }
+    std::vector<int> lengths;
+    for (const auto& [id, episode] : watch.store.episodes) {
+      if (episode.kind != EpisodeKind::kSelfTest) continue;
+      EXPECT_EQ(episode.ending, Ending::kOver);
+      lengths.push_back(static_cast<int>((episode.end - episode.begin).count()));
+    }
+    // What the recorder looks at is a second old.
+    if (length < 0) {
+      EXPECT_TRUE(lengths.empty());
+    } else {
+      ASSERT_EQ(lengths.size(), 1U);
+      EXPECT_NEAR(lengths[0], length, 1);
+    }
+  }
 }
 
 TEST(RecorderTest, WhatTheStoreRefusesWaits) {

@@ -1,7 +1,14 @@
 // The history on the disk: a second reader, foreign and damaged files, and a writer that is killed
 // at any call to the system.
 #include <gtest/gtest.h>
+#include <sqlite3.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
+#include <csignal>
+#include <cstdlib>
+#include <filesystem>
 #include <functional>
 
 #include "platform/sqlite/sqlite_history.h"
@@ -69,6 +76,68 @@ TEST_F(SqliteHistoryTest, ADamagedFileIsPutAsideAndANewOneBegun) {
   EXPECT_EQ(All(history, Step::kMinute).size(), 1U);
   EXPECT_EQ(folder.Read("History.db.damaged"), std::string(5000, 'x'));
   EXPECT_EQ(reports.size(), 1U);
+}
+
+// Whoever may do anything counts as nobody meanwhile, and files may not grow beyond `size`.
+struct Bounds {
+  explicit Bounds(rlim_t size) {
+    getrlimit(RLIMIT_FSIZE, &before);
+    const rlimit bound{size, before.rlim_max};
+    setrlimit(RLIMIT_FSIZE, &bound);
+    signal(SIGXFSZ, SIG_IGN);
+    mighty = geteuid() == 0 && seteuid(65534) == 0;
+  }
+  ~Bounds() {
+    if (mighty && seteuid(0) != 0) std::abort();
+    setrlimit(RLIMIT_FSIZE, &before);
+  }
+  rlimit before{};
+  bool mighty = false;
+};
+
+TEST_F(SqliteHistoryTest, AFileThatDoesNotTakeItIsToldOnceAndLosesNothing) {
+  const struct {
+    const char* name;
+    const char* told;
+    const char* sql;  // of a stranger, who stays
+    mode_t mode;
+    rlim_t room;
+    std::size_t seen;  // minutes that the window shows meanwhile
+    bool after;        // whether it is written once the trouble is over
+  } kCases[] = {
+      {"locked", "database is locked", "BEGIN EXCLUSIVE", 0666, RLIM_INFINITY, 1, true},
+      {"full", "disk I/O error", "SELECT * FROM minutes", 0666, 4096, 1, true},
+      {"read-only", "readonly", "SELECT 1", 0444, RLIM_INFINITY, 1, true},
+      {"newer", "is from a newer version", "PRAGMA user_version=99", 0666, RLIM_INFINITY, 0, false},
+      {"of another program", "is not a history", "PRAGMA application_id=7", 0666, RLIM_INFINITY, 0,
+       false},
+  };
+  for (const auto& [name, told, sql, mode, room, seen, after] : kCases) {
+    SCOPED_TRACE(name);
+    reports.clear();
+    const TempFolder place;
+    const std::string file = place.Path("History.db");
+    ASSERT_TRUE(SqliteHistory(file, report).Write({MinuteOf(60, 100)}, {kOutage}));
+    sqlite3* stranger = nullptr;
+    ASSERT_EQ(sqlite3_open(file.c_str(), &stranger), SQLITE_OK);
+    ASSERT_EQ(sqlite3_exec(stranger, sql, nullptr, nullptr, nullptr), SQLITE_OK);
+    chmod(place.Path().c_str(), 0777);
+    for (const char* part : {"", "-wal", "-shm"}) chmod((file + part).c_str(), mode);
+    SqliteHistory history(file, report);
+    {
+      const Bounds bounds(room);
+      EXPECT_FALSE(history.Write({MinuteOf(61, 300)}, {}));
+      EXPECT_FALSE(history.Write({MinuteOf(61, 300)}, {}));
+      EXPECT_EQ(All(history, Step::kMinute).size(), seen);
+    }
+    sqlite3_close(stranger);
+    for (const char* part : {"", "-wal", "-shm"}) chmod((file + part).c_str(), 0666);
+    ASSERT_EQ(reports.size(), 1U);
+    EXPECT_NE(reports[0].find(told), std::string::npos) << reports[0];
+    EXPECT_EQ(history.Write({MinuteOf(61, 300)}, {}), after);
+    EXPECT_EQ(All(history, Step::kMinute).size(), after ? 2U : 0U);
+    EXPECT_FALSE(std::filesystem::exists(file + ".damaged"));
+  }
 }
 
 TEST_F(SqliteHistoryTest, AFolderThatIsNotThereCostsTheHistoryAlone) {

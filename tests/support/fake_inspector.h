@@ -18,7 +18,7 @@ inline OutsideFindings WellFound() {
   found.others = OthersFound{};
   found.free_bytes = 1'000'000'000;
   found.autostart = Autostart::kOn;
-  found.way_down = std::chrono::seconds(20);
+  found.way_down = std::chrono::seconds(15);
   return found;
 }
 

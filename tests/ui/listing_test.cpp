@@ -128,7 +128,8 @@ TEST(ListingTest, WindowsHoldWhatSomebodyHasLookedAt) {
       shots::Stage stage(language);
       const std::unique_ptr<QWidget> window = shot.make(stage);
       Present(*window);
-      EXPECT_EQ(window->minimumSize(), window->maximumSize());
+      // One form alone may be made larger.
+      EXPECT_EQ(window->minimumSize() == window->maximumSize(), window->objectName() != "history");
       const std::string name =
           std::string(shot.name) + (language == Language::kEnglish ? "-en" : "-zh");
       const QString now = ListingOf(*window);

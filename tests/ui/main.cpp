@@ -19,6 +19,7 @@ void PassOver(QtMsgType, const QMessageLogContext&, const QString& message) {
 
 int main(int argc, char** argv) {
   qputenv("QT_QPA_PLATFORM", "offscreen");
+  qputenv("TZ", "UTC");
   qInstallMessageHandler(PassOver);
   QApplication application(argc, argv);
   QApplication::setQuitOnLastWindowClosed(false);

@@ -63,6 +63,7 @@ int Main(int argc, char** argv) {
     return 2;
   }
   qputenv("QT_QPA_PLATFORM", "offscreen");
+  qputenv("TZ", "UTC");
   qputenv("QT_SCALE_FACTOR", argc > 2 ? argv[2] : "1");
   qInstallMessageHandler(PassOver);
   QApplication application(argc, argv);

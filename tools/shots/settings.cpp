@@ -1,5 +1,6 @@
 #include "shots/settings.h"
 
+#include "ui/check_window.h"
 #include "ui/schedule_window.h"
 #include "ui/settings_window.h"
 
@@ -59,6 +60,27 @@ std::unique_ptr<QWidget> SetupWithoutFile(Stage& stage) {
   std::string& line = stage.disk.files["/prog/Orvane.ini"];
   line = "0,0,0,0,0,0,0,11,0,0,\"\"" + line.substr(line.rfind(','));
   return Settings(stage);
+}
+
+std::unique_ptr<QWidget> CheckReady(Stage& stage) {
+  stage.Start();
+  stage.Polls(3);
+  return std::make_unique<CheckWindow>(stage.state, stage.form);
+}
+
+std::unique_ptr<QWidget> CheckWithOpenPoints(Stage& stage) {
+  std::string& line = stage.disk.files["/prog/Orvane.ini"];
+  line = "1,0,0,0,0,2,30,1,3,0,\"\"" + line.substr(line.rfind(','));
+  stage.silent = true;
+  stage.inspector.found.rights = {Right::kPassword, Right::kBlocked};
+  stage.inspector.found.blockers = "PackageKit (Updating packages, process 812)";
+  stage.inspector.found.others->acting = {"upsmon"};
+  stage.inspector.found.autostart = Autostart::kOff;
+  stage.inspector.found.companion = CompanionFound{false, "", "No such file or directory"};
+  stage.inspector.last.none = true;
+  stage.Start();
+  stage.Polls(5);
+  return std::make_unique<CheckWindow>(stage.state, stage.form);
 }
 
 std::unique_ptr<QWidget> Week(Stage& stage) {

@@ -1,4 +1,4 @@
-// The settings dialog and the three schedule editors.
+// The settings dialog, the protection check and the three schedule editors.
 #pragma once
 
 #include "shots/stage.h"
@@ -7,6 +7,8 @@ namespace orvane::shots {
 
 std::unique_ptr<QWidget> Setup(Stage& stage);
 std::unique_ptr<QWidget> SetupWithoutFile(Stage& stage);
+std::unique_ptr<QWidget> CheckReady(Stage& stage);
+std::unique_ptr<QWidget> CheckWithOpenPoints(Stage& stage);
 std::unique_ptr<QWidget> Week(Stage& stage);
 std::unique_ptr<QWidget> Special(Stage& stage);
 std::unique_ptr<QWidget> SelfTest(Stage& stage);

@@ -1,6 +1,7 @@
 #include "shots/shots.h"
 
 #include "shots/boxes.h"
+#include "shots/history.h"
 #include "shots/main_form.h"
 #include "shots/records.h"
 #include "shots/settings.h"
@@ -27,9 +28,13 @@ constexpr Shot kShots[] = {
     {"day-many", DayOfManyEvents},
     {"log", LogOfEvents},
     {"log-none", LogWithoutFile},
+    {"history", HistoryOfAWeek},
+    {"history-none", HistoryWithoutSamples},
     {"shutdown-report", ShutdownReport},
     {"settings", Setup},
     {"settings-nothing-chosen", SetupWithoutFile},
+    {"check", CheckReady},
+    {"check-open", CheckWithOpenPoints},
     {"week", Week},
     {"special-days", Special},
     {"self-tests", SelfTest},

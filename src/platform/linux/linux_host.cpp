@@ -31,18 +31,6 @@ bool MayWriteIn(const std::string& directory) {
   return faccessat(AT_FDCWD, directory.c_str(), W_OK | X_OK, AT_EACCESS) == 0;
 }
 
-// The settings that an installation brings for a new user. They are in English; where the session
-// is not, their language is changed.
-void CopyFirstSettings(const std::string& executable_directory, const std::string& directory) {
-  LinuxDisk disk;
-  const auto text = disk.Read(executable_directory + "/../../share/orvane/Orvane.ini");
-  if (!text) return;
-  State settings;
-  ParseSettings(*text, settings);
-  if (IsChinese(SessionLocale())) settings.Settings[kLanguage] = 1;
-  static_cast<void>(SaveSettings(disk, SettingsPath(directory), settings));
-}
-
 void ReportOwnLine(const std::string& line) {
   ReportLine("orvane: " + line);
 }
@@ -70,6 +58,16 @@ std::string ExecutableDirectory() {
   if (size <= 0) return ".";
   const std::string_view text(path, static_cast<std::size_t>(size));
   return std::string(text.substr(0, std::max<std::size_t>(text.rfind('/'), 1)));
+}
+
+void CopyFirstSettings(const std::string& executable_directory, const std::string& directory) {
+  LinuxDisk disk;
+  const auto text = disk.Read(executable_directory + "/../../share/orvane/Orvane.ini");
+  if (!text) return;
+  State settings;
+  ParseSettings(*text, settings);
+  if (IsChinese(SessionLocale())) settings.Settings[kLanguage] = 1;
+  static_cast<void>(SaveSettings(disk, SettingsPath(directory), settings));
 }
 
 std::string ProgramDirectoryFor(const std::string& executable_directory) {

@@ -59,6 +59,10 @@ bool HoldsText(const std::string& path, std::string_view text) {
 
 }  // namespace
 
+LinuxInspector::Places LinuxInspector::PlacesOf(const LinuxHost& host) {
+  return {host.ProgramDirectory(), ExecutableDirectory() + "/orvane", host.CompanionPath()};
+}
+
 LinuxInspector::LinuxInspector(Places places, const PlatformSettings& settings, BusConnection& bus,
                                Timer& limit, RunProgram run,
                                std::function<std::string(int)> device_of)

@@ -8,6 +8,7 @@
 
 #include "platform/inspector.h"
 #include "platform/linux/bus_connection.h"
+#include "platform/linux/linux_host.h"
 #include "platform/linux/platform_settings.h"
 #include "platform/timer.h"
 
@@ -27,6 +28,9 @@ class LinuxInspector : public Inspector {
     std::string companion;
     std::string processes = "/proc";
   };
+
+  // What the inspector has to know of the program that `host` belongs to.
+  static Places PlacesOf(const LinuxHost& host);
 
   // `limit` belongs to this object.
   LinuxInspector(Places places, const PlatformSettings& settings, BusConnection& bus, Timer& limit,

@@ -25,16 +25,16 @@ void AppendProperty(sd_bus_message* message) {
 
 }  // namespace
 
-TrayWatch::TrayWatch(BusConnection& bus, Timer& patience, std::function<void()> appear)
+TrayWatch::TrayWatch(BusConnection& bus, Timer& patience, std::function<void(bool modern)> appear)
     : bus_(bus), patience_(patience), appear_(std::move(appear)) {
   std::string error;
   Bus* open = bus_.Get(error);
   if (!open) {
-    Appear();
+    Appear(false);
     return;
   }
   patience_.Interval(kPatience);
-  patience_.Tick = [this] { Appear(); };
+  patience_.Tick = [this] { Appear(false); };
   const auto ask = [this](sd_bus_message*) { Ask(); };
   open->Subscribe(kSignals, "StatusNotifierHostRegistered", ask);
   open->Subscribe(kBusDriver, "NameOwnerChanged", ask, kWatcher);
@@ -48,16 +48,16 @@ void TrayWatch::Ask() {
   open->Send(kProperties, "Get", AppendProperty, [this](const BusCall& call) {
     int there = 0;
     if (call.Answered() && sd_bus_message_read(call.answer, "v", "b", &there) > 0 && there) {
-      Appear();
+      Appear(true);
     } else if (appear_) {
       patience_.Enabled(true);
     }
   });
 }
 
-void TrayWatch::Appear() {
+void TrayWatch::Appear(bool modern) {
   patience_.Enabled(false);
-  if (const auto appear = std::exchange(appear_, nullptr)) appear();
+  if (const auto appear = std::exchange(appear_, nullptr)) appear(modern);
 }
 
 }  // namespace orvane

@@ -1,32 +1,54 @@
 #include "platform/qt/program_run.h"
 
-#include <QCoreApplication>
-#include <QProcess>
-#include <QTimer>
 #include <utility>
 
 namespace orvane {
 
-void RunProgram(const std::string& path, const std::string& argument,
-                std::chrono::milliseconds limit,
-                std::function<void(bool ran, const std::string& text)> on_end) {
-  auto* process = new QProcess(QCoreApplication::instance());
-  process->setStandardInputFile(QProcess::nullDevice());
-  process->setStandardErrorFile(QProcess::nullDevice());
-  QObject::connect(process, &QProcess::finished, [=](int code, QProcess::ExitStatus status) {
-    process->deleteLater();
-    const bool ran = status == QProcess::NormalExit && code == 0;
-    on_end(ran, ran                              ? process->readAllStandardOutput().toStdString()
-                : status == QProcess::NormalExit ? "exit code " + std::to_string(code)
-                                                 : "crashed or hung");
+ProgramRun::ProgramRun(std::chrono::milliseconds limit) {
+  limit_.setSingleShot(true);
+  limit_.setInterval(limit);
+  QObject::connect(&limit_, &QTimer::timeout, [this] {
+    if (process_) process_->kill();
   });
-  QObject::connect(process, &QProcess::errorOccurred, [=](QProcess::ProcessError error) {
-    if (error != QProcess::FailedToStart) return;
-    process->deleteLater();
-    on_end(false, process->errorString().toStdString());
-  });
-  QTimer::singleShot(limit, process, [process] { process->kill(); });
-  process->start(QString::fromStdString(path), {QString::fromStdString(argument)});
+}
+
+void ProgramRun::Start(const std::string& path, const std::string& argument,
+                       std::function<void(bool ran, const std::string& text)> on_end) {
+  Stop();
+  process_ = std::make_unique<QProcess>();
+  process_->setStandardInputFile(QProcess::nullDevice());
+  process_->setStandardErrorFile(QProcess::nullDevice());
+  QObject::connect(process_.get(), &QProcess::finished,
+                   [this, on_end](int code, QProcess::ExitStatus status) {
+                     limit_.stop();
+                     if (status != QProcess::NormalExit) {
+                       on_end(false, "crashed or hung");
+                     } else if (code != 0) {
+                       on_end(false, "exit code " + std::to_string(code));
+                     } else {
+                       on_end(true, process_->readAllStandardOutput().toStdString());
+                     }
+                   });
+  // Told inside start() below, where whoever asked is not ready for an answer yet.
+  QObject::connect(
+      process_.get(), &QProcess::errorOccurred, process_.get(),
+      [this, on_end](QProcess::ProcessError error) {
+        if (error != QProcess::FailedToStart) return;
+        limit_.stop();
+        on_end(false, process_->errorString().toStdString());
+      },
+      Qt::QueuedConnection);
+  limit_.start();
+  process_->start(QString::fromStdString(path), {QString::fromStdString(argument)});
+}
+
+void ProgramRun::Stop() {
+  limit_.stop();
+  if (!process_) return;
+  process_->disconnect();
+  process_->kill();
+  process_->waitForFinished();
+  process_.reset();
 }
 
 }  // namespace orvane

@@ -2,6 +2,7 @@
 
 #include <sqlite3.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <utility>
 
@@ -137,8 +138,8 @@ void SqliteHistory::OpenFirst() {
 
 bool SqliteHistory::Open() {
   Close();
-  if (sqlite3_open_v2(path_.c_str(), &base_, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE, nullptr) !=
-      SQLITE_OK) {
+  constexpr int kOneThread = SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_NOMUTEX;
+  if (sqlite3_open_v2(path_.c_str(), &base_, kOneThread, nullptr) != SQLITE_OK) {
     return false;
   }
   std::int64_t version = 0;
@@ -162,7 +163,7 @@ bool SqliteHistory::Open() {
   }
   // In this order a power cut costs the last minutes at most, and no commit waits for the medium.
   if (!Run("PRAGMA journal_mode=WAL") || !Run("PRAGMA synchronous=NORMAL")) return false;
-  if (!Run("PRAGMA cache_size=-512") || !Run("PRAGMA wal_autocheckpoint=250")) return false;
+  if (!Run("PRAGMA cache_size=-256") || !Run("PRAGMA wal_autocheckpoint=60")) return false;
   if (tables == 0 && (!Run("BEGIN IMMEDIATE") || !Run(Schema().c_str()) || !Run("COMMIT"))) {
     return false;
   }
@@ -194,6 +195,11 @@ bool SqliteHistory::Number(const char* sql, std::int64_t& number) {
 std::vector<Sample> SqliteHistory::Samples(Step step, sys_seconds from, sys_seconds to) {
   OpenFirst();
   std::vector<Sample> samples;
+  // Room for a stretch without gaps; more than is kept is not there.
+  const std::int64_t most = step == Step::kMinute ? kKeptMinutes : kKeptHours;
+  const std::int64_t width = step == Step::kMinute ? 60 : 3600;
+  const std::int64_t room = std::clamp<std::int64_t>((to - from).count() / width, 0, most);
+  samples.reserve(static_cast<std::size_t>(room));
   Query query(base_, std::string("SELECT begin, readings, ") + Columns() + " FROM " +
                          (step == Step::kMinute ? "minutes" : "hours") +
                          " WHERE begin >= ? AND begin < ? ORDER BY begin");
@@ -229,6 +235,13 @@ std::vector<Episode> SqliteHistory::Episodes(sys_seconds from, sys_seconds to) {
                         query.Maybe(6), query.Maybe(7), query.Maybe(8)});
   }
   return episodes;
+}
+
+std::optional<sys_seconds> SqliteHistory::First() {
+  OpenFirst();
+  std::int64_t first = 0;
+  if (!Number("SELECT begin FROM hours ORDER BY begin LIMIT 1", first)) return std::nullopt;
+  return Time(first);
 }
 
 std::int64_t SqliteHistory::LastEpisode() {
@@ -292,15 +305,22 @@ bool SqliteHistory::Write(const Episode& episode) {
   return Finish(put_episode_);
 }
 
-// By number and not by age: a clock that was set far ahead must not empty the file.
+// By number and not by age: a clock that was set far ahead must not empty the file. Counting walks
+// through a table, so only where its ends lie far enough apart.
 bool SqliteHistory::Thin() {
-  const auto keep = [this](const std::string& table, const std::string& key, int kept) {
+  const auto keep = [this](const std::string& table, const std::string& key, int kept,
+                           int distance = 1) {
+    std::int64_t reach = 0;
+    const std::string ends = "SELECT (SELECT max(" + key + ") FROM " + table + ") - (SELECT min(" +
+                             key + ") FROM " + table + ")";
+    if (!Number(ends.c_str(), reach)) return false;
+    if (reach < std::int64_t{kept} * distance) return true;
     const std::string sql = "DELETE FROM " + table + " WHERE " + key + " <= (SELECT " + key +
                             " FROM " + table + " ORDER BY " + key + " DESC LIMIT 1 OFFSET " +
                             std::to_string(kept) + ")";
     return Run(sql.c_str());
   };
-  return keep("minutes", "begin", kKeptMinutes) && keep("hours", "begin", kKeptHours) &&
+  return keep("minutes", "begin", kKeptMinutes, 60) && keep("hours", "begin", kKeptHours, 3600) &&
          keep("episodes", "id", kKeptEpisodes);
 }
 

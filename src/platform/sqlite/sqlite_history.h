@@ -23,6 +23,7 @@ class SqliteHistory : public HistoryStore {
 
   std::vector<Sample> Samples(Step step, sys_seconds from, sys_seconds to) override;
   std::vector<Episode> Episodes(sys_seconds from, sys_seconds to) override;
+  std::optional<sys_seconds> First() override;
   bool Write(const std::vector<Sample>& minutes, const std::vector<Episode>& episodes) override;
   std::int64_t LastEpisode() override;
 
