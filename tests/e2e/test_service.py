@@ -205,6 +205,37 @@ class ServiceTest(OnTheBus):
         self.ups.next_poll(2)
         self.assertEqual(service.complaints(), [])
 
+    def test_bus_that_dies_costs_no_poll_and_is_found_again(self):
+        service = self.start_service()
+        self.start_client().panel()
+        self.wait_for_link()
+        self.bus.terminate(signal.SIGKILL)
+        self.ups.next_poll(2)
+        second = SystemBus(self.folder)
+        self.addCleanup(second.close)
+        self.assertEqual(self.start_client().caption("mains"), "Normal")
+        self.assertEqual(service.terminate(), 0)
+
+    def test_clients_that_come_and_go_or_stop_reading_leave_nothing_behind(self):
+        # The sanitizer is not to keep what has been freed.
+        service = self.start_service(ASAN_OPTIONS="quarantine_size_mb=1")
+        client, stopped = self.start_client(), self.start_client()
+        stopped.panel()
+
+        def memory():
+            text = Path(f"/proc/{service.pid}/statm").read_text(encoding="ascii")
+            return int(text.split()[1]) * os.sysconf("SC_PAGESIZE")
+
+        def attach(times):
+            for _ in range(times):
+                client.panel()
+                client.call(SEE, "Detach")
+        attach(500)
+        before = memory()
+        attach(2000)
+        self.assertLess(memory() - before, 2 << 20)
+        self.ups.next_poll(2)
+
     @unittest.skipUnless(ROOT, "another user is needed")
     def test_outsider_sees_and_does_not_steer(self):
         self.start_service()
