@@ -6,10 +6,12 @@ set(program_dir lib/orvane)
 set(pieces ${CMAKE_BINARY_DIR}/packaging)
 file(MAKE_DIRECTORY ${pieces})
 
-install(TARGETS orvane exit.exe RUNTIME DESTINATION ${program_dir})
+install(TARGETS orvane orvane-service exit.exe RUNTIME DESTINATION ${program_dir})
 install(TARGETS orvane-ups-sim orvane-modem-sim RUNTIME DESTINATION bin)
 file(CREATE_LINK ../${program_dir}/orvane ${pieces}/orvane SYMBOLIC)
 install(FILES ${pieces}/orvane DESTINATION bin)
+file(CREATE_LINK ../${program_dir}/orvane-service ${pieces}/orvane-service SYMBOLIC)
+install(FILES ${pieces}/orvane-service DESTINATION sbin)
 
 install(FILES packaging/orvane.desktop DESTINATION share/applications)
 # What a user who has no settings yet begins with.
@@ -49,6 +51,10 @@ foreach(page orvane orvane-ups-sim orvane-modem-sim)
   install_compressed(packaging/man/${page}.1 ${page}.1 share/man/man1)
   install_compressed(packaging/man/zh_CN/${page}.1 ${page}.1 share/man/zh_CN/man1)
 endforeach()
+foreach(language "" zh_CN/)
+  install_compressed(packaging/man/${language}orvane-service.8 orvane-service.8
+                     share/man/${language}man8)
+endforeach()
 install_compressed(packaging/changelog changelog share/doc/orvane)
 add_custom_target(orvane_pieces ALL DEPENDS ${made})
 
@@ -56,8 +62,14 @@ install(FILES packaging/copyright README.md README.zh.md DESTINATION share/doc/o
 install(DIRECTORY docs DESTINATION share/doc/orvane
         FILES_MATCHING PATTERN "*.md" PATTERN "*.png" PATTERN "*.svg")
 install(FILES packaging/60-orvane-ups.rules DESTINATION lib/udev/rules.d)
-# An example and no more: who may take the computer down is for its owner to say.
-install(FILES packaging/50-orvane.rules DESTINATION share/doc/orvane/examples)
+
+# The service, which nothing here enables: its unit, its user, who may see and steer it, what its
+# group may do to the computer, and its interface.
+install(FILES packaging/orvane.service DESTINATION lib/systemd/system)
+install(FILES packaging/orvane.sysusers DESTINATION lib/sysusers.d RENAME orvane.conf)
+install(FILES packaging/org.orvane.Orvane1.conf DESTINATION share/dbus-1/system.d)
+install(FILES packaging/org.orvane.Orvane1.xml DESTINATION share/dbus-1/interfaces)
+install(FILES packaging/50-orvane.rules DESTINATION share/polkit-1/rules.d)
 install(DIRECTORY packaging/upsd DESTINATION share/doc/orvane/examples)
 
 install(FILES packaging/lintian-overrides DESTINATION share/lintian/overrides RENAME orvane)
@@ -91,4 +103,8 @@ set(CPACK_DEBIAN_PACKAGE_RECOMMENDS
     "default-logind | logind, polkitd, fonts-wqy-microhei | fonts-noto-cjk")
 # Which serves the UPS to other computers.
 set(CPACK_DEBIAN_PACKAGE_SUGGESTS "nut-server")
+set(CPACK_DEBIAN_PACKAGE_DEPENDS "systemd | systemd-standalone-sysusers | systemd-sysusers")
+set(CPACK_DEBIAN_PACKAGE_CONTROL_EXTRA
+    "${CMAKE_SOURCE_DIR}/packaging/deb/postinst;${CMAKE_SOURCE_DIR}/packaging/deb/prerm;${CMAKE_SOURCE_DIR}/packaging/deb/postrm")
+set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
 include(CPack)

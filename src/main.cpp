@@ -1,10 +1,8 @@
 // Orvane: watches an uninterruptible power supply and protects the computer that hangs on it.
-#include <fcntl.h>
 #include <signal.h>
-#include <unistd.h>
 
+#include <QAbstractButton>
 #include <QApplication>
-#include <QSocketNotifier>
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
@@ -13,6 +11,8 @@
 #include <optional>
 
 #include "app/options.h"
+#include "bus/bus_engine.h"
+#include "bus/service_watch.h"
 #include "check_command.h"
 #include "frame/main_form.h"
 #include "platform/linux/linux_clock.h"
@@ -31,7 +31,7 @@
 #include "platform/qt/qt_dialogs.h"
 #include "platform/qt/qt_timer.h"
 #include "platform/sqlite/sqlite_history.h"
-#include "schedule/schedule_tables.h"
+#include "start.h"
 #include "ui/about_window.h"
 #include "ui/alert_window.h"
 #include "ui/check_window.h"
@@ -46,24 +46,17 @@
 #include "ui/splash_window.h"
 #include "ui/tray_icon.h"
 #include "ui/windows.h"
+#include "ui/words.h"
 
 namespace orvane {
 namespace {
 
-using std::chrono::milliseconds;
-
-// As long as a status reply takes: 47 characters of ten bits at 2400 baud. The modem's answers are
-// short.
-constexpr milliseconds kUpsGather{196};
-constexpr milliseconds kModemGather{0};
-
-// Has the event loop run `serve` while there is something to read at `descriptor`.
-std::shared_ptr<void> NotifyOf(int descriptor, std::function<void()> serve) {
-  auto notifier = std::make_shared<QSocketNotifier>(descriptor, QSocketNotifier::Read);
-  QObject::connect(notifier.get(), &QSocketNotifier::activated,
-                   [serve = std::move(serve)] { serve(); });
-  return notifier;
+std::shared_ptr<void> ServeBus(Bus& bus) {
+  return std::make_shared<BusNotifier>(bus);
 }
+
+// How often an attached window looks whether there is a bus at all.
+constexpr int kLookForBus = 2000;  // milliseconds
 
 // What lies outside the program, for real.
 struct Outside {
@@ -71,9 +64,7 @@ struct Outside {
   LinuxDisk disk;
   std::string program_directory = ProgramDirectoryFor(ExecutableDirectory());
   PlatformSettings settings = LoadPlatformSettings(disk, program_directory);
-  LinuxHost host{program_directory, settings,
-                 [](Bus& bus) { return std::make_shared<BusNotifier>(bus); },
-                 [] { QApplication::beep(); }};
+  LinuxHost host{program_directory, settings, ServeBus, [] { QApplication::beep(); }};
   PortMap ports{settings.ports};
   DevicePort ups_port{[this](int number) { return ports.DeviceOf(number); }, kUpsGather};
   DevicePort modem_port{[this](int number) { return ports.DeviceOf(number); }, kModemGather};
@@ -109,43 +100,47 @@ struct Outside {
 // The main form of a program that is being ended behind its back: the display goes away.
 MainForm* form_at_exit = nullptr;
 
-// Descriptors 0 to 2 are never a port or a file of ours, whoever closed them before the start.
-void OccupyStandardDescriptors() {
-  int descriptor = 0;
-  do {
-    descriptor = open("/dev/null", O_RDWR);
-  } while (descriptor >= 0 && descriptor <= STDERR_FILENO);
-  if (descriptor >= 0) close(descriptor);
+// The window with one of its buttons grey where the user may not steer.
+QWidget* WithRights(const Engine& engine, QWidget* window, const char* button) {
+  if (!engine.MaySteer()) {
+    auto* part = window->findChild<QAbstractButton*>(button);
+    part->setEnabled(false);
+    part->setToolTip(Pick(engine.Shown(), Message::kViewOnlyHint));
+  }
+  return window;
 }
 
 // Registers how the window of each form is made; each is made when it is first shown.
-void MakeForms(Outside& outside, State& state, Panel& panel, MainForm& main_form,
-               HistorySource& history) {
+void MakeForms(Outside& outside, Engine& engine) {
   Windows& windows = outside.windows;
+  const State& state = engine.Shown();
   windows.Make(Form::kSplash, [&] { return new SplashWindow(windows); });
   windows.Make(Form::kAbout, [&] { return new AboutWindow(state, windows, outside.dialogs); });
-  windows.Make(Form::kAlert, [&] { return new AlertWindow(state, main_form.Alert()); });
+  windows.Make(Form::kAlert, [&] { return new AlertWindow(state, engine.Alert()); });
   windows.Make(Form::kLog, [&] {
-    return new LogWindow(state, outside.disk, outside.dialogs,
-                         outside.program_directory + "/System.log");
+    auto* window =
+        new LogWindow(state, engine.Files(), outside.dialogs, engine.PathOf(Journal::kLog));
+    return WithRights(engine, window, "clear");
   });
   windows.Make(Form::kDayHistory, [&] {
-    return new DayHistoryWindow(state, outside.disk, outside.clock,
-                                outside.program_directory + "/DateRec.rec");
+    return new DayHistoryWindow(state, engine.Files(), outside.clock,
+                                engine.PathOf(Journal::kDayRecords));
   });
   windows.Make(Form::kHistory, [&] {
-    return new HistoryWindow(state, panel, history, outside.clock, outside.dialogs);
+    return new HistoryWindow(state, engine.Fields(), engine.History(), outside.clock,
+                             outside.dialogs);
   });
   windows.Make(Form::kShutdownReport, [&] {
-    return new ShutdownReportWindow(state, outside.disk,
-                                    outside.host.ReportDirectory() + "/SaverApp.INI");
+    auto* window = new ShutdownReportWindow(state, engine.Files(), engine.PathOf(Journal::kReport));
+    return WithRights(engine, window, "clear");
   });
-  windows.Make(Form::kProtectionCheck, [&] { return new CheckWindow(state, main_form); });
-  windows.Make(Form::kSettings,
-               [&] { return new SettingsWindow(state, panel, main_form, outside.seams); });
+  windows.Make(Form::kSettings, [&] {
+    return WithRights(engine, new SettingsWindow(engine, windows, outside.dialogs), "save");
+  });
   for (const auto look : {&WeekLook, &SpecialLook, &SelfTestLook}) {
-    windows.Make(look().form,
-                 [&, look] { return new ScheduleWindow(look(), state, outside.seams); });
+    windows.Make(look().form, [&, look] {
+      return WithRights(engine, new ScheduleWindow(look(), state, engine, windows), "ok");
+    });
   }
 }
 
@@ -171,36 +166,12 @@ std::optional<int> AnswerCommandLine(int argc, char** argv) {
   return 2;
 }
 
-int Main(int argc, char** argv) {
-  OccupyStandardDescriptors();
-  if (const auto code = AnswerCommandLine(argc, argv)) return *code;
-  signal(SIGPIPE, SIG_IGN);
-  // Nothing here is drawn by way of OpenGL, and its libraries take their time.
-  setenv("QT_XCB_GL_INTEGRATION", "none", 0);
-  // With shared memory every change on the panel has to wait for the display's word that the change
-  // before it has been seen; the few hundred pixels of a change are sent sooner than that.
-  setenv("QT_XCB_NO_MITSHM", "1", 0);
-  QApplication::setAttribute(Qt::AA_DontUseNativeMenuBar);
-  QApplication application(argc, argv);
-  QApplication::setApplicationName("Orvane");
-  QApplication::setDesktopFileName("orvane");
-  QApplication::setQuitOnLastWindowClosed(false);
-  look::Apply(application);
-
+// The program with its engine inside. Where it may attach, it makes way for the service: true when
+// that has come.
+bool RunOwnEngine(bool may_attach) {
   Outside outside;
   outside.host.ServeMeanwhile(outside.share_server);
-  if (!outside.settings.unknown_action.empty()) {
-    outside.host.Report("platform.ini names no known action (" + outside.settings.unknown_action +
-                        "); a shutdown halts the computer");
-  }
-  if (!outside.settings.bad_battery_voltage.empty()) {
-    outside.host.Report("platform.ini names no voltage of a battery (" +
-                        outside.settings.bad_battery_voltage + ")");
-  }
-  if (!outside.settings.bad_share_name.empty()) {
-    outside.host.Report("platform.ini names no UPS to share (" + outside.settings.bad_share_name +
-                        "): a name has letters, digits, - and _");
-  }
+  ReportUnknown(outside.settings, outside.host);
   if (const auto took = WayDownTime(outside.disk, outside.program_directory)) {
     outside.inspector.WayDown(took);
     KeepWayDownTime(outside.disk, outside.program_directory, *took);
@@ -217,7 +188,8 @@ int Main(int argc, char** argv) {
   Windows& windows = outside.windows;
   windows.MakeMain(main_window, {[&] { return main_form.Load(); }, [&] { main_form.Activate(); },
                                  [&] { main_form.Unload(); }, [&] { return main_form.Loaded(); }});
-  MakeForms(outside, state, panel, main_form, history);
+  MakeForms(outside, main_form);
+  windows.Make(Form::kProtectionCheck, [&] { return new CheckWindow(state, main_form); });
   TrayIcon tray_icon(state, panel, main_form, windows);
   const TrayWatch tray_watch(outside.host.SessionBus(), outside.tray_patience, [&](bool modern) {
     const bool x11 = QApplication::platformName() == "xcb";
@@ -227,6 +199,16 @@ int Main(int argc, char** argv) {
   const auto& ports = outside.settings.ports;
   const DeviceWatch device_watch({ports.begin(), ports.end()},
                                  [&] { main_form.OnDevicesChange(); });
+  bool service_came = false;
+  BusConnection watched_bus(Bus::Which::kSystem, ServeBus);
+  if (may_attach) {
+    WatchForService(watched_bus, [&] {
+      if (main_form.GoingDown()) return;
+      service_came = true;
+      QMetaObject::invokeMethod(
+          &windows, [&] { windows.End(); }, Qt::QueuedConnection);
+    });
+  }
   const EndSignals end_signals([&] { windows.End(); });
   form_at_exit = &main_form;
   std::atexit([] {
@@ -234,7 +216,7 @@ int Main(int argc, char** argv) {
   });
 
   windows.ShowPainted(Form::kSplash);
-  LoadSchedule(outside.disk, SchedulePath(outside.program_directory), state);
+  main_form.LoadSchedule();
   const bool loaded = windows.LoadMain();
   windows.Unload(Form::kSplash);
   // A schedule may have taken the system down while a box of the load stood open.
@@ -242,6 +224,67 @@ int Main(int argc, char** argv) {
   if (!windows.Ended()) QApplication::exec();
   main_form.Unload();
   form_at_exit = nullptr;
+  return service_came;
+}
+
+// Windows of the service's engine. They outlive it and wait for its return.
+void RunAttached(BusConnection& bus, bool just_came) {
+  Outside outside;
+  BusEngine engine(bus, outside.seams, PostToLoop);
+  outside.dialogs.Chinese = [&engine] { return engine.Shown().language == Language::kChinese; };
+  Windows& windows = outside.windows;
+  MainWindow main_window(engine.Shown(), engine.Fields(), engine);
+  windows.MakeMain(main_window, {[&] {
+                                   if (!engine.Started()) engine.Start();
+                                   return true;
+                                 },
+                                 [] {}, [&] { engine.Stop(); }, [&] { return engine.Started(); }});
+  MakeForms(outside, engine);
+  TrayIcon tray_icon(engine.Shown(), engine.Fields(), engine, windows);
+  const TrayWatch tray_watch(outside.host.SessionBus(), outside.tray_patience, [&](bool modern) {
+    const bool x11 = QApplication::platformName() == "xcb";
+    if (modern || x11) tray_icon.Appear();
+  });
+  const EndSignals end_signals([&] { windows.End(); });
+  outside.poll_timer.Interval(kLookForBus);
+  outside.poll_timer.Tick = [&] { engine.Keep(); };
+  outside.poll_timer.Enabled(true);
+  windows.Show(Form::kMain);
+  if (just_came) {
+    PostToLoop([&] {
+      const State& state = engine.Shown();
+      outside.dialogs.Plain(state.Text(Message::kServiceWatches), "Orvane");
+    });
+  }
+  if (!windows.Ended()) QApplication::exec();
+  engine.Stop();
+}
+
+int Main(int argc, char** argv) {
+  OccupyStandardDescriptors();
+  if (const auto code = AnswerCommandLine(argc, argv)) return *code;
+  signal(SIGPIPE, SIG_IGN);
+  // Nothing here is drawn by way of OpenGL, and its libraries take their time.
+  setenv("QT_XCB_GL_INTEGRATION", "none", 0);
+  // With shared memory every change on the panel has to wait for the display's word that the change
+  // before it has been seen; the few hundred pixels of a change are sent sooner than that.
+  setenv("QT_XCB_NO_MITSHM", "1", 0);
+  QApplication::setAttribute(Qt::AA_DontUseNativeMenuBar);
+  QApplication application(argc, argv);
+  QApplication::setApplicationName("Orvane");
+  QApplication::setDesktopFileName("orvane");
+  QApplication::setQuitOnLastWindowClosed(false);
+  look::Apply(application);
+
+  // A portable folder always has an engine of its own.
+  const std::string executable = ExecutableDirectory();
+  const bool may_attach = ProgramDirectoryFor(executable) != executable;
+  BusConnection bus(Bus::Which::kSystem, ServeBus);
+  if (may_attach && ServiceRuns(bus)) {
+    RunAttached(bus, false);
+  } else if (RunOwnEngine(may_attach)) {
+    RunAttached(bus, true);
+  }
   return 0;
 }
 

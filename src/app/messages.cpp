@@ -235,6 +235,10 @@ constexpr Row kRows[] = {
     {Message::kTrayUpsFault, "Orvane: UPS fault", "Orvane：UPS 故障"},
     {Message::kTraySilent, "Orvane: the UPS does not answer", "Orvane：UPS 没有应答"},
     {Message::kTrayWayDown, "Orvane: the computer goes down", "Orvane：计算机正在关闭"},
+    {Message::kProtectionOff, "Protection is off: the service does not run.", "保护已停止：服务未运行。"},
+    {Message::kViewOnlyTitle, "Orvane - view only", "Orvane - 仅供查看"},
+    {Message::kViewOnlyHint, "Only members of the group orvane may change or order anything here.", "只有 orvane 组的成员才能在此更改设置或发出命令。"},
+    {Message::kServiceWatches, "The service watches the UPS from now on. This window shows what it sees.", "从现在起由服务监视 UPS，本窗口显示其状态。"},
 };
 // clang-format on
 

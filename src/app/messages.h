@@ -246,9 +246,14 @@ enum class Message : std::size_t {
   kTrayUpsFault,
   kTraySilent,
   kTrayWayDown,
+  // A window that is attached to the service.
+  kProtectionOff,
+  kViewOnlyTitle,
+  kViewOnlyHint,
+  kServiceWatches,
 };
 
-inline constexpr std::size_t kMessages = static_cast<std::size_t>(Message::kTrayWayDown) + 1;
+inline constexpr std::size_t kMessages = static_cast<std::size_t>(Message::kServiceWatches) + 1;
 
 // The text of a message, UTF-8. Constant time.
 std::string_view MessageText(Message message, Language language);

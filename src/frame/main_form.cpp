@@ -6,6 +6,7 @@
 #include "app/captions.h"
 #include "app/gauges.h"
 #include "app/settings.h"
+#include "frame/settings_form.h"
 #include "link/commands.h"
 
 namespace orvane {
@@ -23,7 +24,8 @@ constexpr std::string_view kTitle = "Orvane";
 }  // namespace
 
 MainForm::MainForm(State& state, Panel& panel, const Seams& seams)
-    : state_(state),
+    : Engine(seams.forms),
+      state_(state),
       panel_(panel),
       seams_(seams),
       journals_(seams.disk, seams.clock, seams.host.ProgramDirectory()),
@@ -35,6 +37,7 @@ MainForm::MainForm(State& state, Panel& panel, const Seams& seams)
       dialler_(state, panel, seams),
       schedule_(state, journals_, shutdown_, seams),
       share_(state, panel, seams),
+      schedule_file_(state, seams.disk, seams.host),
       check_(state, panel, seams),
       tray_(state, panel, seams),
       history_(state, panel, seams.clock) {
@@ -77,8 +80,7 @@ bool MainForm::Load() {
   notices_.Withdraw();
   seams_.ups_port.Notify(false);
   CaptureNeedles(panel_, state_.Main);
-  if (!file_is_old_)
-    LoadSettings(seams_.disk, SettingsPath(seams_.host.ProgramDirectory()), state_);
+  if (!file_is_old_) LoadSettings(seams_.disk, SettingsPath(Directory()), state_);
   state_.language = DeriveLanguage(state_);
   SetCaptions(state_, panel_);
   static_cast<void>(journals_.WriteLog(state_.Text(Message::kProgramStart)));
@@ -122,11 +124,38 @@ void MainForm::Reload() {
   if (GoingDown()) seams_.forms.Hide(Form::kMain);
 }
 
-bool MainForm::SaveSettings() {
-  file_is_old_ =
-      !orvane::SaveSettings(seams_.disk, SettingsPath(seams_.host.ProgramDirectory()), state_);
+std::string MainForm::PathOf(Journal journal) const {
+  switch (journal) {
+    case Journal::kLog:
+      return journals_.LogPath();
+    case Journal::kDayRecords:
+      return journals_.DateRecPath();
+    case Journal::kReport:
+      break;
+  }
+  return seams_.host.ReportDirectory() + "/SaverApp.INI";
+}
+
+// A changed UPS port reloads the form, otherwise its port line and captions are written anew: with
+// the port searched for, the one that the search stands on.
+bool MainForm::SaveSettings(const SettingsValues& values) {
+  const std::int16_t old_port = state_.Settings[kUpsPort];
+  state_.Settings = values.slots;
+  state_.PhoneCode = SettingsForm::PhoneText(values.phone);
+  state_.ShutdownCommand = DeriveShutdownCommand(state_);
+  state_.language = DeriveLanguage(state_);
+  const bool saved = orvane::SaveSettings(seams_.disk, SettingsPath(Directory()), state_);
+  file_is_old_ = !saved;
   check_.Ask();
-  return !file_is_old_;
+  state_.ShutdownCountdown = MainsFailureDelay(state_);
+  const int port = state_.Settings[kUpsPort];
+  if (port != old_port) {
+    Reload();
+  } else {
+    panel_.port_line.Caption(PortLine(state_, port != 0 ? port : state_.Main.PortTry + 1));
+    SetCaptions(state_, panel_);
+  }
+  return saved;
 }
 
 void MainForm::ToggleBeeper() {
@@ -148,9 +177,7 @@ void MainForm::CancelTest() {
 }
 
 void MainForm::AskForShutdown() {
-  if (seams_.dialogs.Ask(state_.Text(Message::kAskShutdown), kTitle)) {
-    shutdown_.ShutdownSequence(Message::kShutdownByMenu);
-  }
+  if (seams_.dialogs.Ask(state_.Text(Message::kAskShutdown), kTitle)) GoDown();
 }
 
 // The timers as the form was designed: poll, schedule and clock run from the start.
@@ -178,12 +205,14 @@ void MainForm::AttachTimers() {
     share_.OnPoll();
     check_.OnPoll();
     tray_.Update();
+    Beat();
   };
   seams_.timers.countdown_timer.Tick = [this] {
     countdown_.OnCountdown();
     if (GoingDown()) return;
     notices_.Update();
     tray_.Update();
+    Beat();
   };
   seams_.timers.schedule_timer.Tick = [this] {
     schedule_.OnSchedule();
@@ -193,6 +222,7 @@ void MainForm::AttachTimers() {
   seams_.timers.clock_timer.Tick = [this] {
     ShowClock();
     history_.Look();
+    if (!seams_.timers.poll_timer.Enabled()) Beat();
   };
 }
 

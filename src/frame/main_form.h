@@ -1,11 +1,14 @@
 // The controller of the main window: how it comes up and goes down, what its timers and menus do.
 #pragma once
 
+#include <functional>
+
 #include "app/panel.h"
 #include "app/seams.h"
 #include "app/state.h"
 #include "check/protection_check.h"
 #include "dial/dialler.h"
+#include "frame/engine.h"
 #include "history/recorder.h"
 #include "link/ups_link.h"
 #include "protect/alert_form.h"
@@ -15,13 +18,18 @@
 #include "protect/tray_state.h"
 #include "records/journals.h"
 #include "schedule/schedule_engine.h"
+#include "schedule/schedule_store.h"
 #include "share/ups_share.h"
 
 namespace orvane {
 
-class MainForm {
+class MainForm : public Engine {
  public:
   MainForm(State& state, Panel& panel, const Seams& seams);
+
+  // Runs behind each poll and each second of a count, and each second while there is no port to
+  // poll: the engine lives.
+  std::function<void()> OnBeat;
 
   // Brings the form up to the moment before it is shown: settings, captions, port. A form that is
   // loaded stays as it is. False when another instance runs on the same program directory; the user
@@ -31,8 +39,7 @@ class MainForm {
   // Between Load and Unload, also while a box holds the load.
   bool Loaded() const { return loaded_; }
 
-  // The way down has begun: the form stays off the screen until the operating system ends it.
-  bool GoingDown() const { return shutdown_.Begun(); }
+  bool GoingDown() const override { return shutdown_.Begun(); }
 
   // The form has become the active window: replies are taken from now on.
   void Activate();
@@ -48,41 +55,48 @@ class MainForm {
   void Reload();
 
   // Keeps the history there from now on; `store` outlives this object.
-  void KeepHistory(HistoryStore& store) { history_.KeepIn(store); }
+  void KeepHistory(HistoryStore& store) {
+    history_store_ = &store;
+    history_.KeepIn(store);
+  }
 
-  // Writes the settings to their file. False when that failed: the file is then older than the
-  // settings in memory, and loads of the form keep the latter until a save succeeds.
-  bool SaveSettings();
+  // Has the schedule hold that its file holds.
+  void LoadSchedule() { orvane::LoadSchedule(seams_.disk, SchedulePath(Directory()), state_); }
 
-  void OpenSettings() { seams_.forms.Show(Form::kSettings); }
-  void ToggleBeeper();
-  void Exit() { seams_.forms.Unload(Form::kMain); }
-  void OpenWeek() { seams_.forms.Show(Form::kWeek); }
-  void OpenSpecialDays() { seams_.forms.Show(Form::kSpecialDays); }
-  void OpenSelfTests() { seams_.forms.Show(Form::kSelfTests); }
-  void OpenLog() { seams_.forms.Show(Form::kLog); }
-  void OpenDayHistory() { seams_.forms.Show(Form::kDayHistory); }
-  void OpenHistory() { seams_.forms.Show(Form::kHistory); }
-  void OpenShutdownReport() { seams_.forms.Show(Form::kShutdownReport); }
-  void TestFor10Seconds();
-  void TestToLow();
-  void CancelTest();
-  void AskForShutdown();
-  void OpenAbout() { seams_.forms.Show(Form::kAbout); }
+  // Takes the computer down.
+  void GoDown() { shutdown_.ShutdownSequence(Message::kShutdownByMenu); }
 
-  void OpenProtectionCheck() { seams_.forms.Show(Form::kProtectionCheck); }
+  // Engine.
+  const State& Shown() const override { return state_; }
+  Panel& Fields() override { return panel_; }
+  AlertForm& Alert() override { return alert_; }
+  bool MaySteer() const override { return true; }
+  Disk& Files() override { return seams_.disk; }
+  std::string PathOf(Journal journal) const override;
+  HistorySource& History() override { return *history_store_; }
+  ScheduleEntries Schedule(const ScheduleSection& section) override {
+    return schedule_file_.Schedule(section);
+  }
+  void SaveSchedule(const ScheduleSection& section, const ScheduleEntries& entries) override {
+    schedule_file_.SaveSchedule(section, entries);
+  }
+  bool SaveSettings(const SettingsValues& values) override;
+  void ToggleBeeper() override;
+  void TestFor10Seconds() override;
+  void TestToLow() override;
+  void CancelTest() override;
+  void AskForShutdown() override;
+
   ProtectionCheck& Check() { return check_; }
 
-  // The logic of the forms that live on the timers of this one.
-  AlertForm& Alert() { return alert_; }
-
-  void ShowDials() { panel_.bar_face.Visible(false); }
-  void ShowBars() { panel_.bar_face.Visible(true); }
-
  private:
+  std::string Directory() const { return seams_.host.ProgramDirectory(); }
   void DesignTimers();
   void AttachTimers();
   void ShowClock();
+  void Beat() {
+    if (OnBeat) OnBeat();
+  }
 
   State& state_;
   Panel& panel_;
@@ -96,11 +110,15 @@ class MainForm {
   Dialler dialler_;
   ScheduleEngine schedule_;
   UpsShare share_;
+  ScheduleFile schedule_file_;
   ProtectionCheck check_;
   TrayState tray_;
   Recorder history_;
+  HistoryStore* history_store_ = nullptr;  // where the history is kept
   bool loaded_ = false;
-  bool file_is_old_ = false;  // the last save of the settings failed
+  // The last save of the settings failed: the file is older than the settings in memory, and loads
+  // of the form keep the latter until a save succeeds.
+  bool file_is_old_ = false;
 };
 
 }  // namespace orvane

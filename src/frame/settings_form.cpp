@@ -2,7 +2,6 @@
 
 #include <algorithm>
 
-#include "app/captions.h"
 #include "app/settings.h"
 #include "link/numbers.h"
 
@@ -24,9 +23,8 @@ void Take(int choice, std::int16_t& slot) {
 }  // namespace
 
 void SettingsForm::Load() {
-  const auto& slots = state_.Settings;
-  old_ups_port_ = slots[kUpsPort];
-  ups_port = Choice(old_ups_port_, 0, kPorts);
+  const auto& slots = engine_.Shown().Settings;
+  ups_port = Choice(slots[kUpsPort], 0, kPorts);
   for (std::size_t i = 0; i < kNumbers; ++i) numbers[i] = std::to_string(slots[i + 1]);
   shutdown_delay = Choice(slots[kShutdownDelay], 0, kDelays - 1);
   modem_port = Choice(slots[kModemPort], 1, kPorts);
@@ -36,7 +34,7 @@ void SettingsForm::Load() {
   calls[Fault::kMains] = hundreds == 1;
   calls[Fault::kBatteryLow] = tens == 1;
   calls[Fault::kUps] = conditions - 100 * hundreds - 10 * tens == 1;
-  phone = state_.PhoneCode;
+  phone = engine_.Shown().PhoneCode;
   language = Choice(slots[kLanguage], 0, kLanguages - 1);
 }
 
@@ -51,55 +49,25 @@ std::string SettingsForm::PhoneText(std::string_view typed) {
 }
 
 void SettingsForm::Save() {
-  TakePorts();
-  TakeNumbers();
-  TakeDialling();
-  TakeLanguage();
-  const bool saved = main_.SaveSettings();
-  state_.ShutdownCountdown = MainsFailureDelay(state_);
-  if (state_.Settings[kUpsPort] != old_ups_port_) {
-    seams_.forms.Unload(Form::kSettings);
-    main_.Reload();
-  } else {
-    RefreshMainForm();
-    seams_.forms.Unload(Form::kSettings);
-  }
-  if (!saved) {
-    seams_.dialogs.Exclamation(state_.Text(Message::kSettingsNotSaved),
-                               state_.Text(Message::kWarning));
+  forms_.Unload(Form::kSettings);
+  if (!engine_.SaveSettings(Values())) {
+    const State& state = engine_.Shown();
+    dialogs_.Exclamation(state.Text(Message::kSettingsNotSaved), state.Text(Message::kWarning));
   }
 }
 
-void SettingsForm::TakePorts() {
-  Take(ups_port, state_.Settings[kUpsPort]);
-  Take(modem_port, state_.Settings[kModemPort]);
-}
-
-// A text that is no number counts as 0.
-void SettingsForm::TakeNumbers() {
-  for (std::size_t i = 0; i < kNumbers; ++i) {
-    state_.Settings[i + 1] = ReadInteger(numbers[i]).value_or(0);
-  }
-  Take(shutdown_delay, state_.Settings[kShutdownDelay]);
-  state_.ShutdownCommand = DeriveShutdownCommand(state_);
-}
-
-void SettingsForm::TakeDialling() {
-  state_.Settings[kDialConditions] = static_cast<std::int16_t>(
+SettingsValues SettingsForm::Values() const {
+  SettingsValues values{engine_.Shown().Settings, PhoneText(phone)};
+  auto& slots = values.slots;
+  Take(ups_port, slots[kUpsPort]);
+  Take(modem_port, slots[kModemPort]);
+  // A text that is no number counts as 0.
+  for (std::size_t i = 0; i < kNumbers; ++i) slots[i + 1] = ReadInteger(numbers[i]).value_or(0);
+  Take(shutdown_delay, slots[kShutdownDelay]);
+  slots[kDialConditions] = static_cast<std::int16_t>(
       100 * calls[Fault::kMains] + 10 * calls[Fault::kBatteryLow] + calls[Fault::kUps]);
-  state_.PhoneCode = PhoneText(phone);
-}
-
-void SettingsForm::TakeLanguage() {
-  Take(language, state_.Settings[kLanguage]);
-  state_.language = DeriveLanguage(state_);
-}
-
-// With the port searched for, the one that the search stands on.
-void SettingsForm::RefreshMainForm() {
-  const int port = state_.Settings[kUpsPort];
-  panel_.port_line.Caption(PortLine(state_, port != 0 ? port : state_.Main.PortTry + 1));
-  SetCaptions(state_, panel_);
+  Take(language, slots[kLanguage]);
+  return values;
 }
 
 }  // namespace orvane

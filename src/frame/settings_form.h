@@ -5,17 +5,17 @@
 #include <string>
 #include <string_view>
 
-#include "app/panel.h"
-#include "app/seams.h"
 #include "app/state.h"
-#include "frame/main_form.h"
+#include "frame/engine.h"
+#include "platform/dialogs.h"
+#include "platform/forms.h"
 
 namespace orvane {
 
 class SettingsForm {
  public:
-  SettingsForm(State& state, Panel& panel, MainForm& main, const Seams& seams)
-      : state_(state), panel_(panel), main_(main), seams_(seams) {}
+  SettingsForm(Engine& engine, Forms& forms, Dialogs& dialogs)
+      : engine_(engine), forms_(forms), dialogs_(dialogs) {}
 
   static constexpr int kNothingChosen = -1;
   static constexpr std::size_t kNumbers = 6;
@@ -48,27 +48,19 @@ class SettingsForm {
   // which the line of the file would not read back.
   static std::string PhoneText(std::string_view typed);
 
-  // Takes the controls over, writes the file, and brings the running program into line: a changed
-  // UPS port reloads the main form, otherwise its port line and captions are written anew. A file
-  // that cannot be written is reported in a message box at the end; the values then hold for this
-  // run.
+  // Unloads the form and has the engine save what the controls hold. A file that cannot be written
+  // is reported in a message box at the end; the values then hold for this run.
   void Save();
 
   // Unloads the form; nothing else changes.
-  void Cancel() { seams_.forms.Unload(Form::kSettings); }
+  void Cancel() { forms_.Unload(Form::kSettings); }
 
  private:
-  void TakePorts();
-  void TakeNumbers();
-  void TakeDialling();
-  void TakeLanguage();
-  void RefreshMainForm();
+  SettingsValues Values() const;
 
-  State& state_;
-  Panel& panel_;
-  MainForm& main_;
-  Seams seams_;
-  std::int16_t old_ups_port_ = 0;  // slot 0 when the form loaded
+  Engine& engine_;
+  Forms& forms_;
+  Dialogs& dialogs_;
 };
 
 }  // namespace orvane

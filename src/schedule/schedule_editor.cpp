@@ -1,9 +1,7 @@
 #include "schedule/schedule_editor.h"
 
 #include <charconv>
-#include <vector>
 
-#include "platform/profile.h"
 #include "platform/text.h"
 #include "schedule/due_texts.h"
 
@@ -26,7 +24,7 @@ bool ScheduleEditor::Reads(std::string Row::*box, std::string_view text) {
 }
 
 void ScheduleEditor::Load() {
-  const ScheduleEntries entries = ReadSchedule(seams_.disk, Path(), section_);
+  const ScheduleEntries entries = store_.Schedule(section_);
   for (std::size_t i = 0; i < kScheduleEntries; ++i) {
     const ScheduleEntry& entry = entries[i];
     rows[i] = {IsSet(entry.enable), entry.on, entry.off, entry.date};
@@ -39,33 +37,12 @@ void ScheduleEditor::Save() {
     const Row& row = rows[i];
     entries[i] = {row.enabled ? "1" : "0", row.on, row.off, row.date};
   }
-  WriteSection(entries);
-  StoreSchedule(section_, entries, state_);
-  seams_.forms.Unload(form_);
+  store_.SaveSchedule(section_, entries);
+  forms_.Unload(form_);
 }
 
 void ScheduleEditor::Cancel() {
-  seams_.forms.Unload(form_);
-}
-
-std::string ScheduleEditor::Path() const {
-  return SchedulePath(seams_.host.ProgramDirectory());
-}
-
-void ScheduleEditor::WriteSection(const ScheduleEntries& entries) {
-  std::vector<ProfileEntry> keys;
-  const auto add = [&](std::string_view suffix, std::string ScheduleEntry::*text) {
-    for (std::size_t n = 1; n <= kScheduleEntries; ++n) {
-      keys.push_back({ScheduleKey(n, suffix), entries[n - 1].*text});
-    }
-  };
-  add("Enable", &ScheduleEntry::enable);
-  add("On", &ScheduleEntry::on);
-  if (section_.off_slots) add("Off", &ScheduleEntry::off);
-  if (section_.date_slots) add("Date", &ScheduleEntry::date);
-  if (!WriteProfileValues(seams_.disk, section_.name, keys, Path())) {
-    seams_.host.Report("the schedule could not be written to " + Path());
-  }
+  forms_.Unload(form_);
 }
 
 }  // namespace orvane

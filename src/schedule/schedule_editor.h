@@ -4,17 +4,16 @@
 #include <array>
 #include <string>
 
-#include "app/seams.h"
-#include "app/state.h"
-#include "schedule/schedule_tables.h"
+#include "platform/forms.h"
+#include "schedule/schedule_store.h"
 
 namespace orvane {
 
 class ScheduleEditor {
  public:
   // Edits `section`; `form` is the window that Save and Cancel unload.
-  ScheduleEditor(const ScheduleSection& section, Form form, State& state, const Seams& seams)
-      : section_(section), form_(form), state_(state), seams_(seams) {}
+  ScheduleEditor(const ScheduleSection& section, Form form, ScheduleStore& store, Forms& forms)
+      : section_(section), form_(form), store_(store), forms_(forms) {}
 
   // What the controls of a row hold. Texts that the section does not have stay empty.
   struct Row {
@@ -32,22 +31,17 @@ class ScheduleEditor {
   // Fills the controls from the file, never from the tables.
   void Load();
 
-  // Writes every key of the section in one replacement of the file, takes the controls over into
-  // the tables, and unloads the form. A file that cannot be written is reported on standard error
-  // and changes nothing else: the tables hold until the program ends.
+  // Saves what the controls hold, and unloads the form.
   void Save();
 
   // Unloads the form; file and tables stay as they are.
   void Cancel();
 
  private:
-  std::string Path() const;
-  void WriteSection(const ScheduleEntries& entries);
-
   ScheduleSection section_;
   Form form_;
-  State& state_;
-  Seams seams_;
+  ScheduleStore& store_;
+  Forms& forms_;
 };
 
 }  // namespace orvane

@@ -17,6 +17,7 @@
 #include "ui/shield_button.h"
 #include "ui/state_strip.h"
 #include "ui/twips.h"
+#include "ui/words.h"
 
 namespace orvane {
 namespace {
@@ -27,7 +28,8 @@ constexpr Place kClientArea{0, 0, 7770, 6510};
 struct Entry {
   const char* name = nullptr;
   Caption Panel::*caption = nullptr;
-  void (MainForm::*click)() = nullptr;
+  void (Engine::*click)() = nullptr;
+  bool steers = false;  // orders something, which not everybody may
 };
 
 struct Menu {
@@ -40,34 +42,34 @@ const std::vector<Menu>& Menus() {
   static const std::vector<Menu> menus = {
       {"system_menu",
        &Panel::system_menu,
-       {{"settings", &Panel::settings_entry, &MainForm::OpenSettings},
+       {{"settings", &Panel::settings_entry, &Engine::OpenSettings},
         {},
-        {"beeper", &Panel::beeper_entry, &MainForm::ToggleBeeper},
+        {"beeper", &Panel::beeper_entry, &Engine::ToggleBeeper, true},
         {},
-        {"exit", &Panel::exit_entry, &MainForm::Exit}}},
+        {"exit", &Panel::exit_entry, &Engine::Exit}}},
       {"schedule_menu",
        &Panel::schedule_menu,
-       {{"week", &Panel::week_entry, &MainForm::OpenWeek},
-        {"special_days", &Panel::special_days_entry, &MainForm::OpenSpecialDays},
+       {{"week", &Panel::week_entry, &Engine::OpenWeek},
+        {"special_days", &Panel::special_days_entry, &Engine::OpenSpecialDays},
         {},
-        {"self_tests", &Panel::self_tests_entry, &MainForm::OpenSelfTests}}},
+        {"self_tests", &Panel::self_tests_entry, &Engine::OpenSelfTests}}},
       {"analysis_menu",
        &Panel::analysis_menu,
-       {{"log", &Panel::log_entry, &MainForm::OpenLog},
-        {"day_history", &Panel::day_history_entry, &MainForm::OpenDayHistory},
-        {"history", &Panel::history_entry, &MainForm::OpenHistory},
+       {{"log", &Panel::log_entry, &Engine::OpenLog},
+        {"day_history", &Panel::day_history_entry, &Engine::OpenDayHistory},
+        {"history", &Panel::history_entry, &Engine::OpenHistory},
         {},
-        {"shutdown_report", &Panel::shutdown_report_entry, &MainForm::OpenShutdownReport}}},
+        {"shutdown_report", &Panel::shutdown_report_entry, &Engine::OpenShutdownReport}}},
       {"control_menu",
        &Panel::control_menu,
-       {{"short_test", &Panel::short_test_entry, &MainForm::TestFor10Seconds},
-        {"test_to_low", &Panel::test_to_low_entry, &MainForm::TestToLow},
-        {"cancel_test", &Panel::cancel_test_entry, &MainForm::CancelTest},
+       {{"short_test", &Panel::short_test_entry, &Engine::TestFor10Seconds, true},
+        {"test_to_low", &Panel::test_to_low_entry, &Engine::TestToLow, true},
+        {"cancel_test", &Panel::cancel_test_entry, &Engine::CancelTest, true},
         {},
-        {"shutdown", &Panel::shutdown_entry, &MainForm::AskForShutdown},
+        {"shutdown", &Panel::shutdown_entry, &Engine::AskForShutdown, true},
         {},
-        {"protection_check", &Panel::check_entry, &MainForm::OpenProtectionCheck}}},
-      {"help_menu", &Panel::help_menu, {{"about", &Panel::about_entry, &MainForm::OpenAbout}}},
+        {"protection_check", &Panel::check_entry, &Engine::OpenProtectionCheck}}},
+      {"help_menu", &Panel::help_menu, {{"about", &Panel::about_entry, &Engine::OpenAbout}}},
   };
   return menus;
 }
@@ -97,15 +99,25 @@ void FollowFaces(Panel& panel, QWidget* bars, QWidget* dials) {
 
 }  // namespace
 
-MainWindow::MainWindow(const State& state, Panel& panel, MainForm& form)
+MainWindow::MainWindow(const State& state, Panel& panel, Engine& form)
     : QMainWindow(nullptr, Qt::Window | kClosable | Qt::WindowMinimizeButtonHint),
+      state_(state),
       panel_(panel),
       form_(form) {
   setObjectName("main");
-  setWindowTitle("Orvane");
   AddMenus();
   AddAreas(state);
   layout()->setSizeConstraint(QLayout::SetFixedSize);
+  form_.OnRights = [self = QPointer(this)] {
+    if (self) self->ShowRights();
+  };
+  ShowRights();
+}
+
+void MainWindow::ShowRights() {
+  const bool may = form_.MaySteer();
+  for (QAction* order : orders_) order->setEnabled(may);
+  setWindowTitle(may ? QString("Orvane") : Pick(state_, Message::kViewOnlyTitle));
 }
 
 void MainWindow::AddMenus() {
@@ -124,6 +136,7 @@ void MainWindow::AddMenus() {
       }
       QAction* action = menu->addAction(QString());
       action->setObjectName(entry.name);
+      if (entry.steers) orders_.push_back(action);
       FollowCaption(panel_.*entry.caption, action, &QAction::setText);
       // The form stands in the closure by itself: through `this` and a member pointer, GCC 12's
       // check of object types reads it before it has fetched it.

@@ -2,10 +2,13 @@
 #pragma once
 
 #include <QMainWindow>
+#include <vector>
 
 #include "app/panel.h"
 #include "app/state.h"
-#include "frame/main_form.h"
+#include "frame/engine.h"
+
+class QAction;
 
 namespace orvane {
 
@@ -14,14 +17,18 @@ class MainWindow : public QMainWindow {
 
  public:
   // `panel` and `form` have to outlive the window.
-  MainWindow(const State& state, Panel& panel, MainForm& form);
+  MainWindow(const State& state, Panel& panel, Engine& form);
 
  private:
   void AddMenus();
   void AddAreas(const State& state);
 
+  void ShowRights();
+
+  const State& state_;
   Panel& panel_;
-  MainForm& form_;
+  Engine& form_;
+  std::vector<QAction*> orders_;  // the entries of those who may steer
 };
 
 }  // namespace orvane

@@ -62,11 +62,12 @@ class TableFrame : public QFrame {
 
 }  // namespace
 
-ScheduleWindow::ScheduleWindow(const ScheduleLook& look, State& state, const Seams& seams)
+ScheduleWindow::ScheduleWindow(const ScheduleLook& look, const State& state, ScheduleStore& store,
+                               Forms& forms)
     : FormWindow(look.name, Pick(state, look.title)),
       look_(look),
       state_(state),
-      editor_(look.section, look.form, state, seams) {
+      editor_(look.section, look.form, store, forms) {
   editor_.Load();
   auto* table = new TableFrame;
   auto* grid = new QGridLayout(table);

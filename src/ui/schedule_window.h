@@ -40,7 +40,7 @@ const ScheduleLook& SelfTestLook();
 class ScheduleWindow : public FormWindow {
  public:
   // Loads the editor. `look` lives longer than the window.
-  ScheduleWindow(const ScheduleLook& look, State& state, const Seams& seams);
+  ScheduleWindow(const ScheduleLook& look, const State& state, ScheduleStore& store, Forms& forms);
 
  private:
   void AddHeads(QGridLayout& grid);

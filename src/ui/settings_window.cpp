@@ -99,8 +99,10 @@ QComboBox* List(const char* name, QLabel& caption, const QStringList& items, int
 
 }  // namespace
 
-SettingsWindow::SettingsWindow(State& state, Panel& panel, MainForm& main, const Seams& seams)
-    : FormWindow("settings", Pick(state, kTitle)), state_(state), form_(state, panel, main, seams) {
+SettingsWindow::SettingsWindow(Engine& engine, Forms& forms, Dialogs& dialogs)
+    : FormWindow("settings", Pick(engine.Shown(), kTitle)),
+      state_(engine.Shown()),
+      form_(engine, forms, dialogs) {
   form_.Load();
   QVBoxLayout* column = AddColumn();
   column->addWidget(AddPorts("ups_port", Pick(state_, kUpsPorts), 0, form_.ups_port));

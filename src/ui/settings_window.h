@@ -13,7 +13,7 @@ namespace orvane {
 class SettingsWindow : public FormWindow {
  public:
   // Loads the dialog.
-  SettingsWindow(State& state, Panel& panel, MainForm& main, const Seams& seams);
+  SettingsWindow(Engine& engine, Forms& forms, Dialogs& dialogs);
 
  private:
   // Buttons for the ports from `first` on; 0 is the search for one.

@@ -16,7 +16,7 @@ QIcon FaceIcon(TrayFace face) {
 
 }  // namespace
 
-TrayIcon::TrayIcon(const State& state, Panel& panel, MainForm& main, Forms& forms)
+TrayIcon::TrayIcon(const State& state, Panel& panel, Engine& main, Forms& forms)
     : state_(state), panel_(panel), main_(main), forms_(forms) {
   panel.tray.Observer = [this] { Refresh(); };
 }

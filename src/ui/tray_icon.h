@@ -9,7 +9,7 @@
 
 #include "app/panel.h"
 #include "app/state.h"
-#include "frame/main_form.h"
+#include "frame/engine.h"
 #include "platform/forms.h"
 
 namespace orvane {
@@ -19,7 +19,7 @@ class TrayIcon : public QObject {
 
  public:
   // Follows `panel`.
-  TrayIcon(const State& state, Panel& panel, MainForm& main, Forms& forms);
+  TrayIcon(const State& state, Panel& panel, Engine& main, Forms& forms);
 
   // Shows the icon from now on. The kind of tray that there is at this moment decides on its own
   // kind for good.
@@ -32,7 +32,7 @@ class TrayIcon : public QObject {
 
   const State& state_;
   Panel& panel_;
-  MainForm& main_;
+  Engine& main_;
   Forms& forms_;
   QMenu menu_;
   std::unique_ptr<QSystemTrayIcon> icon_;

@@ -75,4 +75,4 @@ class InstalledTest(OrvaneTest):
         self.assertEqual(self.log_messages(data),
                          ["Program start", "AC fail", "System shutdown", "Program end"])
         self.assertIn("AppNumber=0", (data / "SaverApp.INI").read_text(encoding="utf-8"))
-        self.assertEqual({path.name for path in place.iterdir()}, {"orvane", "exit.exe"})
+        self.assertEqual({path.name for path in place.iterdir()}, {"orvane", "orvane-service", "exit.exe"})

@@ -4,6 +4,7 @@
 
 #include <utility>
 
+#include "frame/main_form.h"
 #include "support/status_frame.h"
 #include "support/world.h"
 
@@ -48,7 +49,7 @@ class SettingsFormTest : public testing::Test, public World {
   }
 
   MainForm main{state, panel, seams};
-  SettingsForm setup{state, panel, main, seams};
+  SettingsForm setup{main, forms, dialogs};
 };
 
 TEST_F(SettingsFormTest, CallsAreTheDigitsOfASlot) {

@@ -65,7 +65,7 @@ class Life : public World {
 
   // What the user does.
   void Save(const Wishes& wishes, bool change_port) {
-    SettingsForm setup(state, panel, main_, seams);
+    SettingsForm setup(main_, forms, dialogs);
     forms.Show(Form::kSettings);
     setup.Load();
     if (change_port) {

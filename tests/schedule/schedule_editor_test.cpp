@@ -15,8 +15,10 @@ const std::string kPath = "/prog/systimer.ini";
 struct ScheduleEditorTest : testing::Test, World {
   ScheduleEditor Editor(const ScheduleSection& section = kWeekly) {
     forms.open = {Form::kWeek};
-    return {section, Form::kWeek, state, seams};
+    return {section, Form::kWeek, schedule, forms};
   }
+
+  ScheduleFile schedule{state, disk, host};
 };
 
 // Every control filled, and the slots that a start reads of the file again.

@@ -46,7 +46,7 @@ TEST_F(MainWindowTest, MenusStandInOrderAndAct) {
       "analysis_menu: log Show log day_history Show day_history history Show history | "
       "shutdown_report Show shutdown_report",
       "control_menu: short_test T\r test_to_low TL\r cancel_test CT\r | shutdown Ask [Orvane] Are "
-      "you sure to shutdown?",
+      "you sure to shutdown? | protection_check Show protection_check",
       "help_menu: about Show about"};
   std::vector<std::string> menus;
   for (const QAction* top : window.menuBar()->actions()) {

@@ -11,7 +11,11 @@ namespace {
 const std::string kPath = "/prog/systimer.ini";
 
 struct ScheduleWindowTest : OpenedWindow {
-  void OpenEditor(const ScheduleLook& look) { Open(new ScheduleWindow(look, state, seams)); }
+  void OpenEditor(const ScheduleLook& look) {
+    Open(new ScheduleWindow(look, state, schedule, forms));
+  }
+
+  ScheduleFile schedule{state, disk, host};
 
   bool Tinted(const char* box) {
     return Box(box).palette().color(QPalette::Base) != window->palette().color(QPalette::Base);

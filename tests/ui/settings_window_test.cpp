@@ -7,6 +7,7 @@
 #include <QTest>
 
 #include "app/settings.h"
+#include "frame/main_form.h"
 #include "ui/opened_window.h"
 
 namespace orvane::test {
@@ -17,7 +18,7 @@ constexpr const char* kNothingSet = "1,0,0,0,0,0,0,0,1,0,\"\",0";
 struct SettingsWindowTest : OpenedWindow {
   void OpenWith(const std::string& line) {
     ParseSettings(line, state);
-    Open(new SettingsWindow(state, panel, main, seams));
+    Open(new SettingsWindow(main, forms, dialogs));
   }
 
   QComboBox& Choice(const QString& name) { return Part<QComboBox>(*window, name); }

@@ -40,12 +40,12 @@ constexpr const char* kSchedule = R"([weekly]
 std::unique_ptr<QWidget> Schedule(Stage& stage, const ScheduleLook& look) {
   stage.Start();
   stage.disk.files["/prog/systimer.ini"] = kSchedule;
-  return std::make_unique<ScheduleWindow>(look, stage.state, stage.seams);
+  return std::make_unique<ScheduleWindow>(look, stage.state, stage.form, stage.forms);
 }
 
 std::unique_ptr<QWidget> Settings(Stage& stage) {
   stage.Start();
-  return std::make_unique<SettingsWindow>(stage.state, stage.panel, stage.form, stage.seams);
+  return std::make_unique<SettingsWindow>(stage.form, stage.forms, stage.dialogs);
 }
 
 }  // namespace

@@ -129,6 +129,18 @@ bool Bus::Subscribe(const BusObject& object, const char* member, SignalHandler o
   return true;
 }
 
+bool Bus::Match(const char* rule, SignalHandler on_message) {
+  sd_bus_slot* slot = nullptr;
+  auto* holder = new SignalHandler(std::move(on_message));
+  if (sd_bus_add_match_async(bus_, &slot, rule, TakeSignal, nullptr, holder) < 0) {
+    delete holder;
+    return false;
+  }
+  LeaveToBus(slot, holder);
+  if (OnSend) OnSend();
+  return true;
+}
+
 bool Bus::Wait(const std::function<bool()>& done, Time deadline) {
   while (!done()) {
     const int served = sd_bus_process(bus_, nullptr);

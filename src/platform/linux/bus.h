@@ -66,6 +66,13 @@ class Bus {
   bool Subscribe(const BusObject& object, const char* member,
                  std::function<void(sd_bus_message*)> on_signal, const std::string& first = {});
 
+  // The same for every message that the match rule `rule` lets through (D-Bus Specification, Match
+  // Rules).
+  bool Match(const char* rule, std::function<void(sd_bus_message*)> on_message);
+
+  // The library's own handle, for whoever offers an object on this bus.
+  sd_bus* Handle() const { return bus_; }
+
   // Serves the bus until `done` holds; false when `deadline` came first or the bus went away.
   bool Wait(const std::function<bool()>& done, Time deadline);
 

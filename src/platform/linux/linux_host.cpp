@@ -15,6 +15,7 @@
 #include "platform/linux/linux_clock.h"
 #include "platform/linux/linux_disk.h"
 #include "platform/linux/run_hidden.h"
+#include "platform/linux/service_manager.h"
 #include "platform/linux/user_directories.h"
 #include "platform/linux/way_down.h"
 
@@ -28,18 +29,6 @@ constexpr int kReportPatience = 200;  // milliseconds
 
 bool MayWriteIn(const std::string& directory) {
   return faccessat(AT_FDCWD, directory.c_str(), W_OK | X_OK, AT_EACCESS) == 0;
-}
-
-// The settings that an installation brings for a new user. They are in English; where the session
-// is not, their language is changed.
-void CopyFirstSettings(const std::string& executable_directory, const std::string& directory) {
-  LinuxDisk disk;
-  const auto text = disk.Read(executable_directory + "/../../share/orvane/Orvane.ini");
-  if (!text) return;
-  State settings;
-  ParseSettings(*text, settings);
-  if (IsChinese(SessionLocale())) settings.Settings[kLanguage] = 1;
-  static_cast<void>(SaveSettings(disk, SettingsPath(directory), settings));
 }
 
 void ReportOwnLine(const std::string& line) {
@@ -71,6 +60,16 @@ std::string ExecutableDirectory() {
   return std::string(text.substr(0, std::max<std::size_t>(text.rfind('/'), 1)));
 }
 
+void CopyFirstSettings(const std::string& executable_directory, const std::string& directory) {
+  LinuxDisk disk;
+  const auto text = disk.Read(executable_directory + "/../../share/orvane/Orvane.ini");
+  if (!text) return;
+  State settings;
+  ParseSettings(*text, settings);
+  if (IsChinese(SessionLocale())) settings.Settings[kLanguage] = 1;
+  static_cast<void>(SaveSettings(disk, SettingsPath(directory), settings));
+}
+
 std::string ProgramDirectoryFor(const std::string& executable_directory) {
   const bool system = (executable_directory + '/').starts_with(kSystemTree);
   if (!system && MayWriteIn(executable_directory)) return executable_directory;
@@ -80,7 +79,8 @@ std::string ProgramDirectoryFor(const std::string& executable_directory) {
 }
 
 void ReportLine(const std::string& line) {
-  std::string text = line;
+  // A warning, where the journal takes it (sd-daemon(3)).
+  std::string text = (JournalTakesErrors() ? "<4>" : "") + line;
   std::replace(text.begin(), text.end(), '\n', ' ');
   text += '\n';
   // A terminal that stands still, or a pipe that nobody reads, holds nothing up.

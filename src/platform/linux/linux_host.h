@@ -23,6 +23,10 @@ std::string ProgramDirectoryFor(const std::string& executable_directory);
 // Whether a program runs on that directory at this moment.
 bool RunsIn(const std::string& directory);
 
+// Puts the settings that an installation brings, if it does, into a program directory. They are in
+// English; where the session is not, their language is changed.
+void CopyFirstSettings(const std::string& executable_directory, const std::string& directory);
+
 // One line on standard error; line feeds inside become blanks. Dropped when nothing takes it.
 void ReportLine(const std::string& line);
 

@@ -1,0 +1,38 @@
+// Fields of the panel and texts as values of the bus.
+#pragma once
+
+#include <functional>
+#include <map>
+#include <string>
+#include <string_view>
+
+#include "app/panel.h"
+
+struct sd_bus_message;
+
+namespace orvane {
+
+// `text` as the bus takes it: without zero bytes, and with a question mark for each byte that is no
+// UTF-8.
+std::string BusText(std::string_view text);
+
+// Appends name and value of a field to a message, as an entry of a{sv}.
+void AppendField(sd_bus_message* message, const std::string& name, const Label& field);
+void AppendField(sd_bus_message* message, const std::string& name, const Caption& field);
+void AppendField(sd_bus_message* message, const std::string& name, const Face& field);
+void AppendField(sd_bus_message* message, const std::string& name, const Needle& field);
+void AppendField(sd_bus_message* message, const std::string& name, const Bar& field);
+void AppendField(sd_bus_message* message, const std::string& name, const Shield& field);
+void AppendField(sd_bus_message* message, const std::string& name, const Tray& field);
+
+// What takes the value of an entry; negative when it has another type.
+using TakeValue = std::function<int(sd_bus_message*)>;
+using FieldReaders = std::map<std::string, TakeValue, std::less<>>;
+
+// One for each field of the panel, which outlives them.
+FieldReaders ReadersOf(Panel& panel);
+
+// Takes an a{sv} over. Names without a reader, and values of another type, are passed over.
+void TakeFields(sd_bus_message* message, const FieldReaders& readers);
+
+}  // namespace orvane
