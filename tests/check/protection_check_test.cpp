@@ -58,7 +58,7 @@ TEST_F(ProtectionCheckTest, AsksAtTheStartEveryDayAndWhenSettingsAreSaved) {
   time.SetWall({2026, 3, 1, 0, 0, 0});
   time.Advance(std::chrono::seconds(10));
   EXPECT_EQ(inspector.asked, 3);
-  form.SaveSettings();
+  form.SaveSettings({state.Settings, state.PhoneCode});
   EXPECT_EQ(inspector.asked, 4);
   inspector.found.blockers = "apt";
   inspector.Answer();
