@@ -3,6 +3,9 @@
 
 #include <QAbstractButton>
 #include <QApplication>
+#include <QDesktopServices>
+#include <QSysInfo>
+#include <QUrl>
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
@@ -36,6 +39,7 @@
 #include "ui/alert_window.h"
 #include "ui/check_window.h"
 #include "ui/day_history_window.h"
+#include "ui/help.h"
 #include "ui/history_window.h"
 #include "ui/log_window.h"
 #include "ui/look.h"
@@ -71,6 +75,7 @@ struct Outside {
   QtTimer poll_timer, countdown_timer, schedule_timer, dial_timer, clock_timer, alert_timer,
       modem_timer;
   QtDialogs dialogs;
+  std::optional<Help> help;
   Windows windows;
   UnixServer share_server{settings.share_socket, NotifyOf,
                           [this](const std::string& line) { host.Report(line); }};
@@ -110,12 +115,27 @@ QWidget* WithRights(const Engine& engine, QWidget* window, const char* button) {
   return window;
 }
 
+// For whoever is asked what runs.
+QString WhatRuns(Engine& engine) {
+  const QString session = qEnvironmentVariable("XDG_SESSION_TYPE", QApplication::platformName());
+  return QStringList{"Orvane " ORVANE_VERSION, QString("Qt %1").arg(qVersion()),
+                     QSysInfo::prettyProductName(), session,
+                     QString::fromStdString(engine.Fields().port_line.Caption())}
+      .join(", ");
+}
+
 // Registers how the window of each form is made; each is made when it is first shown.
-void MakeForms(Outside& outside, Engine& engine) {
+void MakeForms(Outside& outside, Engine& engine, QWidget& main_window) {
   Windows& windows = outside.windows;
   const State& state = engine.Shown();
+  Help& help = outside.help.emplace(
+      state, outside.dialogs, Help::PagesOf(QString::fromStdString(ExecutableDirectory())),
+      [](const QString& path) { return QDesktopServices::openUrl(QUrl::fromLocalFile(path)); });
+  help.Offer(main_window);
+  windows.OnMade = [&help](QWidget& window) { help.Offer(window); };
   windows.Make(Form::kSplash, [&] { return new SplashWindow(windows); });
-  windows.Make(Form::kAbout, [&] { return new AboutWindow(state, windows, outside.dialogs); });
+  windows.Make(Form::kAbout,
+               [&] { return new AboutWindow(state, WhatRuns(engine), windows, outside.dialogs); });
   windows.Make(Form::kAlert, [&] { return new AlertWindow(state, engine.Alert()); });
   windows.Make(Form::kLog, [&] {
     auto* window =
@@ -188,7 +208,7 @@ bool RunOwnEngine(bool may_attach) {
   Windows& windows = outside.windows;
   windows.MakeMain(main_window, {[&] { return main_form.Load(); }, [&] { main_form.Activate(); },
                                  [&] { main_form.Unload(); }, [&] { return main_form.Loaded(); }});
-  MakeForms(outside, main_form);
+  MakeForms(outside, main_form, main_window);
   windows.Make(Form::kProtectionCheck, [&] { return new CheckWindow(state, main_form); });
   TrayIcon tray_icon(state, panel, main_form, windows);
   const TrayWatch tray_watch(outside.host.SessionBus(), outside.tray_patience, [&](bool modern) {
@@ -239,7 +259,7 @@ void RunAttached(BusConnection& bus, bool just_came) {
                                    return true;
                                  },
                                  [] {}, [&] { engine.Stop(); }, [&] { return engine.Started(); }});
-  MakeForms(outside, engine);
+  MakeForms(outside, engine, main_window);
   TrayIcon tray_icon(engine.Shown(), engine.Fields(), engine, windows);
   const TrayWatch tray_watch(outside.host.SessionBus(), outside.tray_patience, [&](bool modern) {
     const bool x11 = QApplication::platformName() == "xcb";

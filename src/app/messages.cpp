@@ -226,6 +226,7 @@ constexpr Row kRows[] = {
     {Message::kSettingsMissing, "There is no settings file; every delay is zero.", "没有设置文件，所有延时均为零。"},
     {Message::kSaveSettings, "Open the settings, look at them and save.", "请打开系统设置，核对后保存。"},
     {Message::kTestNotice, "Notifications reach this desktop.", "通知可以在桌面上显示。"},
+    {Message::kNoHelp, "The page could not be opened: %1", "无法打开文档：%1"},
     {Message::kTrayShow, "&Show", "显示(&S)"},
     {Message::kTrayMains, "Orvane: mains normal", "Orvane：市电正常"},
     {Message::kTrayFailure, "Orvane: mains failure", "Orvane：市电中断"},

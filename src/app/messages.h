@@ -236,6 +236,8 @@ enum class Message : std::size_t {
   kSettingsMissing,
   kSaveSettings,
   kTestNotice,
+  // The user's guide.
+  kNoHelp,
   // The icon in the tray.
   kTrayShow,
   kTrayMains,

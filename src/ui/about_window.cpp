@@ -1,6 +1,7 @@
 #include "ui/about_window.h"
 
 #include <QIcon>
+#include <QLineEdit>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QPushButton>
@@ -19,10 +20,11 @@
 namespace orvane {
 namespace {
 
-constexpr Place kForm{0, 0, 6300, 4050};
+constexpr Place kForm{0, 0, 6300, 4425};
 constexpr Place kLogo{300, 330, 1200, 1200};
 constexpr Place kRule{300, 1800, 5700, 15};
-constexpr Place kOk{5040, 3360, 960, 465};
+constexpr Place kRuns{300, 3285, 5700, 315};
+constexpr Place kOk{5040, 3735, 960, 465};
 
 constexpr Words kTitle{"关于Orvane", "About Orvane"};
 constexpr Words kButton{"确定", "OK"};
@@ -56,8 +58,8 @@ constexpr char kContactLine[] = "Contact: 555-0100";
 
 }  // namespace
 
-AboutWindow::AboutWindow(const State& state, Forms& forms, Dialogs& dialogs)
-    : QWidget(nullptr, kFormFlags), state_(state), dialogs_(dialogs) {
+AboutWindow::AboutWindow(const State& state, const QString& runs, Forms& forms, Dialogs& dialogs)
+    : FormDialog(kFormFlags), state_(state), dialogs_(dialogs) {
   setObjectName("about");
   setFixedSize(Pixels(kForm).size());
   CenterForm(*this);
@@ -67,13 +69,19 @@ AboutWindow::AboutWindow(const State& state, Forms& forms, Dialogs& dialogs)
   for (const Line& line : kLines) {
     (new TextLabel(line.name, line.place, line.style, this))->Show(Pick(state, line.words));
   }
+  auto* line = new QLineEdit(runs, this);
+  line->setObjectName("runs");
+  line->setAccessibleName(Pick(state, kTitle));
+  line->setGeometry(Pixels(kRuns));
+  line->setReadOnly(true);
+  line->setCursorPosition(0);
   QPushButton* button = NewButton("ok", kOk, this);
   button->setAccessibleName(Pick(state, kButton));
   button->setIcon(QIcon(":/ok.svg"));
   button->setIconSize({20, 20});
   button->setAttribute(Qt::WA_NoMousePropagation);
+  button->setFocus();
   connect(button, &QPushButton::clicked, this, [&forms] { forms.Unload(Form::kAbout); });
-  connect(new QShortcut(Qt::Key_Escape, this), &QShortcut::activated, button, &QPushButton::click);
 }
 
 void AboutWindow::paintEvent(QPaintEvent*) {

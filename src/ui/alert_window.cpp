@@ -70,8 +70,8 @@ QLabel* NewLabel(const QString& text, int pixels, QColor ink, bool bold) {
 }  // namespace
 
 AlertWindow::AlertWindow(const State& state, AlertForm& alert_form)
-    : QWidget(nullptr, Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint |
-                           Qt::WindowCloseButtonHint | Qt::WindowStaysOnTopHint),
+    : FormDialog(Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint |
+                 Qt::WindowCloseButtonHint | Qt::WindowStaysOnTopHint),
       alert_form_(alert_form) {
   alert_form_.Load();
   setObjectName("alert");
@@ -130,12 +130,12 @@ AlertWindow::~AlertWindow() {
 // It belongs to the main window, but must be seen also while that one is minimised.
 void AlertWindow::showEvent(QShowEvent* event) {
   if (windowHandle()) windowHandle()->setTransientParent(nullptr);
-  QWidget::showEvent(event);
+  FormDialog::showEvent(event);
 }
 
 void AlertWindow::closeEvent(QCloseEvent* event) {
   Unload();
-  QWidget::closeEvent(event);
+  FormDialog::closeEvent(event);
 }
 
 void AlertWindow::Unload() {

@@ -1,14 +1,13 @@
 // The alert: a small yellow window that shows the seconds left.
 #pragma once
 
-#include <QWidget>
-
 #include "app/state.h"
 #include "protect/alert_form.h"
+#include "ui/form_dialog.h"
 
 namespace orvane {
 
-class AlertWindow : public QWidget {
+class AlertWindow : public FormDialog {
  public:
   // Loads `alert_form`, which outlives the window, and unloads it when the window is closed. The
   // words are those of the language of this moment.

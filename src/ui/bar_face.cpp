@@ -117,6 +117,7 @@ void BarFace::AddRow(const Row& row) {
 
   Bar& bar = panel_.bars[gauge];
   auto* trough = new Trough(bar, gauge, row.marks, this);
+  troughs_[gauge] = trough;
   trough->setObjectName(Id(gauge) + "_bar");
   trough->setGeometry(Pixels(Place{kTroughLeft, row.trough_top, kTroughWidth, kTroughHeight}));
   bar.Observer = [trough = QPointer(trough)] {
@@ -144,6 +145,7 @@ void BarFace::AddMarks(const Row& row) {
 void BarFace::ShowCaption(Gauge gauge) {
   captions_[gauge]->Show(panel_.bar_captions[gauge]);
   figures_[gauge]->Spoken(SpokenName(state_, gauge) + ", ", ' ' + Unit(gauge));
+  troughs_[gauge]->setAccessibleName(SpokenName(state_, gauge));
 }
 
 void BarFace::paintEvent(QPaintEvent*) {

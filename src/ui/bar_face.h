@@ -67,6 +67,7 @@ class BarFace : public QWidget {
   Panel& panel_;
   std::function<void()> double_click_;
   PerGauge<TextLabel*> captions_;
+  PerGauge<Trough*> troughs_;
   PerGauge<TextLabel*> figures_;
 };
 

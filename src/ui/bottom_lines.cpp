@@ -16,7 +16,7 @@ constexpr Place kUpperHalf{150, 0, 7440, 165};
 constexpr Place kLowerHalf{150, 165, 7440, 165};
 
 constexpr TextLabel::Style kWarningStyle{
-    .size = 12, .least = 9, .bold = true, .ink = look::Exact(kRed)};
+    .size = 12, .least = 9, .bold = true, .ink = look::Ink(kRed)};
 
 constexpr Place kStatusPlace{0, 6135, 7740, 345};
 
@@ -54,6 +54,8 @@ void WarningLine::Refresh() {
   const bool both = panel_.supply_warning.Visible() && panel_.overload_warning.Visible();
   supply_->setGeometry(Pixels(both ? kUpperHalf : kWhole));
   overload_->setGeometry(Pixels(both ? kLowerHalf : kWhole));
+  // At half the height, the strokes of bold Chinese characters run together.
+  for (TextLabel* warning : {supply_, overload_}) warning->Bold(!both);
   supply_->Show(panel_.supply_warning);
   overload_->Show(panel_.overload_warning);
   const bool lit = panel_.supply_warning.Visible() || panel_.overload_warning.Visible();

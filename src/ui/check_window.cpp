@@ -11,13 +11,14 @@
 #include "check/check_rows.h"
 #include "ui/look.h"
 #include "ui/shield_button.h"
+#include "ui/twips.h"
 #include "ui/windows.h"
 #include "ui/words.h"
 
 namespace orvane {
 namespace {
 
-constexpr int kFindingWidth = 470;
+constexpr int kFindingWidth = 7050;  // twips
 constexpr int kShieldSize = 16;
 constexpr int kSummarySize = 32;
 constexpr int kSummaryFont = 16;
@@ -39,6 +40,10 @@ constexpr Button kButtons[] = {
 Message GradeWord(Grade grade) {
   constexpr Message kWords[] = {Message::kCheckGreen, Message::kCheckAmber, Message::kCheckRed};
   return kWords[static_cast<std::size_t>(grade)];
+}
+
+int FindingWidth() {
+  return qRound(Pixels(kFindingWidth));
 }
 
 QString Name(const char* what, int number) {
@@ -92,7 +97,7 @@ CheckWindow::Row CheckWindow::AddRow(QGridLayout& grid, int number) {
   row.finding->setObjectName(Name("finding", number));
   row.finding->setTextFormat(Qt::PlainText);
   row.finding->setWordWrap(true);
-  row.finding->setFixedWidth(kFindingWidth);
+  row.finding->setFixedWidth(FindingWidth());
   row.finding->setTextInteractionFlags(Qt::TextSelectableByMouse);
   row.finding->setFocusPolicy(Qt::NoFocus);
   grid.addWidget(row.finding, number, 2, Qt::AlignTop);
@@ -171,7 +176,7 @@ void CheckWindow::Show(const Row& row, const CheckRow& found) {
   if (!found.remedy.empty()) text += '\n' + found.remedy;
   row.finding->setText(QString::fromStdString(text));
   // A text that wraps tells a grid less than the height that it takes.
-  row.finding->setMinimumHeight(row.finding->heightForWidth(kFindingWidth));
+  row.finding->setMinimumHeight(row.finding->heightForWidth(FindingWidth()));
   if (row.button) {
     const bool acts = found.action != CheckAction::kNone;
     const bool tests = found.action == CheckAction::kOpenSelfTests;

@@ -21,6 +21,12 @@ constexpr Message kKinds[] = {Message::kScheduleLegend, Message::kMainsLegend,
                               Message::kBatteryLegend};
 constexpr QLatin1String kSign("= ");
 
+// Of the window as designed: above and below the frames everything keeps its height.
+constexpr int kDesignedWidth = 7680;
+constexpr int kDesignedHeight = 5760;
+constexpr int kFramesTop = 825;
+constexpr int kFramesHeight = 3495;
+
 constexpr Place FrameOf(int hour) {
   return hour < 12 ? Place{165 + kFrameWidth * hour, 825, kFrameWidth, kFrameHeight}
                    : Place{180 + kFrameWidth * (hour - 12), 2715, kFrameWidth, kFrameHeight};
@@ -31,6 +37,11 @@ constexpr Place HourNumberOf(int hour) {
   const Place frame = FrameOf(hour);
   const int top = hour < 12 ? 2160 : 4020;
   return {frame.left, top, frame.width, frame.Bottom() - top};
+}
+
+Place MarkOf(int cell) {
+  const CellPlace place = PlaceOf(cell);
+  return {place.mark_left, place.mark_top, kMarkWidth, kMarkHeight};
 }
 
 QString TwoDigits(int number) {
@@ -48,7 +59,7 @@ ColourBox::ColourBox(const QString& name, const Place& place, const MarkColour& 
 
 void ColourBox::paintEvent(QPaintEvent*) {
   QPainter painter(this);
-  painter.setPen(look::kInk);
+  painter.setPen(QColor(look::kInk));
   painter.setBrush(colour_);
   painter.drawRect(rect().adjusted(0, 0, -1, -1));
 }
@@ -58,15 +69,19 @@ void ColourBox::paintEvent(QPaintEvent*) {
 // allows.
 class DayGrid::Count : public QWidget {
  public:
-  Count(const Place& place, int frame_right, QWidget* parent)
-      : QWidget(parent), place_(place), to_edge_(frame_right - place.left) {}
+  Count(const Place& place, int frame_right, const DayGrid& grid, QWidget* parent)
+      : QWidget(parent), grid_(grid), place_(place), to_edge_(frame_right - place.left) {}
 
   void Show(int count) {
-    constexpr int kToNextMark = 285;
     text_ = QString::number(count);
+    Arrange();
+  }
+
+  void Arrange() {
+    constexpr int kToNextMark = 285;
     Place place = place_;
     if (text_.size() > 1) place.width = text_.size() > 2 ? kToNextMark : to_edge_;
-    setGeometry(Pixels(place));
+    setGeometry(grid_.At(place));
     update();
   }
 
@@ -76,7 +91,7 @@ class DayGrid::Count : public QWidget {
     constexpr double kNarrow = 0.85;
     constexpr int kLeast = 10;
     QPainter painter(this);
-    painter.setPen(look::kInk);
+    painter.setPen(QColor(look::kInk));
     QFont font = look::Face(kFontSize);
     double advance = QFontMetricsF(font).horizontalAdvance(text_);
     for (int size = kFontSize - 1; advance * kNarrow > width() && size >= kLeast; --size) {
@@ -91,6 +106,7 @@ class DayGrid::Count : public QWidget {
   }
 
  private:
+  const DayGrid& grid_;
   Place place_;
   int to_edge_;
   QString text_;
@@ -131,11 +147,10 @@ void DayGrid::Show(const DayHistory& history) {
 void DayGrid::MakeCell(int cell) {
   const CellPlace place = PlaceOf(cell);
   auto& [mark, count_label] = cells_[static_cast<std::size_t>(cell)];
-  mark = new ColourBox(QString("mark_%1").arg(cell),
-                       {place.mark_left, place.mark_top, kMarkWidth, kMarkHeight},
-                       ColourOf(place.row), this);
+  mark = new ColourBox(QString("mark_%1").arg(cell), MarkOf(cell), ColourOf(place.row), this);
   count_label = new Count({place.count_left, place.count_top, kCountWidth, kCountHeight},
-                          FrameOf(cell % kHours).Right(), this);
+                          FrameOf(cell % kHours).Right(), *this, this);
+  mark->setGeometry(At(MarkOf(cell)));
   count_label->setObjectName(QString("count_%1").arg(cell));
 }
 
@@ -146,16 +161,37 @@ QString DayGrid::Sentence(int cell, int count) const {
       .arg(count);
 }
 
+QRect DayGrid::At(const Place& place) const {
+  const double across = width() / Pixels(kDesignedWidth);
+  const double down = 1 + (height() - Pixels(kDesignedHeight)) / Pixels(kFramesHeight);
+  const auto x = [&](int twips) { return qRound(Pixels(twips) * across); };
+  const auto y = [&](int twips) {
+    return qRound(Pixels(kFramesTop) + Pixels(twips - kFramesTop) * down);
+  };
+  const QPoint top_left(x(place.left), y(place.top));
+  return {top_left, QSize(x(place.Right()) - top_left.x(), y(place.Bottom()) - top_left.y())};
+}
+
+void DayGrid::resizeEvent(QResizeEvent* event) {
+  QWidget::resizeEvent(event);
+  for (int cell = 0; cell < kGridCells; ++cell) {
+    const auto& [mark, count_label] = cells_[static_cast<std::size_t>(cell)];
+    if (!mark) continue;
+    mark->setGeometry(At(MarkOf(cell)));
+    count_label->Arrange();
+  }
+}
+
 void DayGrid::paintEvent(QPaintEvent*) {
   QPainter painter(this);
   painter.setFont(look::Face(kFontSize));
   for (int hour = 0; hour < kHours; ++hour) {
-    painter.setPen(look::kEdge);
-    painter.setBrush(look::kCard);
+    painter.setPen(QColor(look::kEdge));
+    painter.setBrush(QColor(look::kCard));
     // Neighbours share a line.
-    painter.drawRect(Pixels(FrameOf(hour)).adjusted(0, 0, 0, -1));
-    painter.setPen(look::kQuietInk);
-    painter.drawText(Pixels(HourNumberOf(hour)), Qt::AlignCenter, TwoDigits(hour));
+    painter.drawRect(At(FrameOf(hour)).adjusted(0, 0, 0, -1));
+    painter.setPen(QColor(look::kQuietInk));
+    painter.drawText(At(HourNumberOf(hour)), Qt::AlignCenter, TwoDigits(hour));
   }
 }
 

@@ -39,9 +39,13 @@ class DayGrid : public QWidget {
 
  protected:
   void paintEvent(QPaintEvent* event) override;
+  void resizeEvent(QResizeEvent* event) override;
 
  private:
   class Count;
+
+  // A place of the design in the grid as large as it is.
+  QRect At(const Place& place) const;
 
   // Of a cell: its mark and its count. Made when the cell is in use for the first time.
   struct Cell {

@@ -57,7 +57,7 @@ constexpr QColor kDateGround{255, 224, 192};
 
 DayHistoryWindow::DayHistoryWindow(const State& state, const Disk& disk, const Clock& clock,
                                    const std::string& path)
-    : QWidget(nullptr, kFormFlags), history_(disk, clock, path), grid_(new DayGrid(state, this)) {
+    : FormDialog(kFormFlags), history_(disk, clock, path), grid_(new DayGrid(state, this)) {
   setObjectName("day_history");
   setFixedSize(Pixels(kClientArea).size());
   grid_->setGeometry(rect());
@@ -66,6 +66,13 @@ DayHistoryWindow::DayHistoryWindow(const State& state, const Disk& disk, const C
   AddLegend(state);
   AddDay(state);
   AddButtons(state);
+  // Once all parts have their places.
+  MakeResizable();
+  for (const char* name : {"date_caption", "date", "previous", "next"}) {
+    Anchor(findChild<QWidget*>(name), {0, 1, 0, 1});
+  }
+  Anchor(findChild<QWidget*>("cancel"), {1, 1, 1, 1});
+  Anchor(grid_, {0, 0, 1, 1});
   history_.Load();
   ShowDay();
 }

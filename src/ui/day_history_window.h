@@ -1,20 +1,20 @@
 // The day history, one day at a time.
 #pragma once
 
-#include <QWidget>
 #include <string>
 
 #include "app/state.h"
 #include "platform/clock.h"
 #include "platform/disk.h"
 #include "records/day_history.h"
+#include "ui/form_dialog.h"
 
 namespace orvane {
 
 class DayGrid;
 class TextLabel;
 
-class DayHistoryWindow : public QWidget {
+class DayHistoryWindow : public FormDialog {
   Q_OBJECT
 
  public:

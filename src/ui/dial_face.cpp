@@ -56,7 +56,7 @@ constexpr double kBandWidth = 60;
 constexpr double kTickFrom = 840;
 constexpr double kTickTo = 930;
 constexpr double kFineTickTo = 900;
-constexpr double kMarkRadius = 1095;
+constexpr double kMarkGap = 60;
 constexpr int kMarkWidth = 345;
 constexpr int kMarkHeight = 180;
 constexpr int kDegreesPerMark = 18;
@@ -80,7 +80,7 @@ constexpr TextLabel::Style kReadOutStyle{.size = 15,
                                          .least = 9,
                                          .bold = true,
                                          .alignment = Qt::AlignCenter,
-                                         .ink = look::kCard,
+                                         .ink = QColor(255, 255, 255),
                                          .ground = look::Exact(look::kReadOutGround)};
 
 QPointF OnPicture(double x, double y) {
@@ -146,9 +146,14 @@ void DialFace::AddDial(Gauge gauge) {
   for (int k = 0; k < kMarks; ++k) {
     const double value = row.lowest + (row.highest - row.lowest) / (kMarks - 1) * k;
     const QString text = QString::number(value);
-    const QPointF centre = AtAngle(row, kMarkRadius, k * kDegreesPerMark);
     auto* mark = new TextLabel(Id(gauge) + "_dial_mark_" + text, {0, 0, kMarkWidth, kMarkHeight},
                                kMarkStyle, this);
+    // The figures end at the same distance from the ticks in every direction.
+    const QSizeF ink = QFontMetricsF(look::Face(kMarkStyle.size)).tightBoundingRect(text).size();
+    const double angle = k * kDegreesPerMark * std::numbers::pi / 180;
+    const double reach = (ink.width() * std::cos(angle) + ink.height() * std::sin(angle)) / 2;
+    const QPointF tick = AtAngle(row, kTickTo + kMarkGap, k * kDegreesPerMark);
+    const QPointF centre = tick + QPointF(reach * std::cos(angle), -reach * std::sin(angle));
     mark->move(qRound(centre.x() - mark->width() / 2.0), qRound(centre.y() - mark->height() / 2.0));
     mark->Show(text);
   }
@@ -215,12 +220,12 @@ void DialFace::paintEvent(QPaintEvent* event) {
 void DialFace::PaintPlate(QPainter& painter, Gauge gauge) const {
   const DialRow& row = kDials[gauge];
   const QRectF plate = QRectF(Pixels(row.plate.Inside(kFace))).adjusted(0.5, 0.5, -0.5, -0.5);
-  painter.setPen(QPen(look::kHairline, 1));
-  painter.setBrush(look::kCard);
+  painter.setPen(QPen(QColor(look::kHairline), 1));
+  painter.setBrush(QColor(look::kCard));
   painter.drawRoundedRect(plate, 6, 6);
 
   painter.setPen(Qt::NoPen);
-  painter.setBrush(look::kWindow);
+  painter.setBrush(QColor(look::kWindow));
   painter.drawPie(Circle(row, kFieldRadius), 0, 90 * 16);
   DrawArc(painter, row, 0, 90, look::kHairline);
   const Zone danger = DangerZone(gauge);
@@ -231,7 +236,7 @@ void DialFace::PaintPlate(QPainter& painter, Gauge gauge) const {
   for (int i = 0; i <= kTicks; ++i) {
     const bool mark = i % kFineTicksPerMark == 0;
     const double degrees = 90.0 * i / kTicks;
-    painter.setPen(QPen(mark ? look::kInk : look::kQuietInk, mark ? 1.6 : 0.8));
+    painter.setPen(QPen(QColor(mark ? look::kInk : look::kQuietInk), mark ? 1.6 : 0.8));
     painter.drawLine(AtAngle(row, kTickFrom, degrees),
                      AtAngle(row, mark ? kTickTo : kFineTickTo, degrees));
   }
@@ -242,7 +247,7 @@ void DialFace::PaintNeedle(QPainter& painter, Gauge gauge) {
   painter.setPen(QPen(look::Exact(look::kNeedleBlue), 2, Qt::SolidLine, Qt::FlatCap));
   painter.drawLine(line);
   painter.setPen(Qt::NoPen);
-  painter.setBrush(look::kInk);
+  painter.setBrush(QColor(look::kInk));
   painter.drawEllipse(Circle(kDials[gauge], kHubRadius));
   dials_[gauge].painted = Covered(line);
 }

@@ -2,7 +2,6 @@
 #pragma once
 
 #include <QPushButton>
-#include <QShortcut>
 
 #include "ui/twips.h"
 
@@ -15,21 +14,18 @@ inline constexpr Qt::WindowFlags kClosable = Qt::CustomizeWindowHint | Qt::Windo
 // On X11 only a dialog is kept above its owner.
 inline constexpr Qt::WindowFlags kFormFlags = Qt::Dialog | kClosable;
 
-// A button in its place; its caption is still to be set. Enter clicks it while it has the focus.
+// A button in its place; its caption is still to be set.
 inline QPushButton* NewButton(const char* name, const Place& place, QWidget* parent) {
   auto* button = new QPushButton(parent);
   button->setObjectName(name);
   button->setGeometry(Pixels(place));
-  button->setAutoDefault(true);
+  button->setAutoDefault(false);
   return button;
 }
 
-// The button closes its window, and so does Escape.
+// The button closes its window.
 inline void MakeLeaving(QPushButton* button) {
-  QWidget* form = button->window();
-  QObject::connect(button, &QPushButton::clicked, form, &QWidget::close);
-  QObject::connect(new QShortcut(Qt::Key_Escape, form), &QShortcut::activated, form,
-                   &QWidget::close);
+  QObject::connect(button, &QPushButton::clicked, button->window(), &QWidget::close);
 }
 
 }  // namespace orvane

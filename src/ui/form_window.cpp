@@ -7,8 +7,8 @@
 namespace orvane {
 
 FormWindow::FormWindow(const char* name, const QString& title)
-    : QWidget(nullptr, Qt::Dialog | Qt::WindowTitleHint | Qt::WindowSystemMenuHint |
-                           Qt::WindowCloseButtonHint) {
+    : FormDialog(Qt::Dialog | Qt::WindowTitleHint | Qt::WindowSystemMenuHint |
+                 Qt::WindowCloseButtonHint) {
   setObjectName(name);
   setWindowTitle(title);
 }
@@ -36,7 +36,7 @@ void FormWindow::keyPressEvent(QKeyEvent* event) {
       leave_->click();
       break;
     default:
-      QWidget::keyPressEvent(event);
+      FormDialog::keyPressEvent(event);
   }
 }
 

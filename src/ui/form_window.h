@@ -1,7 +1,7 @@
 // What the small windows of the program have in common.
 #pragma once
 
-#include <QWidget>
+#include "ui/form_dialog.h"
 
 class QAbstractButton;
 class QVBoxLayout;
@@ -10,7 +10,7 @@ namespace orvane {
 
 // A window of fixed size. Enter clicks the button that has the focus, else the accepting one;
 // Escape clicks the leaving one.
-class FormWindow : public QWidget {
+class FormWindow : public FormDialog {
  protected:
   static constexpr int kMargin = 12;
 

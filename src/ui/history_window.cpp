@@ -72,7 +72,7 @@ QString IsoTime(sys_seconds time) {
 
 HistoryWindow::HistoryWindow(const State& state, const Panel& panel, HistorySource& source,
                              const Clock& clock, Dialogs& dialogs)
-    : QWidget(nullptr, Qt::Window),
+    : FormDialog(Qt::Window),
       state_(state),
       panel_(panel),
       source_(source),
@@ -114,7 +114,6 @@ HistoryWindow::HistoryWindow(const State& state, const Panel& panel, HistorySour
   connect(outages_, &QTreeWidget::itemClicked, this, go_there);
   connect(outages_, &QTreeWidget::itemActivated, this, go_there);
   connect(chart_, &HistoryChart::Moved, this, &HistoryWindow::ShowSums);
-  connect(new QShortcut(Qt::Key_Escape, this), &QShortcut::activated, this, &QWidget::close);
   auto* timer = new QTimer(this);
   timer->setObjectName("follow");
   connect(timer, &QTimer::timeout, this, &HistoryWindow::Follow);

@@ -1,12 +1,11 @@
 // The history: curves, outages and what they come to.
 #pragma once
 
-#include <QWidget>
-
 #include "app/state.h"
 #include "history/history.h"
 #include "platform/clock.h"
 #include "platform/dialogs.h"
+#include "ui/form_dialog.h"
 
 class QBoxLayout;
 class QLabel;
@@ -16,7 +15,7 @@ namespace orvane {
 
 class HistoryChart;
 
-class HistoryWindow : public QWidget {
+class HistoryWindow : public FormDialog {
   Q_OBJECT
 
  public:

@@ -1,7 +1,9 @@
 #include "ui/information_area.h"
 
+#include <QFontMetrics>
 #include <QPainter>
 #include <QPointer>
+#include <algorithm>
 
 #include "ui/look.h"
 #include "ui/text_label.h"
@@ -62,9 +64,50 @@ InformationArea::InformationArea(Panel& panel, QWidget* parent) : QWidget(parent
       values_[datum] = new TextLabel(
           id, {value_left, kRowTop[row], left + kColumnWidth[column] - value_left, kRowHeight},
           kValueStyle, this);
-      values_[datum]->Follow(panel_.information[datum]);
+      panel_.information[datum].Observer = [self = QPointer(this), datum = datum] {
+        if (self) self->ShowValue(datum);
+      };
       ShowCaption(datum);
     }
+  }
+  for (const UpsDatum datum : kUpsData) ShowValue(datum);
+}
+
+void InformationArea::ShowValue(UpsDatum datum) {
+  values_[datum]->Show(panel_.information[datum]);
+  ShareWidth();
+}
+
+// A column whose values are longer than its room takes of that which the others do not need.
+void InformationArea::ShareWidth() {
+  constexpr int kColumns = 3;
+  int room[kColumns], need[kColumns];
+  int missing = 0, spare = 0;
+  const QFontMetrics metrics(look::Face(kValueStyle.size));
+  for (int column = 0; column < kColumns; ++column) {
+    room[column] = qRound(Pixels(kColumnWidth[column] - kCaptionWidth - kGap));
+    need[column] = 0;
+    for (const auto& row : kPlaces) {
+      const int width = metrics.horizontalAdvance(values_[row[column].datum]->text()) + 1;
+      need[column] = std::max(need[column], width);
+    }
+    missing += std::max(0, need[column] - room[column]);
+    spare += std::max(0, room[column] - need[column]);
+  }
+  const int given = std::min(missing, spare);
+  int moved = 0;
+  for (int column = 0; column < kColumns; ++column) {
+    const int lack = need[column] - room[column];
+    const int change = lack > 0 ? given * lack / missing : spare > 0 ? given * lack / spare : 0;
+    for (int row = 0; row < 2; ++row) {
+      const UpsDatum datum = kPlaces[row][column].datum;
+      const Place caption{kColumnLeft[column], kRowTop[row], kCaptionWidth, kRowHeight};
+      const Place value{caption.Right() + kGap, kRowTop[row],
+                        kColumnWidth[column] - kCaptionWidth - kGap, kRowHeight};
+      captions_[datum]->setGeometry(Pixels(caption).translated(moved, 0));
+      values_[datum]->setGeometry(Pixels(value).translated(moved, 0).adjusted(0, 0, change, 0));
+    }
+    moved += change;
   }
 }
 

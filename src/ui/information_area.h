@@ -21,6 +21,8 @@ class InformationArea : public QWidget {
  private:
   void ShowHeading();
   void ShowCaption(UpsDatum datum);
+  void ShowValue(UpsDatum datum);
+  void ShareWidth();
 
   Panel& panel_;
   TextLabel* heading_;

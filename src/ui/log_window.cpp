@@ -36,7 +36,7 @@ QPalette WhiteOnPurple(QPalette palette) {
 }  // namespace
 
 LogWindow::LogWindow(const State& state, Disk& disk, Dialogs& dialogs, const std::string& path)
-    : QWidget(nullptr, kFormFlags), log_(state, disk, dialogs, path), list_(new LongList(this)) {
+    : FormDialog(kFormFlags), log_(state, disk, dialogs, path), list_(new LongList(this)) {
   setObjectName("log");
   setFixedSize(Pixels(kClientArea).size());
   list_->setObjectName("lines");
@@ -47,6 +47,9 @@ LogWindow::LogWindow(const State& state, Disk& disk, Dialogs& dialogs, const std
   connect(clear, &QPushButton::clicked, this, &LogWindow::Clear);
   MakeLeaving(cancel);
 
+  MakeResizable();
+  Anchor(list_, {0, 0, 1, 1});
+  for (QPushButton* button : {clear, cancel}) Anchor(button, {0.5, 1, 0.5, 1});
   CenterForm(*this);
   const bool english = log_.Load();
   setWindowTitle(Pick(english, kTitle));
@@ -65,7 +68,7 @@ void LogWindow::Fill() {
 
 // Opens at the newest line. Not before the list has its size.
 void LogWindow::showEvent(QShowEvent* event) {
-  QWidget::showEvent(event);
+  FormDialog::showEvent(event);
   const QAbstractItemModel& lines = *list_->model();
   list_->selectionModel()->setCurrentIndex(lines.index(lines.rowCount() - 1, 0),
                                            QItemSelectionModel::NoUpdate);

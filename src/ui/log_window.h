@@ -1,19 +1,19 @@
 // The event log as a list that can be cleared.
 #pragma once
 
-#include <QWidget>
 #include <string>
 
 #include "app/state.h"
 #include "platform/dialogs.h"
 #include "platform/disk.h"
 #include "records/event_log.h"
+#include "ui/form_dialog.h"
 
 namespace orvane {
 
 class LongList;
 
-class LogWindow : public QWidget {
+class LogWindow : public FormDialog {
   Q_OBJECT
 
  public:

@@ -37,7 +37,9 @@ class RowDelegate : public QStyledItemDelegate {
     // No character that is to be seen is narrower than this.
     constexpr int kNarrowest = 2;
     QStyledItemDelegate::initStyleOption(option, index);
-    option->text.truncate(option->rect.width() / kNarrowest);
+    if (option->textElideMode == Qt::ElideRight) {
+      option->text.truncate(option->rect.width() / kNarrowest);
+    }
   }
 };
 
@@ -66,6 +68,7 @@ LongList::LongList(QWidget* parent) : QListView(parent) {
   setEditTriggers(NoEditTriggers);
   setVerticalScrollMode(ScrollPerItem);
   setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+  setTextElideMode(Qt::ElideRight);
 }
 
 int LongList::RowHeight() const {
@@ -135,7 +138,6 @@ void LongList::paintEvent(QPaintEvent*) {
   QPainter painter(viewport());
   QStyleOptionViewItem option;
   initViewItemOption(&option);
-  option.textElideMode = Qt::ElideRight;
   const QStyle::State state = option.state & ~QStyle::State_HasFocus;
   const qint64 top = verticalScrollBar()->value();
   for (qint64 row = top; row < lines_.rowCount(); ++row) {

@@ -1,10 +1,14 @@
 #include "ui/look.h"
 
 #include <QApplication>
+#include <QFontInfo>
 #include <QIcon>
 #include <QPalette>
 #include <QPixmapCache>
-#include <QStyleFactory>
+#include <QProxyStyle>
+#include <algorithm>
+
+#include "ui/twips.h"
 
 // The pictures lie in a library; nothing else would draw them into the program. The macro works
 // outside of namespaces only.
@@ -30,8 +34,42 @@ QStringList& Families() {
   return families;
 }
 
+// The desktop's own palette counts, rather than the design.
+bool desktop_colours = false;
+
+QColor Mixed(const QColor& ground, const QColor& ink, int percent) {
+  const auto part = [percent](int from, int to) { return from + (to - from) * percent / 100; };
+  return {part(ground.red(), ink.red()), part(ground.green(), ink.green()),
+          part(ground.blue(), ink.blue())};
+}
+
+// The font size for which the forms are designed.
+constexpr double kDesignedFont = 12;
+constexpr double kLargest = 3;
+
+// By how much the desktop's font is larger. A smaller one leaves the design as it is.
+double ScaleOf(const QFont& font) {
+  return std::clamp(QFontInfo(font).pixelSize() / kDesignedFont, 1.0, kLargest);
+}
+
+// The icons of message boxes: the desktop's, or drawings that are sharp at every pixel ratio.
+class FormStyle : public QProxyStyle {
+ public:
+  FormStyle() : QProxyStyle("Fusion") {}
+
+  QIcon standardIcon(StandardPixmap which, const QStyleOption* option,
+                     const QWidget* widget) const override {
+    if (which == SP_MessageBoxWarning) return QIcon::fromTheme("dialog-warning", Own("warning"));
+    if (which == SP_MessageBoxQuestion) return QIcon::fromTheme("dialog-question", Own("question"));
+    return QProxyStyle::standardIcon(which, option, widget);
+  }
+
+ private:
+  static QIcon Own(const char* name) { return QIcon(QString(":/%1.svg").arg(name)); }
+};
+
 QPalette LightPalette() {
-  QPalette palette(kWindow, kWindow);
+  QPalette palette(QColor{kWindow}, QColor{kWindow});
   for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText}) {
     palette.setColor(role, kInk);
     palette.setColor(QPalette::Disabled, role, kEdge);
@@ -40,7 +78,7 @@ QPalette LightPalette() {
   palette.setColor(QPalette::AlternateBase, kWindow);
   palette.setColor(QPalette::ToolTipBase, kCard);
   palette.setColor(QPalette::ToolTipText, kInk);
-  palette.setColor(QPalette::PlaceholderText, kQuietInk);
+  palette.setColor(QPalette::PlaceholderText, kPlaceholderInk);
   palette.setColor(QPalette::Highlight, kAccent);
   palette.setColor(QPalette::HighlightedText, Qt::white);
   return palette;
@@ -48,10 +86,37 @@ QPalette LightPalette() {
 
 }  // namespace
 
+Tone::operator QColor() const {
+  if (!desktop_colours || kind_ == Kind::kGiven) return designed_;
+  const QPalette palette = QApplication::palette();
+  const QColor ground = palette.color(QPalette::Window);
+  switch (kind_) {
+    case Kind::kMixed:
+      return Mixed(ground, palette.color(QPalette::WindowText), percent_);
+    case Kind::kWords:
+      // Half as far from white.
+      return IsDark() ? Mixed(designed_, Qt::white, 55) : designed_;
+    case Kind::kBase:
+      return palette.color(QPalette::Base);
+    case Kind::kAccent:
+      return palette.color(QPalette::Highlight);
+    case Kind::kTint:
+      return IsDark() ? Mixed(ground, kDangerZone, percent_) : designed_;
+    case Kind::kGiven:
+      break;
+  }
+  return designed_;
+}
+
+bool IsDark() {
+  constexpr int kMiddle = 128;
+  return desktop_colours && QApplication::palette().color(QPalette::Window).lightness() < kMiddle;
+}
+
 QFont Face(int pixel_size, bool bold) {
   QFont font(QApplication::font());
   font.setFamilies(Families());
-  font.setPixelSize(pixel_size);
+  font.setPixelSize(qRound(pixel_size * form_scale));
   font.setBold(bold);
   return font;
 }
@@ -65,8 +130,17 @@ void Apply(QApplication& application) {
   // Every window that opens has its buttons drawn and kept anew; the usual room for such drawings,
   // 10 MB, would be filled by and by with those of windows long gone.
   QPixmapCache::setCacheLimit(kDrawingsKept);
-  application.setStyle(QStyleFactory::create("Fusion"));
-  application.setPalette(LightPalette());
+  form_scale = ScaleOf(QApplication::font());
+  // A platform theme brings the desktop's colours; without one they are those of the style.
+  auto* style = new FormStyle;
+  const QPalette plain = style->standardPalette();
+  const QPalette palette = QApplication::palette();
+  desktop_colours = false;
+  for (const auto role : {QPalette::Window, QPalette::WindowText, QPalette::Base}) {
+    desktop_colours |= palette.color(role) != plain.color(role);
+  }
+  application.setStyle(style);
+  if (!desktop_colours) application.setPalette(LightPalette());
   application.setFont(Face(kTextSize));
   application.setWindowIcon(QIcon(":/orvane.svg"));
 }

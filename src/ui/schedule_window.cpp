@@ -47,7 +47,7 @@ class TableFrame : public QFrame {
     const int head = (grid->cellRect(0, 0).bottom() + grid->cellRect(1, 0).top()) / 2;
     painter.fillRect(QRect(whole.left(), whole.top(), whole.width(), head),
                      palette().color(QPalette::AlternateBase));
-    painter.setPen(look::kHairline);
+    painter.setPen(QColor(look::kHairline));
     for (int row = 1; row < grid->rowCount(); ++row) {
       const int y = (grid->cellRect(row - 1, 0).bottom() + grid->cellRect(row, 0).top()) / 2;
       painter.drawLine(whole.left(), y, whole.right(), y);

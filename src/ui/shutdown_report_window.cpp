@@ -47,19 +47,30 @@ LongList* NewList(const char* name, const Place& place, const QString& meaning, 
 }  // namespace
 
 ShutdownReportWindow::ShutdownReportWindow(const State& state, Disk& disk, const std::string& path)
-    : QWidget(nullptr, kFormFlags), report_(disk, path) {
+    : FormDialog(kFormFlags), report_(disk, path) {
   setObjectName("shutdown_report");
   setFixedSize(Pixels(kClientArea).size());
   CenterForm(*this);
   setWindowTitle(Pick(state, kTitle));
-  NewLabel("applications_caption", kApplicationsLabel, Pick(state, kApplications), this);
+  MakeResizable();
+  auto* applications_caption =
+      NewLabel("applications_caption", kApplicationsLabel, Pick(state, kApplications), this);
   applications_ = NewList("applications", kApplicationsList, Pick(state, kApplications), this);
-  NewLabel("files_caption", kFilesLabel, Pick(state, kFiles), this);
+  auto* files_caption = NewLabel("files_caption", kFilesLabel, Pick(state, kFiles), this);
   files_ = NewList("files", kFilesList, Pick(state, kFiles), this);
   QPushButton* clear = NewButton("clear", kClearPlace, this);
   clear->setText(Pick(state, kClear));
   QPushButton* exit = NewButton("exit", kExitPlace, this);
   exit->setText(Pick(state, kExit));
+
+  // What an application has saved is told by the end of a path.
+  files_->setTextElideMode(Qt::ElideMiddle);
+  constexpr double kUpper = 0.4;
+  Anchor(applications_caption, {0, 0, 1, 0});
+  Anchor(applications_, {0, 0, 1, kUpper});
+  Anchor(files_caption, {0, kUpper, 1, kUpper});
+  Anchor(files_, {0, kUpper, 1, 1});
+  for (QPushButton* button : {clear, exit}) Anchor(button, {0.5, 1, 0.5, 1});
 
   // By keys or by mouse; a click on the entry that is selected already counts as well.
   connect(applications_->selectionModel(), &QItemSelectionModel::selectionChanged, this,
@@ -71,7 +82,7 @@ ShutdownReportWindow::ShutdownReportWindow(const State& state, Disk& disk, const
 }
 
 void ShutdownReportWindow::showEvent(QShowEvent* event) {
-  QWidget::showEvent(event);
+  FormDialog::showEvent(event);
   if (!std::exchange(active_, true)) Activate();
 }
 

@@ -1,12 +1,12 @@
 // The report of the last shutdown.
 #pragma once
 
-#include <QWidget>
 #include <string>
 
 #include "app/state.h"
 #include "platform/disk.h"
 #include "records/shutdown_report.h"
+#include "ui/form_dialog.h"
 
 class QShowEvent;
 class QWindow;
@@ -15,7 +15,7 @@ namespace orvane {
 
 class LongList;
 
-class ShutdownReportWindow : public QWidget {
+class ShutdownReportWindow : public FormDialog {
   Q_OBJECT
 
  public:

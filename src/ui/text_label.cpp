@@ -39,7 +39,7 @@ TextLabel::TextLabel(const QString& name, const Place& place, const Style& style
   setGeometry(Pixels(place));
   // A click on a label is no click on what lies beneath.
   setAttribute(Qt::WA_NoMousePropagation);
-  setAttribute(Qt::WA_OpaquePaintEvent, style_.ground.isValid());
+  setAttribute(Qt::WA_OpaquePaintEvent, style_.ground.Valid());
   fitted_ = look::Face(style_.size, style_.bold);
 }
 
@@ -63,15 +63,22 @@ void TextLabel::Show(const QString& text) {
   Speak();
 }
 
-void TextLabel::Ink(const QColor& ink) {
+void TextLabel::Ink(const look::Tone& ink) {
   if (ink == style_.ink) return;
   style_.ink = ink;
   update();
 }
 
-void TextLabel::Ground(const QColor& ground) {
+void TextLabel::Ground(const look::Tone& ground) {
   if (ground == style_.ground) return;
   style_.ground = ground;
+  update();
+}
+
+void TextLabel::Bold(bool bold) {
+  if (bold == style_.bold) return;
+  style_.bold = bold;
+  Fit();
   update();
 }
 
@@ -98,7 +105,8 @@ bool TextLabel::Fits() const {
 void TextLabel::Fit() {
   shown_ = Drawn(text());
   // A line of text needs a little more height than its letters.
-  const int tallest = std::max(style_.least, std::min(style_.size, height() - 1));
+  const int tallest =
+      std::max(style_.least, std::min(style_.size, static_cast<int>((height() - 1) / form_scale)));
   for (int size = tallest; size >= style_.least; --size) {
     fitted_ = look::Face(size, style_.bold);
     if (Fits()) break;
@@ -117,9 +125,9 @@ void TextLabel::Fit() {
 
 void TextLabel::paintEvent(QPaintEvent*) {
   QPainter painter(this);
-  if (style_.ground.isValid()) painter.fillRect(rect(), style_.ground);
+  if (style_.ground.Valid()) painter.fillRect(rect(), QColor(style_.ground));
   painter.setFont(fitted_);
-  painter.setPen(style_.ink);
+  painter.setPen(QColor(style_.ink));
   const int lines = style_.wrap ? Qt::TextWordWrap : Qt::TextSingleLine;
   painter.drawText(rect(), static_cast<int>(style_.alignment) | lines, shown_);
 }

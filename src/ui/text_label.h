@@ -24,9 +24,9 @@ class TextLabel : public QLabel {
     int least = 10;  // what it may shrink to
     bool bold = false;
     Qt::Alignment alignment = Qt::AlignLeft | Qt::AlignVCenter;
-    QColor ink = look::kInk;
-    QColor ground = {};  // invalid: what lies beneath shows through
-    bool wrap = false;   // several lines, as many as have room
+    look::Tone ink = look::kInk;
+    look::Tone ground = {};  // none: what lies beneath shows through
+    bool wrap = false;       // several lines, as many as have room
   };
 
   TextLabel(const QString& name, const Place& place, const Style& style, QWidget* parent);
@@ -38,8 +38,9 @@ class TextLabel : public QLabel {
   void Show(const Label& label);
 
   void Show(const QString& text);
-  void Ink(const QColor& ink);
-  void Ground(const QColor& ground);
+  void Ink(const look::Tone& ink);
+  void Ground(const look::Tone& ground);
+  void Bold(bool bold);
 
   // What a screen reader says: the text between these two.
   void Spoken(const QString& before, const QString& after = {});

@@ -1,4 +1,5 @@
-// Places on forms. Forms are laid out in twips, 15 to a logical pixel.
+// Places on forms. Forms are laid out in twips, 15 to a logical pixel where the desktop's font has
+// its usual size.
 #pragma once
 
 #include <QRect>
@@ -23,8 +24,12 @@ struct Place {
   }
 };
 
-constexpr double Pixels(double twips) {
-  return twips / kTwipsPerPixel;
+// How much larger than as designed everything is, as the desktop's font wants it. Set before the
+// first window (ui/look.h).
+inline double form_scale = 1;
+
+inline double Pixels(double twips) {
+  return twips / kTwipsPerPixel * form_scale;
 }
 
 // On whole logical pixels, each edge rounded by itself so that neighbours meet.

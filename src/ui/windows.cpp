@@ -184,6 +184,7 @@ QWidget* Windows::Open(Form form) {
   const auto maker = makers_.find(form);
   if (maker == makers_.end()) return nullptr;
   QWidget* window = maker->second();
+  if (OnMade) OnMade(*window);
   open_[form] = window;
   window->installEventFilter(this);
   if (main_ && main_->isVisible()) {

@@ -36,6 +36,9 @@ class Windows : public QObject, public Forms {
   // nothing when it is shown.
   void Make(Form form, std::function<QWidget*()> maker);
 
+  // Runs with each window that Make's maker has made.
+  std::function<void(QWidget&)> OnMade;
+
   // The main window, which lives longer than this object and stands through a reload of the main
   // form.
   void MakeMain(QWidget& window, MainForm form);

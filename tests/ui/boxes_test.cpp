@@ -40,7 +40,7 @@ TEST_F(BoxesTest, SplashIsPaintedAtOnceAndLeavesAtAKeyOrAClickOnItsBareFrame) {
 
 TEST_F(BoxesTest, ContactBoxNeedsTheRightButtonAndExactlyThreeKeys) {
   constexpr auto kThree = Qt::ShiftModifier | Qt::ControlModifier | Qt::AltModifier;
-  Open(new AboutWindow(state, forms, dialogs));
+  Open(new AboutWindow(state, "Orvane 1.2", forms, dialogs));
   QTest::mouseClick(window.get(), Qt::LeftButton, kThree, {5, 5});
   QTest::mouseClick(window.get(), Qt::RightButton, kThree | Qt::MetaModifier, {5, 5});
   QTest::mouseClick(window.get(), Qt::RightButton, kThree & ~Qt::AltModifier, {5, 5});

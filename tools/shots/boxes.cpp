@@ -12,7 +12,9 @@ std::unique_ptr<QWidget> Splash(Stage& stage) {
 
 std::unique_ptr<QWidget> About(Stage& stage) {
   stage.Start();
-  return std::make_unique<AboutWindow>(stage.state, stage.forms, stage.dialogs);
+  return std::make_unique<AboutWindow>(
+      stage.state, "Orvane 3.0.0, Qt 6.4.2, Debian GNU/Linux 12 (bookworm), x11, UPS on COM1",
+      stage.forms, stage.dialogs);
 }
 
 std::unique_ptr<QWidget> Alert(Stage& stage) {
