@@ -6,7 +6,12 @@
 
 namespace orvane {
 
+QSize FormDialog::sizeHint() const {
+  return resizable_ ? minimumSize() : QDialog::sizeHint();
+}
+
 void FormDialog::MakeResizable() {
+  resizable_ = true;
   setMinimumSize(size());
   setMaximumSize(QWIDGETSIZE_MAX, QWIDGETSIZE_MAX);
   setSizeGripEnabled(true);

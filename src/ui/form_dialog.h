@@ -18,6 +18,8 @@ class FormDialog : public QDialog {
   // However it is closed, it is closed as by its frame's button.
   void reject() override { close(); }
 
+  QSize sizeHint() const override;
+
  protected:
   explicit FormDialog(Qt::WindowFlags flags) : QDialog(nullptr, flags) {}
 
@@ -41,6 +43,7 @@ class FormDialog : public QDialog {
   };
 
   std::vector<Anchored> anchored_;
+  bool resizable_ = false;
 };
 
 }  // namespace orvane

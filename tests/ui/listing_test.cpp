@@ -128,8 +128,9 @@ TEST(ListingTest, WindowsHoldWhatSomebodyHasLookedAt) {
       shots::Stage stage(language);
       const std::unique_ptr<QWidget> window = shot.make(stage);
       Present(*window);
-      // One form alone may be made larger.
-      EXPECT_EQ(window->minimumSize() == window->maximumSize(), window->objectName() != "history");
+      static const QStringList kGrow = {"history", "log", "day_history", "shutdown_report"};
+      EXPECT_EQ(window->minimumSize() == window->maximumSize(),
+                !kGrow.contains(window->objectName()));
       const std::string name =
           std::string(shot.name) + (language == Language::kEnglish ? "-en" : "-zh");
       const QString now = ListingOf(*window);

@@ -65,6 +65,25 @@ TEST_F(RecordsWindowsTest, DayIsDrawnInMarksAndCounts) {
             "15:00–15:59  AC Fail: 10; 23:00–23:59  UPS Batt. Low: 1");
 }
 
+TEST_F(RecordsWindowsTest, LargerDayHasLargerFramesAndTheSameButtons) {
+  Records(1, "2001-02-16 23", 1);
+  OpenDays();
+  const QSize before = window->size();
+  const QRect mark = Part(*window, "mark_47").geometry();
+  const QRect next = Part(*window, "next").geometry();
+  window->resize(before * 2);
+  QApplication::processEvents();
+  const QRect larger = Part(*window, "mark_47").geometry();
+  EXPECT_EQ(larger.width(), 2 * mark.width());
+  EXPECT_GT(larger.height(), 2 * mark.height());
+  EXPECT_LT(larger.right(), before.width() * 2);
+  EXPECT_EQ(Part(*window, "next").geometry(), next.translated(0, before.height()));
+  EXPECT_LT(larger.bottom(), Part(*window, "next").y());
+  window->resize(before);
+  QApplication::processEvents();
+  EXPECT_EQ(Part(*window, "mark_47").geometry(), mark);
+}
+
 TEST_F(RecordsWindowsTest, DaysStepByButtonsAndByArrowKeys) {
   Records(2, "2001-02-16 05", 1);
   Records(1, "2001-02-17 05", 1);
@@ -90,6 +109,7 @@ TEST_F(RecordsWindowsTest, DaysStepByButtonsAndByArrowKeys) {
                {"day", Qt::Key_Left, "2001-02-17", "05:00–05:59  AC Fail: 1", Qt::ControlModifier},
                {"next", Qt::Key_Home, "2001-02-16", "05:00–05:59  AC Fail: 2"}};
   for (const auto& [target, key, date, tip, modifier] : steps) {
+    Part(*window, target).setFocus();
     QTest::keyClick(&Part(*window, target), key, modifier);
     EXPECT_EQ(TextOf(*window, "date"), date);
     const QWidget& mark = Part(*window, "mark_29");
