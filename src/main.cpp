@@ -118,10 +118,11 @@ QWidget* WithRights(const Engine& engine, QWidget* window, const char* button) {
 // For whoever is asked what runs.
 QString WhatRuns(Engine& engine) {
   const QString session = qEnvironmentVariable("XDG_SESSION_TYPE", QApplication::platformName());
-  return QStringList{"Orvane " ORVANE_VERSION, QString("Qt %1").arg(qVersion()),
-                     QSysInfo::prettyProductName(), session,
-                     QString::fromStdString(engine.Fields().port_line.Caption())}
-      .join(", ");
+  const QString port = QString::fromStdString(engine.Fields().port_line.Caption());
+  const QStringList parts = {QString("Orvane %1").arg(ORVANE_VERSION),
+                             QString("Qt %1").arg(qVersion()), QSysInfo::prettyProductName(),
+                             session, port};
+  return parts.join(", ");
 }
 
 // Registers how the window of each form is made; each is made when it is first shown.

@@ -54,7 +54,8 @@ void PortTrial::Ask() {
 
 void PortTrial::OnReceive() {
   port_.Read(received_);
-  for (std::size_t end; (end = received_.find('\r')) != std::string::npos;) {
+  for (std::size_t end = received_.find('\r'); end != std::string::npos;
+       end = received_.find('\r')) {
     answered_ = answered_ || IsStatusReply(std::string_view(received_).substr(0, end + 1));
     received_.erase(0, end + 1);
   }

@@ -1,7 +1,7 @@
 #include "ui/about_window.h"
 
 #include <QIcon>
-#include <QLineEdit>
+#include <QLabel>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QPushButton>
@@ -23,7 +23,7 @@ namespace {
 constexpr Place kForm{0, 0, 6300, 4425};
 constexpr Place kLogo{300, 330, 1200, 1200};
 constexpr Place kRule{300, 1800, 5700, 15};
-constexpr Place kRuns{300, 3285, 5700, 315};
+constexpr Place kRuns{300, 3210, 5700, 480};
 constexpr Place kOk{5040, 3735, 960, 465};
 
 constexpr Words kTitle{"关于Orvane", "About Orvane"};
@@ -69,12 +69,12 @@ AboutWindow::AboutWindow(const State& state, const QString& runs, Forms& forms, 
   for (const Line& line : kLines) {
     (new TextLabel(line.name, line.place, line.style, this))->Show(Pick(state, line.words));
   }
-  auto* line = new QLineEdit(runs, this);
+  auto* line = new QLabel(runs, this);
   line->setObjectName("runs");
-  line->setAccessibleName(Pick(state, kTitle));
+  line->setTextFormat(Qt::PlainText);
   line->setGeometry(Pixels(kRuns));
-  line->setReadOnly(true);
-  line->setCursorPosition(0);
+  line->setWordWrap(true);
+  line->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
   QPushButton* button = NewButton("ok", kOk, this);
   button->setAccessibleName(Pick(state, kButton));
   button->setIcon(QIcon(":/ok.svg"));

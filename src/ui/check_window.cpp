@@ -18,7 +18,7 @@
 namespace orvane {
 namespace {
 
-constexpr int kFindingWidth = 7050;  // twips
+constexpr int kFindingWidth = 6450;  // twips
 constexpr int kShieldSize = 16;
 constexpr int kSummarySize = 32;
 constexpr int kSummaryFont = 16;
@@ -157,19 +157,22 @@ void CheckWindow::AddButtons(QVBoxLayout& column) {
   again->setFocus();
 }
 
+QPixmap CheckWindow::ShieldPixmap(Grade grade, int size) const {
+  const int pixels = qRound(size * form_scale);
+  return ShieldIcon(grade).pixmap({pixels, pixels}, devicePixelRatioF());
+}
+
 void CheckWindow::Refresh() {
   const auto& rows = main_.Check().Rows();
   for (std::size_t i = 0; i < rows.size() && i < rows_.size(); ++i) Show(rows_[i], rows[i]);
   const Grade worst = WorstGrade(rows);
-  summary_shield_->setPixmap(
-      ShieldIcon(worst).pixmap({kSummarySize, kSummarySize}, devicePixelRatioF()));
+  summary_shield_->setPixmap(ShieldPixmap(worst, kSummarySize));
   summary_shield_->setAccessibleName(Pick(state_, GradeWord(worst)));
   summary_->setText(QString::fromStdString(CheckSummary(state_, worst, OpenPoints(rows))));
 }
 
 void CheckWindow::Show(const Row& row, const CheckRow& found) {
-  row.shield->setPixmap(
-      ShieldIcon(found.grade).pixmap({kShieldSize, kShieldSize}, devicePixelRatioF()));
+  row.shield->setPixmap(ShieldPixmap(found.grade, kShieldSize));
   row.shield->setAccessibleName(Pick(state_, GradeWord(found.grade)));
   row.name->setText(QString::fromStdString(found.name));
   std::string text = found.finding;

@@ -33,6 +33,7 @@ class CheckWindow : public FormWindow {
 
   Row AddRow(QGridLayout& grid, int number);
   void AddButtons(class QVBoxLayout& column);
+  QPixmap ShieldPixmap(Grade grade, int size) const;
   void Refresh();
   void Show(const Row& row, const CheckRow& found);
 

@@ -56,7 +56,7 @@ constexpr double kBandWidth = 60;
 constexpr double kTickFrom = 840;
 constexpr double kTickTo = 930;
 constexpr double kFineTickTo = 900;
-constexpr double kMarkGap = 60;
+constexpr double kMarkGap = 45;
 constexpr int kMarkWidth = 345;
 constexpr int kMarkHeight = 180;
 constexpr int kDegreesPerMark = 18;
@@ -244,7 +244,7 @@ void DialFace::PaintPlate(QPainter& painter, Gauge gauge) const {
 
 void DialFace::PaintNeedle(QPainter& painter, Gauge gauge) {
   const QLineF line = NeedleLine(gauge);
-  painter.setPen(QPen(look::Exact(look::kNeedleBlue), 2, Qt::SolidLine, Qt::FlatCap));
+  painter.setPen(QPen(QColor(look::Ink(look::kNeedleBlue)), 2, Qt::SolidLine, Qt::FlatCap));
   painter.drawLine(line);
   painter.setPen(Qt::NoPen);
   painter.setBrush(QColor(look::kInk));

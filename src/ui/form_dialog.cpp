@@ -32,6 +32,7 @@ void FormDialog::keyPressEvent(QKeyEvent* event) {
   } else if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
     if (auto* button = qobject_cast<QAbstractButton*>(focusWidget())) button->click();
   } else {
+    // NOLINTNEXTLINE(bugprone-parent-virtual-call): not QDialog's, which has keys of its own.
     QWidget::keyPressEvent(event);
   }
 }

@@ -43,6 +43,9 @@ QColor Mixed(const QColor& ground, const QColor& ink, int percent) {
           part(ground.blue(), ink.blue())};
 }
 
+// The ground of a desktop that has no colours of its own.
+constexpr QColor kPlainWindow{239, 239, 239};
+
 // The font size for which the forms are designed.
 constexpr double kDesignedFont = 12;
 constexpr double kLargest = 3;
@@ -131,15 +134,12 @@ void Apply(QApplication& application) {
   // 10 MB, would be filled by and by with those of windows long gone.
   QPixmapCache::setCacheLimit(kDrawingsKept);
   form_scale = ScaleOf(QApplication::font());
-  // A platform theme brings the desktop's colours; without one they are those of the style.
-  auto* style = new FormStyle;
-  const QPalette plain = style->standardPalette();
+  // A desktop that is dark or has colours of its own has them in the palette by now.
   const QPalette palette = QApplication::palette();
-  desktop_colours = false;
-  for (const auto role : {QPalette::Window, QPalette::WindowText, QPalette::Base}) {
-    desktop_colours |= palette.color(role) != plain.color(role);
-  }
-  application.setStyle(style);
+  desktop_colours = palette.color(QPalette::Window) != kPlainWindow ||
+                    palette.color(QPalette::WindowText) != Qt::black ||
+                    palette.color(QPalette::Base) != Qt::white;
+  application.setStyle(new FormStyle);
   if (!desktop_colours) application.setPalette(LightPalette());
   application.setFont(Face(kTextSize));
   application.setWindowIcon(QIcon(":/orvane.svg"));

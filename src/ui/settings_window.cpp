@@ -1,5 +1,6 @@
 #include "ui/settings_window.h"
 
+#include <QAbstractItemView>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QGridLayout>
@@ -89,6 +90,7 @@ QComboBox* List(const char* name, QLabel& caption, const QStringList& items, int
   auto* list = new QComboBox;
   list->setObjectName(name);
   list->setAccessibleName(caption.text());
+  list->view()->setAccessibleName(caption.text());
   caption.setBuddy(list);
   list->addItems(items);
   list->setCurrentIndex(choice);

@@ -2,6 +2,8 @@
 
 #include <QPointer>
 
+#include "ui/twips.h"
+
 namespace orvane {
 
 QIcon ShieldIcon(Grade grade) {
@@ -9,10 +11,17 @@ QIcon ShieldIcon(Grade grade) {
   return QIcon(kFiles[static_cast<std::size_t>(grade)]);
 }
 
+namespace {
+
+constexpr int kSize = 16;
+
+}  // namespace
+
 ShieldButton::ShieldButton(Shield& shield, QWidget* parent) : QToolButton(parent), shield_(shield) {
   setObjectName("shield");
   setAutoRaise(true);
-  setIconSize({16, 16});
+  const int size = qRound(kSize * form_scale);
+  setIconSize({size, size});
   setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
   setFocusPolicy(Qt::NoFocus);
   shield.Observer = [button = QPointer(this)] {

@@ -352,19 +352,25 @@ class Reader:
         return str(self.connection.get_object(*node, introspect=False).Get(
             self.ACCESSIBLE, "Name", dbus_interface="org.freedesktop.DBus.Properties"))
 
-    def _names(self, node):
-        yield self._name(node)
+    def _below(self, node):
+        yield node
         for child in self._ask(node, "GetChildren"):
-            yield from self._names(child)
+            yield from self._below(child)
 
-    def names(self, process):
-        """The names of all that the windows of a process hold; none while it has no window."""
-        found = []
+    def _all(self, process):
         for application in self._ask(("org.a11y.atspi.Registry", self.ROOT), "GetChildren"):
             owner = self.connection.get_object("org.freedesktop.DBus", "/")
             if owner.GetConnectionUnixProcessID(application[0]) == process.pid:
-                found += self._names(application)
-        return found
+                yield from self._below(application)
+
+    def names(self, process):
+        """The names of all that the windows of a process hold; none while it has no window."""
+        return [self._name(node) for node in self._all(process)]
+
+    def nodes(self, process):
+        """The same with the role of each, as pairs of role and name."""
+        return [(str(self._ask(node, "GetRoleName")), self._name(node))
+                for node in self._all(process)]
 
     def close(self):
         self.connection.close()

@@ -76,7 +76,9 @@ std::unique_ptr<QWidget> LogOfEvents(Stage& stage) {
   stage.journals.WriteLog(stage.state.Text(Message::kCountdownEnded));
   auto window = Log(stage);
   auto* list = window->findChild<LongList*>("lines");
-  QTimer::singleShot(0, list, [list] { list->setCurrentIndex(list->model()->index(2, 0)); });
+  QTimer::singleShot(0, list, [list] {
+    list->setCurrentIndex(list->model()->index(list->model()->rowCount() - 3, 0));
+  });
   return window;
 }
 

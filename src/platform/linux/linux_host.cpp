@@ -73,7 +73,7 @@ void CopyFirstSettings(const std::string& executable_directory, const std::strin
 std::string ProgramDirectoryFor(const std::string& executable_directory) {
   const bool system = (executable_directory + '/').starts_with(kSystemTree);
   if (!system && MayWriteIn(executable_directory)) return executable_directory;
-  const std::string directory = DataDirectory() + "/orvane";
+  std::string directory = DataDirectory() + "/orvane";
   if (MakeDirectories(directory)) CopyFirstSettings(executable_directory, directory);
   return directory;
 }

@@ -1,7 +1,5 @@
 #include "platform/qt/program_run.h"
 
-#include <utility>
-
 namespace orvane {
 
 ProgramRun::ProgramRun(std::chrono::milliseconds limit) {
@@ -13,7 +11,7 @@ ProgramRun::ProgramRun(std::chrono::milliseconds limit) {
 }
 
 void ProgramRun::Start(const std::string& path, const std::string& argument,
-                       std::function<void(bool ran, const std::string& text)> on_end) {
+                       const std::function<void(bool ran, const std::string& text)>& on_end) {
   Stop();
   process_ = std::make_unique<QProcess>();
   process_->setStandardInputFile(QProcess::nullDevice());

@@ -24,7 +24,7 @@ class ProgramRun {
   // standard output; or with the reason why not, in words, at the latest after the limit, when the
   // program is ended.
   void Start(const std::string& path, const std::string& argument,
-             std::function<void(bool ran, const std::string& text)> on_end);
+             const std::function<void(bool ran, const std::string& text)>& on_end);
 
  private:
   void Stop();
