@@ -15,6 +15,7 @@
 #include <utility>
 
 #include "history/outages.h"
+#include "ui/form_parts.h"
 #include "ui/history_chart.h"
 #include "ui/words.h"
 
@@ -72,7 +73,7 @@ QString IsoTime(sys_seconds time) {
 
 HistoryWindow::HistoryWindow(const State& state, const Panel& panel, HistorySource& source,
                              const Clock& clock, Dialogs& dialogs)
-    : FormDialog(Qt::Window),
+    : FormDialog(kFormFlags | Qt::WindowMaximizeButtonHint),
       state_(state),
       panel_(panel),
       source_(source),
