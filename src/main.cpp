@@ -245,6 +245,7 @@ bool RunOwnEngine(bool may_attach) {
   if (!windows.Ended()) QApplication::exec();
   main_form.Unload();
   form_at_exit = nullptr;
+  windows.Clear();
   return service_came;
 }
 
@@ -279,6 +280,7 @@ void RunAttached(BusConnection& bus, bool just_came) {
   }
   if (!windows.Ended()) QApplication::exec();
   engine.Stop();
+  windows.Clear();
 }
 
 int Main(int argc, char** argv) {

@@ -48,8 +48,12 @@ void CenterForm(QWidget& window) {
 }
 
 Windows::~Windows() {
-  for (const auto& [form, window] : open_) delete window;
-  for (const QPointer<QWidget>& window : dropped_) delete window.data();
+  Clear();
+}
+
+void Windows::Clear() {
+  for (const auto& [form, window] : std::exchange(open_, {})) delete window;
+  for (const QPointer<QWidget>& window : std::exchange(dropped_, {})) delete window.data();
 }
 
 void Windows::Make(Form form, std::function<QWidget*()> maker) {

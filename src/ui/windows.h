@@ -39,8 +39,7 @@ class Windows : public QObject, public Forms {
   // Runs with each window that Make's maker has made.
   std::function<void(QWidget&)> OnMade;
 
-  // The main window, which lives longer than this object and stands through a reload of the main
-  // form.
+  // The main window, which stands through a reload of the main form.
   void MakeMain(QWidget& window, MainForm form);
 
   // Loads the main form without showing it. False when the program has to end instead.
@@ -50,6 +49,9 @@ class Windows : public QObject, public Forms {
   // middle of its load: what Dismiss closes is closed, the main form is unloaded and all windows
   // go. Nothing is shown any more after this.
   void End();
+
+  // Deletes all windows that makers made: to be called before what they show goes.
+  void Clear();
 
   // The end has been decided: there is no need to enter the event loop.
   bool Ended() const { return ended_; }

@@ -230,6 +230,10 @@ while not os.path.exists({str(may_answer)!r}):
         return [line for line in lines
                 if not line.startswith(("emit", "AddMethod", "EmitSignal", "Inhibit", "Locks"))]
 
+    def orders(self):
+        """The calls that change something."""
+        return [call for call in self.calls() if not call.startswith(("Can", "List"))]
+
     def hang(self):
         self.daemon.process.send_signal(signal.SIGSTOP)
 

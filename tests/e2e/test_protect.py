@@ -78,7 +78,7 @@ class CountTest(ProtectTest):
         self.assertEqual((last, ups.count("S01")), ("S01", 1))
         # The whole delay since the second failure, and the pause in it.
         self.assertGreater(down - failed, 14 + 6)
-        self.assertEqual(bus.calls(), [HALT])
+        self.assertEqual(bus.orders(), [HALT])
         self.expect_closed(orvane, *log, "系统为了保护UPS,自动关闭", ending="本程式退出")
         self.assertEqual(self.records(), [1, 1])
         self.assertEqual(self.reports(orvane), NO_DESKTOP)
@@ -204,7 +204,7 @@ class WayDownTest(UpsTest, ProtectTest):
                 self.assertTrue(orvane.running())
                 self.assertEqual(orvane.terminate(), 0)
                 bus.go_on()
-                self.assertEqual(bus.calls(), [] if end else [HALT])
+                self.assertEqual(bus.orders(), [] if end else [HALT])
                 self.assertEqual(self.reports(orvane), NO_DESKTOP)
 
     def test_trial_with_a_companion_that_crashes(self):
@@ -221,7 +221,8 @@ class WayDownTest(UpsTest, ProtectTest):
                          "orvane: the computer would now go down (Halt is allowed); "
                          "Action=None leaves it running")
         self.assertEqual(self.ups.heard[-2:], ["S01", "EXIT"])
-        self.assertEqual(bus.calls(), ["CanHalt", "CanPowerOff", "ListInhibitors"])
+        self.assertIn("CanHalt", bus.calls())
+        self.assertEqual(bus.orders(), [])
 
 
 class SleepTest(UpsTest, ProtectTest):
