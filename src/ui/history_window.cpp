@@ -6,6 +6,7 @@
 #include <QLabel>
 #include <QPushButton>
 #include <QSaveFile>
+#include <QScreen>
 #include <QShortcut>
 #include <QTimer>
 #include <QTreeWidget>
@@ -17,6 +18,7 @@
 #include "history/outages.h"
 #include "ui/form_parts.h"
 #include "ui/history_chart.h"
+#include "ui/twips.h"
 #include "ui/words.h"
 
 namespace orvane {
@@ -28,6 +30,10 @@ constexpr seconds kDay{86400};
 constexpr int kFollowMs = 10000;
 // The recorder may write a moment after what it writes of.
 constexpr seconds kOverlap{60};
+
+// In pixels of the design.
+constexpr QSize kSize{880, 660};
+constexpr double kColumn = 140;
 
 constexpr Words kTitle = {"历史曲线", "History"};
 
@@ -106,7 +112,9 @@ HistoryWindow::HistoryWindow(const State& state, const Panel& panel, HistorySour
     heads += Pick(state, head);
   }
   outages_->setHeaderLabels(heads);
-  outages_->setColumnWidth(0, 180);
+  for (int head = 0; head + 1 < heads.size(); ++head) {
+    outages_->setColumnWidth(head, qRound(kColumn * form_scale));
+  }
   column->addWidget(outages_, 1);
   const auto go_there = [this](QTreeWidgetItem* item) {
     const Episode& outage = listed_[static_cast<std::size_t>(outages_->indexOfTopLevelItem(item))];
@@ -119,7 +127,7 @@ HistoryWindow::HistoryWindow(const State& state, const Panel& panel, HistorySour
   timer->setObjectName("follow");
   connect(timer, &QTimer::timeout, this, &HistoryWindow::Follow);
   timer->start(kFollowMs);
-  resize(880, 660);
+  resize((kSize * form_scale).boundedTo(screen()->availableSize()));
   ReadOutages();
   chart_->ShowLast(kDay);
   chart_->setFocus();
@@ -129,14 +137,35 @@ void HistoryWindow::AddSpans(QBoxLayout* row) {
   const auto add = [&](const char* name, const Words& words, auto act) {
     auto* button = new QPushButton(Pick(state_, words), this);
     button->setObjectName(name);
+    button->setAutoDefault(false);
     connect(button, &QPushButton::clicked, this, act);
     row->addWidget(button);
+    return button;
   };
   for (const SpanButton& span : kSpans) {
-    add(span.name, span.words, [this, length = span.length] { chart_->ShowLast(length); });
+    QPushButton* button = add(span.name, span.words, [this, length = span.length] {
+      chart_->ShowLast(length);
+      MarkSpan();
+    });
+    button->setCheckable(true);
+    spans_.push_back(button);
   }
   row->addStretch();
   add("save_as", {"另存为...", "Save as..."}, [this] { SaveAs(); });
+}
+
+// The button of the length that is shown stands in the desktop's accent.
+void HistoryWindow::MarkSpan() {
+  for (std::size_t i = 0; i < spans_.size(); ++i) {
+    const bool shown = chart_->To() - chart_->From() == kSpans[i].length;
+    spans_[i]->setChecked(shown);
+    QPalette palette = this->palette();
+    if (shown) {
+      palette.setColor(QPalette::Button, palette.color(QPalette::Highlight));
+      palette.setColor(QPalette::ButtonText, palette.color(QPalette::HighlightedText));
+    }
+    spans_[i]->setPalette(palette);
+  }
 }
 
 void HistoryWindow::Follow() {
@@ -186,6 +215,7 @@ QStringList HistoryWindow::Texts(const Episode& outage) const {
 }
 
 void HistoryWindow::ShowSums() {
+  MarkSpan();
   const sys_seconds now = clock_.SystemSeconds();
   const OutageSums sums = SumsOf(chart_->Episodes(), chart_->From(), chart_->To(), now);
   const bool known = !chart_->Samples().empty() || !chart_->Episodes().empty();

@@ -9,6 +9,7 @@
 
 class QBoxLayout;
 class QLabel;
+class QPushButton;
 class QTreeWidget;
 
 namespace orvane {
@@ -29,6 +30,7 @@ class HistoryWindow : public FormDialog {
 
  private:
   void AddSpans(QBoxLayout* row);
+  void MarkSpan();
   void Follow();
   void ReadOutages();
   QStringList Texts(const Episode& outage) const;
@@ -42,6 +44,7 @@ class HistoryWindow : public FormDialog {
   const Clock& clock_;
   Dialogs& dialogs_;
   HistoryChart* chart_;
+  std::vector<QPushButton*> spans_;
   QTreeWidget* outages_;
   QLabel* sums_;
   QLabel* endurance_;

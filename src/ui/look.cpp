@@ -87,6 +87,18 @@ QPalette LightPalette() {
   return palette;
 }
 
+// The style draws the edges of controls by so much darker than the window, which nobody sees where
+// that is dark. These controls use the colour of the window for nothing else.
+void DrawEdges() {
+  constexpr int kDarkerBy = 140;
+  QPalette palette = QApplication::palette();
+  palette.setColor(QPalette::Window, QColor(kEdge).lighter(kDarkerBy));
+  for (const char* control : {"QPushButton", "QToolButton", "QRadioButton", "QCheckBox",
+                              "QAbstractSpinBox", "QComboBox", "QLineEdit"}) {
+    QApplication::setPalette(palette, control);
+  }
+}
+
 }  // namespace
 
 Tone::operator QColor() const {
@@ -141,6 +153,7 @@ void Apply(QApplication& application) {
                     palette.color(QPalette::Base) != Qt::white;
   application.setStyle(new FormStyle);
   if (!desktop_colours) application.setPalette(LightPalette());
+  if (IsDark()) DrawEdges();
   application.setFont(Face(kTextSize));
   application.setWindowIcon(QIcon(":/orvane.svg"));
 }
