@@ -8,6 +8,7 @@
 
 #include "app/options.h"
 #include "app/settings.h"
+#include "bus/service_watch.h"
 #include "check/port_trial.h"
 #include "check/protection_check.h"
 #include "platform/linux/linux_clock.h"
@@ -80,10 +81,18 @@ int CheckProtection(int argc, char** argv) {
       [&](int number) { return ports.DeviceOf(number); });
   inspector.WayDown(WayDownTime(disk, directory));
 
+  // What protects then is the service; a portable folder never looks for it.
+  std::vector<CheckRow> service_rows;
+  const bool served = directory != ExecutableDirectory() && ServiceRuns(host.SystemBus());
+  if (served) {
+    service_rows = AskServiceForCheck(host.SystemBus(), state);
+    if (service_rows.empty()) service_rows.push_back(ServiceMissing(state));
+  }
+
   LineFindings line;
-  const bool runs = RunsIn(directory);
+  const bool runs = served || RunsIn(directory);
   bool tried = runs;
-  if (runs) line = AskHistory(directory, clock.SystemSeconds());
+  if (runs && !served) line = AskHistory(directory, clock.SystemSeconds());
   const auto end_when_known = [&] {
     if (tried && inspector.Complete()) QCoreApplication::quit();
   };
@@ -110,9 +119,10 @@ int CheckProtection(int argc, char** argv) {
     line.port_name = PortName(state, trial.Opened(), ports.DeviceOf(trial.Opened()));
     if (trial.Answered()) line.ups = LineFindings::Ups::kAnswers;
   }
-  const auto rows =
-      JudgeProtection(state, clock.Now(), line, LookAtSettings(disk, SettingsPath(directory)),
-                      inspector.Found(), inspector.Last());
+  const auto rows = served ? WithSession(service_rows, JudgeSession(state, inspector.Found()))
+                           : JudgeProtection(state, clock.Now(), line,
+                                             LookAtSettings(disk, SettingsPath(directory)),
+                                             inspector.Found(), inspector.Last());
   Print(state, rows);
   return static_cast<int>(WorstGrade(rows));
 }

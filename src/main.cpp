@@ -6,6 +6,7 @@
 #include <QDesktopServices>
 #include <QSysInfo>
 #include <QUrl>
+#include <algorithm>
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
@@ -105,13 +106,31 @@ struct Outside {
 // The main form of a program that is being ended behind its back: the display goes away.
 MainForm* form_at_exit = nullptr;
 
-// The window with one of its buttons grey where the user may not steer.
+// The property of a window that names its button which changes something.
+constexpr const char* kSteering = "steering";
+
+// The property of such a button that keeps its own tool tip.
+constexpr const char* kOwnTip = "own_tip";
+
+constexpr Form kSteeringForms[] = {Form::kLog,  Form::kShutdownReport, Form::kSettings,
+                                   Form::kWeek, Form::kSpecialDays,    Form::kSelfTests};
+
+// In these somebody may have begun to write.
+constexpr Form kEditors[] = {Form::kSettings, Form::kWeek, Form::kSpecialDays, Form::kSelfTests};
+
+// That button is grey where the user may not steer.
+void ShowRights(const Engine& engine, QWidget& window) {
+  auto* button = window.findChild<QAbstractButton*>(window.property(kSteering).toString());
+  if (!button || button->isEnabled() == engine.MaySteer()) return;
+  button->setEnabled(engine.MaySteer());
+  if (engine.MaySteer()) return button->setToolTip(button->property(kOwnTip).toString());
+  button->setProperty(kOwnTip, button->toolTip());
+  button->setToolTip(Pick(engine.Shown(), Message::kViewOnlyHint));
+}
+
 QWidget* WithRights(const Engine& engine, QWidget* window, const char* button) {
-  if (!engine.MaySteer()) {
-    auto* part = window->findChild<QAbstractButton*>(button);
-    part->setEnabled(false);
-    part->setToolTip(Pick(engine.Shown(), Message::kViewOnlyHint));
-  }
+  window->setProperty(kSteering, button);
+  ShowRights(engine, *window);
   return window;
 }
 
@@ -158,11 +177,18 @@ void MakeForms(Outside& outside, Engine& engine, QWidget& main_window) {
   windows.Make(Form::kSettings, [&] {
     return WithRights(engine, new SettingsWindow(engine, windows, outside.dialogs), "save");
   });
+  windows.Make(Form::kProtectionCheck, [&] { return new CheckWindow(engine); });
   for (const auto look : {&WeekLook, &SpecialLook, &SelfTestLook}) {
     windows.Make(look().form, [&, look] {
       return WithRights(engine, new ScheduleWindow(look(), state, engine, windows), "ok");
     });
   }
+  engine.OnRights = [&, main_window_shows = engine.OnRights] {
+    main_window_shows();
+    for (const Form form : kSteeringForms) {
+      if (QWidget* window = windows.Window(form)) ShowRights(engine, *window);
+    }
+  };
 }
 
 // Answers a command line that does not ask for the window. Nothing when it does, else the exit
@@ -210,7 +236,6 @@ bool RunOwnEngine(bool may_attach) {
   windows.MakeMain(main_window, {[&] { return main_form.Load(); }, [&] { main_form.Activate(); },
                                  [&] { main_form.Unload(); }, [&] { return main_form.Loaded(); }});
   MakeForms(outside, main_form, main_window);
-  windows.Make(Form::kProtectionCheck, [&] { return new CheckWindow(state, main_form); });
   TrayIcon tray_icon(state, panel, main_form, windows);
   const TrayWatch tray_watch(outside.host.SessionBus(), outside.tray_patience, [&](bool modern) {
     const bool x11 = QApplication::platformName() == "xcb";
@@ -220,15 +245,25 @@ bool RunOwnEngine(bool may_attach) {
   const auto& ports = outside.settings.ports;
   const DeviceWatch device_watch({ports.begin(), ports.end()},
                                  [&] { main_form.OnDevicesChange(); });
-  bool service_came = false;
+  bool service_there = false;
+  bool made_way = false;
+  const auto make_way = [&] {
+    const auto open = [&](Form form) { return windows.Window(form) != nullptr; };
+    if (!service_there || main_form.GoingDown() || std::ranges::any_of(kEditors, open)) return;
+    made_way = true;
+    windows.End();
+  };
   BusConnection watched_bus(Bus::Which::kSystem, ServeBus);
+  ServiceWatch service_watch(watched_bus, [&](bool there) {
+    service_there = there;
+    QMetaObject::invokeMethod(&windows, make_way, Qt::QueuedConnection);
+  });
   if (may_attach) {
-    WatchForService(watched_bus, [&] {
-      if (main_form.GoingDown()) return;
-      service_came = true;
-      QMetaObject::invokeMethod(
-          &windows, [&] { windows.End(); }, Qt::QueuedConnection);
-    });
+    service_watch.Keep();
+    main_form.OnBeat = [&] {
+      service_watch.Keep();
+      make_way();
+    };
   }
   const EndSignals end_signals([&] { windows.End(); });
   form_at_exit = &main_form;
@@ -246,7 +281,7 @@ bool RunOwnEngine(bool may_attach) {
   main_form.Unload();
   form_at_exit = nullptr;
   windows.Clear();
-  return service_came;
+  return made_way;
 }
 
 // Windows of the service's engine. They outlive it and wait for its return.

@@ -21,6 +21,7 @@
 #include "platform/linux/port_map.h"
 #include "platform/linux/service_manager.h"
 #include "platform/linux/unix_server.h"
+#include "platform/linux/way_down.h"
 #include "platform/qt/bus_notifier.h"
 #include "platform/qt/device_port.h"
 #include "platform/qt/device_watch.h"
@@ -40,6 +41,9 @@ constexpr milliseconds kSignOfLife{2000};
 
 // A port that was taken when the service started, as by a window that lets go of it.
 constexpr milliseconds kTryPort{2000};
+
+// The link stands, and the first minute of the history is written.
+constexpr std::chrono::seconds kStartIsOver{70};
 
 std::shared_ptr<void> ServeBus(Bus& bus) {
   return std::make_shared<BusNotifier>(bus);
@@ -126,6 +130,11 @@ int Main(int argc, char** argv) {
   LinuxInspector inspector(
       LinuxInspector::PlacesOf(host), settings, host.SystemBus(), inspector_limit,
       [&](auto&&... run) { companion_run.Start(run...); }, device_of);
+  inspector.WithoutSession();
+  if (const auto took = WayDownTime(disk, directory)) {
+    inspector.WayDown(took);
+    KeepWayDownTime(disk, directory, *took);
+  }
   ServiceWindows windows;
   windows.Report = report;
   const Seams seams{{poll_timer, countdown_timer, schedule_timer, dial_timer, clock_timer},
@@ -179,6 +188,7 @@ int Main(int argc, char** argv) {
   form.Activate();
   manager.Ready();
   manager.Status(StatusInWords(state, panel));
+  QTimer::singleShot(kStartIsOver, DropStartPages);
   const int code = QCoreApplication::exec();
   manager.Stopping();
   form.Unload();

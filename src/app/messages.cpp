@@ -240,6 +240,7 @@ constexpr Row kRows[] = {
     {Message::kViewOnlyTitle, "Orvane - view only", "Orvane - 仅供查看"},
     {Message::kViewOnlyHint, "Only members of the group orvane may change or order anything here.", "只有 orvane 组的成员才能在此更改设置或发出命令。"},
     {Message::kServiceWatches, "The service watches the UPS from now on. This window shows what it sees.", "从现在起由服务监视 UPS，本窗口显示其状态。"},
+    {Message::kStartService, "Start it: sudo systemctl start orvane", "请启动服务：sudo systemctl start orvane"},
 };
 // clang-format on
 

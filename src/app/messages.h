@@ -253,9 +253,10 @@ enum class Message : std::size_t {
   kViewOnlyTitle,
   kViewOnlyHint,
   kServiceWatches,
+  kStartService,
 };
 
-inline constexpr std::size_t kMessages = static_cast<std::size_t>(Message::kServiceWatches) + 1;
+inline constexpr std::size_t kMessages = static_cast<std::size_t>(Message::kStartService) + 1;
 
 // The text of a message, UTF-8. Constant time.
 std::string_view MessageText(Message message, Language language);

@@ -4,7 +4,6 @@
 #include <systemd/sd-bus.h>
 
 #include <algorithm>
-#include <cstring>
 #include <utility>
 
 #include "app/captions.h"
@@ -37,18 +36,16 @@ BusEngine::BusEngine(BusConnection& connection, const Seams& seams, Post post)
       alert_(state_, panel_, seams),
       readers_(ReadersOf(panel_)) {
   readers_["settings"] = [this](sd_bus_message* message) {
-    const void* slots = nullptr;
-    std::size_t size = 0;
-    const int result = sd_bus_message_read_array(message, 'n', &slots, &size);
-    if (result < 0 || size != sizeof state_.Settings) return result;
-    std::memcpy(state_.Settings.data(), slots, size);
-    state_.language = DeriveLanguage(state_);
-    return 1;
+    const Language before = state_.language;
+    const int result = TakeSettings(message, state_);
+    if (state_.language != before && OnRights) OnRights();
+    return result;
   };
-  readers_["phone"] = [this](sd_bus_message* message) {
-    const char* text = nullptr;
-    const int result = sd_bus_message_read(message, "s", &text);
-    if (result > 0) state_.PhoneCode = text;
+  // The shield of a window counts the points of its session as well.
+  readers_.erase("shield");
+  readers_["check"] = [this](sd_bus_message* message) {
+    const int result = TakeRows(message, state_, check_.told);
+    check_.Judge();
     return result;
   };
   readers_["countdown"] = [this](sd_bus_message* message) {
@@ -92,6 +89,7 @@ void BusEngine::Listen(Bus& bus) {
   bus.Subscribe(kSee, "Changed", [this](sd_bus_message* signal) {
     if (started_) TakeFields(signal, readers_);
   });
+  bus.Subscribe(kSee, "Phone", [this](sd_bus_message* signal) { TakePhone(signal); });
   // A form or a box serves events, which the bus does not allow within one of its own.
   bus.Subscribe(kSee, "Form", [this](sd_bus_message* signal) {
     const char *verb = nullptr, *form = nullptr;
@@ -115,9 +113,29 @@ void BusEngine::AttachNow() {
     if (!started_ || !call.answer) return;
     TakeFields(call.answer, readers_);
   });
-  bus_->Send(kSteer, "MaySteer", {}, [this](const BusCall& call) {
-    if (started_) MaySteer(call.Answered());
+  bus_->Send(kSteer, "Phone", {}, [this](const BusCall& call) {
+    if (!started_) return;
+    if (call.Answered()) TakePhone(call.answer);
+    MaySteer(call.Answered());
   });
+  check_.Ask();
+}
+
+void BusEngine::TakePhone(sd_bus_message* message) {
+  const char* text = nullptr;
+  if (sd_bus_message_read(message, "s", &text) > 0) state_.PhoneCode = text;
+}
+
+// Both look at what is theirs.
+void BusEngine::SharedCheck::Ask() {
+  seams_.inspector.Ask([this] { Judge(); });
+  if (engine_.may_steer_) engine_.Order("Check");
+}
+
+void BusEngine::SharedCheck::Judge() {
+  std::vector<CheckRow> rows = told;
+  if (rows.empty()) rows.push_back(ServiceMissing(state_));
+  Show(WithSession(std::move(rows), JudgeSession(state_, seams_.inspector.Found())));
 }
 
 // Nothing that the service said holds any more.
@@ -129,7 +147,9 @@ void BusEngine::Lose() {
   panel_.status_line.ForeColor(kRed);
   panel_.status_line.Caption(state_.Text(Message::kProtectionOff));
   panel_.tray.Show(TrayFace::kSilent, std::string(state_.Text(Message::kProtectionOff)));
-  panel_.shield.Show(Grade::kNotReady, 1, std::string(state_.Text(Message::kProtectionOff)));
+  state_.PhoneCode.clear();
+  check_.told.clear();
+  check_.Judge();
   MaySteer(false);
 }
 

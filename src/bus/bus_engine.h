@@ -11,6 +11,7 @@
 
 #include "app/seams.h"
 #include "bus/fields.h"
+#include "check/protection_view.h"
 #include "frame/engine.h"
 #include "platform/linux/bus_connection.h"
 
@@ -40,6 +41,7 @@ class BusEngine : public Engine {
   const State& Shown() const override { return state_; }
   Panel& Fields() override { return panel_; }
   AlertForm& Alert() override { return alert_; }
+  ProtectionView& Check() override { return check_; }
   bool GoingDown() const override { return going_down_; }
   bool MaySteer() const override { return may_steer_; }
   Disk& Files() override { return files_; }
@@ -77,8 +79,19 @@ class BusEngine : public Engine {
     BusEngine& engine_;
   };
 
+  // The rows of the service, with those of this window's session in their places.
+  struct SharedCheck : ProtectionView {
+    explicit SharedCheck(BusEngine& engine)
+        : ProtectionView(engine.state_, engine.panel_, engine.seams_), engine_(engine) {}
+    void Ask() override;
+    void Judge() override;
+    BusEngine& engine_;
+    std::vector<CheckRow> told;  // by the service
+  };
+
   void Listen(Bus& bus);
   void AttachNow();
+  void TakePhone(sd_bus_message* message);
   void Lose();
   void MaySteer(bool may);
   void TakeForm(const std::string& verb, const std::string& form);
@@ -98,6 +111,7 @@ class BusEngine : public Engine {
   AlertForm alert_;
   JournalFiles files_{*this};
   ServiceHistory history_{*this};
+  SharedCheck check_{*this};
   FieldReaders readers_;
   Bus* bus_ = nullptr;
   bool started_ = false;

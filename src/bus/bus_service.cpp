@@ -50,6 +50,7 @@ const sd_bus_vtable kSeeTable[] = {
     ORVANE_METHOD("Episodes", "xx", "h", TellEpisodes),
     ORVANE_METHOD("FirstSample", "", "bx", TellFirst),
     SD_BUS_SIGNAL("Changed", "a{sv}", 0),
+    SD_BUS_SIGNAL("Phone", "s", 0),
     SD_BUS_SIGNAL("Form", "ss", 0),
     SD_BUS_SIGNAL("Box", "ss", 0),
     SD_BUS_SIGNAL("Notification", "ubssbb", 0),
@@ -59,7 +60,8 @@ const sd_bus_vtable kSeeTable[] = {
 
 const sd_bus_vtable kSteerTable[] = {
     SD_BUS_VTABLE_START(0),
-    ORVANE_METHOD("MaySteer", "", "", MaySteer),
+    ORVANE_METHOD("Phone", "", "s", TellPhone),
+    ORVANE_METHOD("Check", "", "", Check),
     ORVANE_METHOD("ToggleBeeper", "", "", ToggleBeeper),
     ORVANE_METHOD("TestFor10Seconds", "", "", TestFor10Seconds),
     ORVANE_METHOD("TestToLow", "", "", TestToLow),
@@ -82,7 +84,6 @@ void AppendState(sd_bus_message* message, const State& state) {
   sd_bus_message_append_array(message, 'n', slots.data(), sizeof slots);
   sd_bus_message_close_container(message);
   sd_bus_message_close_container(message);
-  sd_bus_message_append(message, "{sv}", "phone", "s", BusText(state.PhoneCode).c_str());
   sd_bus_message_append(message, "{sv}", "countdown", "i", state.ShutdownCountdown);
 }
 
@@ -120,10 +121,15 @@ BusService::BusService(MainForm& form, BusConnection& connection, Post post, Rep
         {[name, &field](sd_bus_message* message) { AppendField(message, name, field); }});
     field.Observer = [this, index] { Touch(index); };
   });
+  const std::size_t check = fields_.size();
+  fields_.push_back(
+      {[this](sd_bus_message* message) { AppendRows(message, form_.Check().Rows()); }});
+  form_.Check().Observer = [this, check] { Touch(check); };
 }
 
 BusService::~BusService() {
   ForEachField(form_.Fields(), [](const std::string&, auto& field) { field.Observer = nullptr; });
+  form_.Check().Observer = nullptr;
   sd_bus_slot_unref(see_);
   sd_bus_slot_unref(steer_);
 }
@@ -133,6 +139,8 @@ void BusService::Keep() {
   bus_ = nullptr;
   attached_.clear();
   saving_.clear();
+  steering_.clear();
+  form_.Watched(false);
   see_ = sd_bus_slot_unref(see_);
   steer_ = sd_bus_slot_unref(steer_);
   std::string error;
@@ -254,6 +262,8 @@ bool BusService::SaveApplications(milliseconds limit, const std::function<void()
 void BusService::Leave(const char* peer) {
   attached_.erase(peer);
   saving_.erase(peer);
+  steering_.erase(peer);
+  form_.Watched(!attached_.empty());
 }
 
 int BusService::Attach(sd_bus_message* call) {
@@ -261,9 +271,10 @@ int BusService::Attach(sd_bus_message* call) {
   const int result = sd_bus_message_new_method_return(call, &reply);
   if (result < 0) return result;
   attached_.insert(sd_bus_message_get_sender(call));
+  form_.Watched(true);
   sd_bus_message_open_container(reply, SD_BUS_TYPE_ARRAY, "{sv}");
-  for (const Field& field : fields_) field.append(reply);
   AppendState(reply, form_.Shown());
+  for (const Field& field : fields_) field.append(reply);
   sd_bus_message_close_container(reply);
   const int sent = sd_bus_send(nullptr, reply, nullptr);
   sd_bus_message_unref(reply);
@@ -330,7 +341,14 @@ int BusService::TellFirst(sd_bus_message* call) {
       static_cast<std::int64_t>(first ? first->time_since_epoch().count() : 0));
 }
 
-int BusService::MaySteer(sd_bus_message* call) {
+// Whoever gets through to here is told of later numbers, too.
+int BusService::TellPhone(sd_bus_message* call) {
+  steering_.insert(sd_bus_message_get_sender(call));
+  return sd_bus_reply_method_return(call, "s", BusText(form_.Shown().PhoneCode).c_str());
+}
+
+int BusService::Check(sd_bus_message* call) {
+  form_.Check().Ask();
   return sd_bus_reply_method_return(call, "");
 }
 
@@ -381,6 +399,13 @@ int BusService::SaveSettings(sd_bus_message* call) {
   values.phone = phone;
   const bool saved = form_.SaveSettings(values);
   Touch(0);
+  for (const std::string& peer : steering_) {
+    sd_bus_message* signal = NewSignal("Phone");
+    if (!signal) break;
+    sd_bus_message_set_destination(signal, peer.c_str());
+    sd_bus_message_append(signal, "s", BusText(form_.Shown().PhoneCode).c_str());
+    Emit(signal);
+  }
   return sd_bus_reply_method_return(call, "b", static_cast<int>(saved));
 }
 

@@ -50,7 +50,8 @@ class BusService {
   int TellSamples(sd_bus_message* call);
   int TellEpisodes(sd_bus_message* call);
   int TellFirst(sd_bus_message* call);
-  int MaySteer(sd_bus_message* call);
+  int TellPhone(sd_bus_message* call);
+  int Check(sd_bus_message* call);
   int ToggleBeeper(sd_bus_message* call);
   int TestFor10Seconds(sd_bus_message* call);
   int TestToLow(sd_bus_message* call);
@@ -86,6 +87,7 @@ class BusService {
   bool telling_ = false;            // TellChanges is posted
   std::set<std::string> attached_;  // the windows, by their names on the bus
   std::set<std::string> saving_;    // of them those whose companion runs
+  std::set<std::string> steering_;  // programs that the bus has let steer
 };
 
 }  // namespace orvane

@@ -3,8 +3,10 @@
 #include <systemd/sd-bus.h>
 
 #include <algorithm>
+#include <cstring>
 
 #include "app/panel_fields.h"
+#include "app/settings.h"
 
 namespace orvane {
 namespace {
@@ -155,6 +157,49 @@ void AppendField(sd_bus_message* message, const std::string& name, const Shield&
 void AppendField(sd_bus_message* message, const std::string& name, const Tray& field) {
   sd_bus_message_append(message, "{sv}", name.c_str(), "(us)",
                         static_cast<std::uint32_t>(field.Face()), BusText(field.Tip()).c_str());
+}
+
+void AppendRows(sd_bus_message* message, const std::vector<CheckRow>& rows) {
+  sd_bus_message_open_container(message, SD_BUS_TYPE_DICT_ENTRY, "sv");
+  sd_bus_message_append(message, "s", "check");
+  sd_bus_message_open_container(message, SD_BUS_TYPE_VARIANT, "a(uussu)");
+  sd_bus_message_open_container(message, SD_BUS_TYPE_ARRAY, "(uussu)");
+  for (const CheckRow& row : rows) {
+    sd_bus_message_append(message, "(uussu)", static_cast<std::uint32_t>(row.point),
+                          static_cast<std::uint32_t>(row.grade), BusText(row.finding).c_str(),
+                          BusText(row.remedy).c_str(), static_cast<std::uint32_t>(row.action));
+  }
+  sd_bus_message_close_container(message);
+  sd_bus_message_close_container(message);
+  sd_bus_message_close_container(message);
+}
+
+int TakeRows(sd_bus_message* message, const State& state, std::vector<CheckRow>& rows) {
+  const int result = sd_bus_message_enter_container(message, SD_BUS_TYPE_ARRAY, "(uussu)");
+  if (result < 0) return result;
+  rows.clear();
+  std::uint32_t point = 0, grade = 0, action = 0;
+  const char *finding = nullptr, *remedy = nullptr;
+  while (sd_bus_message_read(message, "(uussu)", &point, &grade, &finding, &remedy, &action) > 0) {
+    if (point >= kCheckPoints || grade > static_cast<std::uint32_t>(Grade::kNotReady) ||
+        action > static_cast<std::uint32_t>(CheckAction::kAutostart)) {
+      continue;
+    }
+    const auto which = static_cast<CheckPoint>(point);
+    rows.push_back({which, static_cast<Grade>(grade), std::string(NameOf(state, which)), finding,
+                    remedy, static_cast<CheckAction>(action)});
+  }
+  return sd_bus_message_exit_container(message);
+}
+
+int TakeSettings(sd_bus_message* message, State& state) {
+  const void* slots = nullptr;
+  std::size_t size = 0;
+  const int result = sd_bus_message_read_array(message, 'n', &slots, &size);
+  if (result < 0 || size != sizeof state.Settings) return result;
+  std::memcpy(state.Settings.data(), slots, size);
+  state.language = DeriveLanguage(state);
+  return result;
 }
 
 FieldReaders ReadersOf(Panel& panel) {

@@ -5,8 +5,11 @@
 #include <map>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "app/panel.h"
+#include "app/state.h"
+#include "check/check_rows.h"
 
 struct sd_bus_message;
 
@@ -24,6 +27,15 @@ void AppendField(sd_bus_message* message, const std::string& name, const Needle&
 void AppendField(sd_bus_message* message, const std::string& name, const Bar& field);
 void AppendField(sd_bus_message* message, const std::string& name, const Shield& field);
 void AppendField(sd_bus_message* message, const std::string& name, const Tray& field);
+
+// The rows of the protection check, as the entry "check": a(uussu), without their names.
+void AppendRows(sd_bus_message* message, const std::vector<CheckRow>& rows);
+
+// Negative where the value has another type. Rows of points that are not known are passed over.
+int TakeRows(sd_bus_message* message, const State& state, std::vector<CheckRow>& rows);
+
+// The settings' numbers, and the language that they choose.
+int TakeSettings(sd_bus_message* message, State& state);
 
 // What takes the value of an entry; negative when it has another type.
 using TakeValue = std::function<int(sd_bus_message*)>;

@@ -272,29 +272,54 @@ CheckRow JudgeSettings(const Judge& judge, SettingsFile file) {
                    CheckAction::kOpenSettings);
 }
 
+CheckRow Named(const State& state, CheckPoint point, CheckRow row) {
+  row.point = point;
+  row.name = NameOf(state, point);
+  return row;
+}
+
 }  // namespace
 
 std::vector<CheckRow> JudgeProtection(const State& state, const LocalTime& now,
                                       const LineFindings& line, SettingsFile file,
                                       const OutsideFindings& outside, const LastStep& last) {
   const Judge judge(state);
-  std::vector<CheckRow> rows = {JudgePort(judge, line),
-                                JudgeUps(judge, line),
-                                JudgeDelays(judge, state, outside.way_down),
-                                JudgeRight(judge, state, outside, last),
-                                JudgeBlockers(judge, outside),
-                                JudgeCompanion(judge, outside),
-                                JudgeFiles(judge, outside),
-                                JudgeOthers(judge, outside),
-                                JudgeAutostart(judge, outside),
-                                JudgeClock(judge, state, now),
-                                JudgeLastStep(judge, last),
-                                JudgeSettings(judge, file)};
-  for (std::size_t i = 0; i < rows.size(); ++i) {
-    rows[i].point = static_cast<CheckPoint>(i);
-    rows[i].name = state.Text(kNames[i]);
-  }
-  return rows;
+  std::vector<CheckRow> rows = {
+      Named(state, CheckPoint::kPort, JudgePort(judge, line)),
+      Named(state, CheckPoint::kUps, JudgeUps(judge, line)),
+      Named(state, CheckPoint::kDelays, JudgeDelays(judge, state, outside.way_down)),
+      Named(state, CheckPoint::kRight, JudgeRight(judge, state, outside, last)),
+      Named(state, CheckPoint::kBlockers, JudgeBlockers(judge, outside)),
+      Named(state, CheckPoint::kFiles, JudgeFiles(judge, outside)),
+      Named(state, CheckPoint::kClock, JudgeClock(judge, state, now)),
+      Named(state, CheckPoint::kLastStep, JudgeLastStep(judge, last)),
+      Named(state, CheckPoint::kSettings, JudgeSettings(judge, file))};
+  return outside.in_session ? WithSession(std::move(rows), JudgeSession(state, outside)) : rows;
+}
+
+std::vector<CheckRow> JudgeSession(const State& state, const OutsideFindings& outside) {
+  const Judge judge(state);
+  return {Named(state, CheckPoint::kCompanion, JudgeCompanion(judge, outside)),
+          Named(state, CheckPoint::kOthers, JudgeOthers(judge, outside)),
+          Named(state, CheckPoint::kAutostart, JudgeAutostart(judge, outside))};
+}
+
+std::vector<CheckRow> WithSession(std::vector<CheckRow> rows, std::vector<CheckRow> session) {
+  std::move(rows.begin(), rows.end(), std::back_inserter(session));
+  const auto point = [](const CheckRow& row) { return row.point; };
+  std::ranges::stable_sort(session, {}, point);
+  const auto [first, last] = std::ranges::unique(session, {}, point);
+  session.erase(first, last);
+  return session;
+}
+
+std::string_view NameOf(const State& state, CheckPoint point) {
+  return state.Text(kNames[static_cast<std::size_t>(point)]);
+}
+
+CheckRow ServiceMissing(const State& state) {
+  return Named(state, CheckPoint::kPort,
+               Judge(state).Red(Message::kProtectionOff, {}, Message::kStartService));
 }
 
 std::string PortName(const State& state, int number, const std::string& device) {

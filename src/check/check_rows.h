@@ -2,6 +2,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "app/state.h"
@@ -58,10 +59,23 @@ struct LineFindings {
 
 enum class SettingsFile { kWhole, kCutShort, kMissing };
 
-// One row for each point, in the order of CheckPoint, in the language of `state`.
+// One row for each point, in the order of CheckPoint, in the language of `state`. Outside of a
+// session those of JudgeSession are missing.
 std::vector<CheckRow> JudgeProtection(const State& state, const LocalTime& now,
                                       const LineFindings& line, SettingsFile file,
                                       const OutsideFindings& outside, const LastStep& last);
+
+// The rows about the session of a user and what can be seen from there: companion, other programs,
+// start with the desktop.
+std::vector<CheckRow> JudgeSession(const State& state, const OutsideFindings& outside);
+
+// `rows` with those of a session in place of their own about the same points.
+std::vector<CheckRow> WithSession(std::vector<CheckRow> rows, std::vector<CheckRow> session);
+
+std::string_view NameOf(const State& state, CheckPoint point);
+
+// That nothing is protected, since there is no service that does it: a row in place of all others.
+CheckRow ServiceMissing(const State& state);
 
 // How a port is called: "Port 1 (/dev/ttyUSB0)". `device` may be empty.
 std::string PortName(const State& state, int number, const std::string& device);

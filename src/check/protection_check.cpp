@@ -1,7 +1,5 @@
 #include "check/protection_check.h"
 
-#include <utility>
-
 #include "app/settings.h"
 
 namespace orvane {
@@ -49,25 +47,8 @@ void ProtectionCheck::Update() {
 }
 
 void ProtectionCheck::Judge() {
-  std::vector<CheckRow> rows = JudgeProtection(state_, seams_.clock.Now(), Line(), file_,
-                                               seams_.inspector.Found(), seams_.inspector.Last());
-  if (rows == rows_) return;
-  rows_ = std::move(rows);
-  const Grade worst = WorstGrade(rows_);
-  const int points = OpenPoints(rows_);
-  panel_.shield.Show(worst, points, CheckSummary(state_, worst, points));
-  if (Observer) Observer();
-}
-
-bool ProtectionCheck::StartWithDesktop(bool on) {
-  const bool done = seams_.inspector.StartWithDesktop(on);
-  Judge();
-  return done;
-}
-
-void ProtectionCheck::SendTestNotification() {
-  seams_.host.ShowNotification(
-      Notice::kTest, {"Orvane", std::string(state_.Text(Message::kTestNotice)), false, false});
+  Show(JudgeProtection(state_, seams_.clock.Now(), Line(), file_, seams_.inspector.Found(),
+                       seams_.inspector.Last()));
 }
 
 LineFindings ProtectionCheck::Line() const {

@@ -3,27 +3,21 @@
 #pragma once
 
 #include <chrono>
-#include <functional>
 #include <optional>
-#include <vector>
 
-#include "app/panel.h"
-#include "app/seams.h"
-#include "app/state.h"
-#include "check/check_rows.h"
+#include "check/protection_view.h"
+#include "platform/disk.h"
 
 namespace orvane {
 
 // How the settings file stands. `path` is its path.
 SettingsFile LookAtSettings(const Disk& disk, const std::string& path);
 
-class ProtectionCheck {
+class ProtectionCheck : public ProtectionView {
  public:
-  ProtectionCheck(const State& state, Panel& panel, const Seams& seams)
-      : state_(state), panel_(panel), seams_(seams) {}
+  using ProtectionView::ProtectionView;
 
-  // Asks all questions anew, as at a click, and judges with each answer.
-  void Ask();
+  void Ask() override;
 
   // The polls begin anew: a UPS has not answered yet, and the questions are asked with the next
   // Update, when the window stands.
@@ -36,30 +30,14 @@ class ProtectionCheck {
   // anew behind a start and when a day has gone by.
   void Update();
 
-  // The rows of this moment, in the language of this moment.
-  const std::vector<CheckRow>& Rows() const { return rows_; }
-
-  // Belongs to the window; runs when a row has changed.
-  std::function<void()> Observer;
-
-  // False when the entry of the desktop could not be changed.
-  bool StartWithDesktop(bool on);
-
-  // Shows a notification that says nothing but that it arrives.
-  void SendTestNotification();
-
  private:
-  void Judge();
+  void Judge() override;
   LineFindings Line() const;
 
-  const State& state_;
-  Panel& panel_;
-  Seams seams_;
   SettingsFile file_ = SettingsFile::kMissing;
   std::optional<std::chrono::sys_seconds> asked_;
   bool heard_ = false;  // since Start
   int polls_ = 0;       // since Start
-  std::vector<CheckRow> rows_;
 };
 
 }  // namespace orvane

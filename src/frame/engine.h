@@ -9,6 +9,7 @@
 
 #include "app/panel.h"
 #include "app/state.h"
+#include "check/protection_view.h"
 #include "history/history.h"
 #include "platform/disk.h"
 #include "platform/forms.h"
@@ -36,13 +37,14 @@ class Engine : public ScheduleStore {
   virtual Panel& Fields() = 0;
 
   virtual AlertForm& Alert() = 0;
+  virtual ProtectionView& Check() = 0;
 
   // The way down has begun: the windows stay off the screen until the operating system ends them.
   virtual bool GoingDown() const = 0;
 
   // Whether the user may change or order anything. Without that all below does nothing but show.
   virtual bool MaySteer() const = 0;
-  // Belongs to the main window; runs when MaySteer has changed.
+  // Belongs to the windows; runs when MaySteer or the language has changed.
   std::function<void()> OnRights;
 
   // The journals lie in Files under these paths. What windows do to them there is all that can be

@@ -205,6 +205,8 @@ void MainForm::AttachTimers() {
     share_.OnPoll();
     check_.OnPoll();
     tray_.Update();
+    KeepTimers();
+    if (!seams_.timers.clock_timer.Enabled() && !GoingDown()) OnClock();
     Beat();
   };
   seams_.timers.countdown_timer.Tick = [this] {
@@ -217,13 +219,31 @@ void MainForm::AttachTimers() {
   seams_.timers.schedule_timer.Tick = [this] {
     schedule_.OnSchedule();
     if (!GoingDown()) check_.Update();
+    KeepTimers();
   };
   dialler_.Attach();
   seams_.timers.clock_timer.Tick = [this] {
-    ShowClock();
-    history_.Look();
+    OnClock();
     if (!seams_.timers.poll_timer.Enabled()) Beat();
   };
+}
+
+void MainForm::OnClock() {
+  ShowClock();
+  history_.Look();
+}
+
+void MainForm::Watched(bool watched) {
+  watched_ = watched;
+  KeepTimers();
+  if (watched && loaded_) ShowClock();
+}
+
+void MainForm::KeepTimers() {
+  if (!loaded_ || GoingDown()) return;
+  const bool needed = watched_ || !seams_.timers.poll_timer.Enabled();
+  seams_.timers.clock_timer.Enabled(needed);
+  seams_.timers.schedule_timer.Enabled(needed || schedule_.HoldsAnything());
 }
 
 void MainForm::ShowClock() {

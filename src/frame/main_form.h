@@ -48,6 +48,10 @@ class MainForm : public Engine {
   // happens after it, and a form that is not loaded is left alone.
   void Unload();
 
+  // Whether anybody looks at the panel, as it is taken to be at first. Otherwise its clock goes
+  // along with the polls, an empty schedule is not looked at, and the engine wakes up less often.
+  void Watched(bool watched);
+
   // Devices have come or gone: a UPS port that could not be opened by the load may be there now.
   void OnDevicesChange();
 
@@ -79,6 +83,7 @@ class MainForm : public Engine {
   }
   void SaveSchedule(const ScheduleSection& section, const ScheduleEntries& entries) override {
     schedule_file_.SaveSchedule(section, entries);
+    KeepTimers();
   }
   bool SaveSettings(const SettingsValues& values) override;
   void ToggleBeeper() override;
@@ -86,14 +91,15 @@ class MainForm : public Engine {
   void TestToLow() override;
   void CancelTest() override;
   void AskForShutdown() override;
-
-  ProtectionCheck& Check() { return check_; }
+  ProtectionCheck& Check() override { return check_; }
 
  private:
   std::string Directory() const { return seams_.host.ProgramDirectory(); }
   void DesignTimers();
   void AttachTimers();
+  void OnClock();
   void ShowClock();
+  void KeepTimers();
   void Beat() {
     if (OnBeat) OnBeat();
   }
@@ -116,6 +122,7 @@ class MainForm : public Engine {
   Recorder history_;
   HistoryStore* history_store_ = nullptr;  // where the history is kept
   bool loaded_ = false;
+  bool watched_ = true;
   // The last save of the settings failed: the file is older than the settings in memory, and loads
   // of the form keep the latter until a save succeeds.
   bool file_is_old_ = false;

@@ -41,6 +41,7 @@ enum class Autostart { kOn, kOff, kBroken };
 
 // The answers so far. Nothing stands for a question that has not been answered yet.
 struct OutsideFindings {
+  bool in_session = true;  // of a user; a service has none
   std::optional<RightsFound> rights;
   std::optional<std::string> blockers;  // who blocks a shutdown; empty: nobody
   bool blockers_unknown = false;        // nobody answered within two seconds

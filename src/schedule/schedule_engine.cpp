@@ -1,5 +1,7 @@
 #include "schedule/schedule_engine.h"
 
+#include <algorithm>
+
 #include "app/calendar.h"
 #include "link/commands.h"
 #include "schedule/due_texts.h"
@@ -42,6 +44,10 @@ void ScheduleEngine::OnSchedule() {
   if (TestDue && Send(kSelfTestToLow) && OnSelfTest) OnSelfTest();
   if (SwitchOnDue) SwitchOn();
   if (SwitchOffDue) shutdown_.ShutdownSequence(Message::kSwitchOffTime, RecordCode::kScheduleDown);
+}
+
+bool ScheduleEngine::HoldsAnything() const {
+  return std::ranges::find(state_.ScheduleEnable, '1') != state_.ScheduleEnable.end();
 }
 
 void ScheduleEngine::SwitchOn() {

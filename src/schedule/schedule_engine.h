@@ -25,6 +25,9 @@ class ScheduleEngine {
   // goes on.
   void OnSchedule();
 
+  // Whether anything can ever fall due.
+  bool HoldsAnything() const;
+
  private:
   void SwitchOn();
   bool Send(std::string_view command);

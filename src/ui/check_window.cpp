@@ -6,6 +6,7 @@
 #include <QLabel>
 #include <QPushButton>
 #include <QVBoxLayout>
+#include <initializer_list>
 #include <string>
 
 #include "check/check_rows.h"
@@ -52,10 +53,10 @@ QString Name(const char* what, int number) {
 
 }  // namespace
 
-CheckWindow::CheckWindow(const State& state, MainForm& main)
-    : FormWindow("protection_check", Pick(state, Message::kCheckTitle)),
-      state_(state),
-      main_(main) {
+CheckWindow::CheckWindow(Engine& engine)
+    : FormWindow("protection_check", Pick(engine.Shown(), Message::kCheckTitle)),
+      state_(engine.Shown()),
+      engine_(engine) {
   QVBoxLayout* column = AddColumn();
   auto* head = new QHBoxLayout;
   column->addLayout(head);
@@ -74,14 +75,22 @@ CheckWindow::CheckWindow(const State& state, MainForm& main)
     rows_.push_back(AddRow(*grid, number));
   }
   AddButtons(*column);
-  main_.Check().Observer = [this] { Refresh(); };
-  main_.Check().Ask();
+  engine_.Check().Observer = [this] { Refresh(); };
+  engine_.Check().Ask();
   Refresh();
   CenterForm(*this);
 }
 
 CheckWindow::~CheckWindow() {
-  main_.Check().Observer = nullptr;
+  engine_.Check().Observer = nullptr;
+}
+
+// The row of a point; null where nothing is known of it.
+const CheckRow* CheckWindow::Found(std::size_t number) const {
+  for (const CheckRow& row : engine_.Check().Rows()) {
+    if (static_cast<std::size_t>(row.point) == number) return &row;
+  }
+  return nullptr;
 }
 
 CheckWindow::Row CheckWindow::AddRow(QGridLayout& grid, int number) {
@@ -105,7 +114,7 @@ CheckWindow::Row CheckWindow::AddRow(QGridLayout& grid, int number) {
     row.tick = new QCheckBox(Pick(state_, Message::kCheckAutostartTick), this);
     row.tick->setObjectName("autostart");
     connect(row.tick, &QCheckBox::clicked, this, [this](bool on) {
-      static_cast<void>(main_.Check().StartWithDesktop(on));
+      static_cast<void>(engine_.Check().StartWithDesktop(on));
       Refresh();
     });
     grid.addWidget(row.tick, number, 3, Qt::AlignTop);
@@ -117,15 +126,15 @@ CheckWindow::Row CheckWindow::AddRow(QGridLayout& grid, int number) {
     row.button->setObjectName(Name("act", number));
     row.button->setAutoDefault(false);
     connect(row.button, &QPushButton::clicked, this, [this, number] {
-      const auto& rows = main_.Check().Rows();
-      if (static_cast<std::size_t>(number) >= rows.size()) return;
-      switch (rows[static_cast<std::size_t>(number)].action) {
+      const CheckRow* found = Found(static_cast<std::size_t>(number));
+      if (!found) return;
+      switch (found->action) {
         case CheckAction::kOpenSettings:
-          return main_.OpenSettings();
+          return engine_.OpenSettings();
         case CheckAction::kOpenSpecialDays:
-          return main_.OpenSpecialDays();
+          return engine_.OpenSpecialDays();
         case CheckAction::kOpenSelfTests:
-          return main_.OpenSelfTests();
+          return engine_.OpenSelfTests();
         case CheckAction::kAutostart:
         case CheckAction::kNone:
           break;
@@ -147,9 +156,9 @@ void CheckWindow::AddButtons(QVBoxLayout& column) {
     return button;
   };
   QPushButton* again = add("again", Message::kCheckAgain);
-  connect(again, &QPushButton::clicked, this, [this] { main_.Check().Ask(); });
+  connect(again, &QPushButton::clicked, this, [this] { engine_.Check().Ask(); });
   QPushButton* notify = add("notify", Message::kCheckNotify);
-  connect(notify, &QPushButton::clicked, this, [this] { main_.Check().SendTestNotification(); });
+  connect(notify, &QPushButton::clicked, this, [this] { engine_.Check().SendTestNotification(); });
   line->addStretch(1);
   QPushButton* leave = add("close", Message::kCheckClose);
   connect(leave, &QPushButton::clicked, this, &QWidget::close);
@@ -163,8 +172,15 @@ QPixmap CheckWindow::ShieldPixmap(Grade grade, int size) const {
 }
 
 void CheckWindow::Refresh() {
-  const auto& rows = main_.Check().Rows();
-  for (std::size_t i = 0; i < rows.size() && i < rows_.size(); ++i) Show(rows_[i], rows[i]);
+  const auto& rows = engine_.Check().Rows();
+  for (std::size_t i = 0; i < rows_.size(); ++i) {
+    const CheckRow* found = Found(i);
+    for (QWidget* part : std::initializer_list<QWidget*>{
+             rows_[i].shield, rows_[i].name, rows_[i].finding, rows_[i].button, rows_[i].tick}) {
+      if (part) part->setVisible(found != nullptr);
+    }
+    if (found) Show(rows_[i], *found);
+  }
   const Grade worst = WorstGrade(rows);
   summary_shield_->setPixmap(ShieldPixmap(worst, kSummarySize));
   summary_shield_->setAccessibleName(Pick(state_, GradeWord(worst)));

@@ -4,7 +4,7 @@
 #include <vector>
 
 #include "app/state.h"
-#include "frame/main_form.h"
+#include "frame/engine.h"
 #include "platform/dialogs.h"
 #include "ui/form_window.h"
 
@@ -17,8 +17,8 @@ namespace orvane {
 
 class CheckWindow : public FormWindow {
  public:
-  // Shows the rows of `main` from now on, and asks for them anew.
-  CheckWindow(const State& state, MainForm& main);
+  // Shows the rows of `engine` from now on, and asks for them anew.
+  explicit CheckWindow(Engine& engine);
   ~CheckWindow() override;
 
  private:
@@ -31,6 +31,7 @@ class CheckWindow : public FormWindow {
     QCheckBox* tick = nullptr;
   };
 
+  const CheckRow* Found(std::size_t number) const;
   Row AddRow(QGridLayout& grid, int number);
   void AddButtons(class QVBoxLayout& column);
   QPixmap ShieldPixmap(Grade grade, int size) const;
@@ -38,7 +39,7 @@ class CheckWindow : public FormWindow {
   void Show(const Row& row, const CheckRow& found);
 
   const State& state_;
-  MainForm& main_;
+  Engine& engine_;
   QLabel* summary_shield_ = nullptr;
   QLabel* summary_ = nullptr;
   std::vector<Row> rows_;

@@ -7,6 +7,7 @@ import socket
 import subprocess
 import unittest
 from pathlib import Path
+from xml.etree import ElementTree
 
 import dbus
 import dbus.bus
@@ -16,7 +17,9 @@ from gi.repository import GLib
 from harness import BUILD, PATIENCE, Process, UpsTest, status, wait_until
 from stage import XDisplay
 
-POLICY = Path(__file__).resolve().parents[2] / "packaging" / "org.orvane.Orvane1.conf"
+PACKAGING = Path(__file__).resolve().parents[2] / "packaging"
+POLICY = PACKAGING / "org.orvane.Orvane1.conf"
+INTERFACE = PACKAGING / "org.orvane.Orvane1.xml"
 NAME, PATH = "org.orvane.Orvane1", "/org/orvane/Orvane1"
 SEE, STEER = NAME, NAME + ".Control"
 ROOT = os.getuid() == 0
@@ -239,23 +242,36 @@ class ServiceTest(OnTheBus):
         self.assertLess(memory() - before, 1 << 20)
         self.ups.next_poll(2)
 
+    def described(self):
+        """By interface, what the service says that it offers; and what the package's file says."""
+        def shape(xml):
+            return {interface.get("name"): {
+                (member.tag, member.get("name"), tuple((arg.get("type"), arg.get("direction", "out"))
+                                                       for arg in member.findall("arg")))
+                for member in interface if member.tag in ("method", "signal")}
+                for interface in ElementTree.fromstring(xml)
+                if not interface.get("name").startswith("org.freedesktop.")}
+        told = self.start_client().call("org.freedesktop.DBus.Introspectable", "Introspect")
+        return shape(told), shape(INTERFACE.read_text(encoding="utf-8"))
+
     @unittest.skipUnless(ROOT, "another user is needed")
-    def test_outsider_sees_and_does_not_steer(self):
+    def test_interface_is_as_described_and_outsiders_only_see(self):
+        self.write_settings('1,1,0,2,0,2,30,0,0,0,"5551234",0')
         self.start_service()
-        self.start_client()
+        offered, described = self.described()
+        self.assertEqual(offered, described)
 
         def ask(user, interface, method):
             return subprocess.run(
                 ["busctl", f"--address={self.bus.address}", "call", NAME, PATH, interface, method],
-                user=user, group=user, extra_groups=[], capture_output=True, check=False).returncode
-        methods = re.findall(r'ORVANE_METHOD\("(\w+)", "",', (
-            Path(__file__).resolve().parents[2] / "src/bus/bus_service.cpp").read_text("utf-8"))
-        steering = methods[methods.index("MaySteer"):]
-        self.assertGreater(len(steering), 5)
-        self.assertEqual(ask(OUTSIDER, SEE, "Attach"), 0)
-        for method in steering:
-            self.assertNotEqual(ask(OUTSIDER, STEER, method), 0, method)
-        self.assertEqual(ask(MEMBER, STEER, "MaySteer"), 0)
+                user=user, group=user, extra_groups=[], capture_output=True, check=False, text=True)
+        seen = ask(OUTSIDER, SEE, "Attach")
+        self.assertEqual(seen.returncode, 0, seen.stderr)
+        self.assertNotIn("5551234", seen.stdout)
+        self.assertIn("5551234", ask(MEMBER, STEER, "Phone").stdout)
+        for _, method, arguments in described[STEER]:
+            if not any(direction == "in" for _, direction in arguments):
+                self.assertIn("ccess denied", ask(OUTSIDER, STEER, method).stderr, method)
         self.assertEqual(self.ups.commands().count("Q"), 0)
 
     def go_down(self, clients, act):
@@ -333,6 +349,23 @@ class AttachedWindowTest(OnTheBus):
         for home in homes:
             self.assertFalse((home / "System.log").exists(), "no engine of its own")
 
+    def test_check_asks_the_service_and_looks_at_the_session(self):
+        self.start_service()
+        self.wait_for_link()
+        self.start_window(OUTSIDER)
+        window = self.display.wait_for_window("Orvane - view only")
+        self.display.strike(window, ("alt+c", "p"), "Protection check")
+        env = {**self.env, **self.display.env, "HOME": str(self.folder / f"home-{OUTSIDER}")}
+        told = subprocess.run([self.folder / "orvane", "--check"], env=env, cwd="/",
+                              user=OUTSIDER, group=OUTSIDER, extra_groups=[], text=True,
+                              capture_output=True, check=False, timeout=PATIENCE)
+        rows = told.stdout.splitlines()
+        self.assertEqual(told.returncode, 2, told.stdout)
+        for part in (f"[ready] Port: Port 1 ({self.ups_link}) is open.", "[not ready] Last step: ",
+                     "[ready] Companion: ", "Start with the desktop: "):
+            self.assertTrue(any(part in row for row in rows), (part, rows))
+        self.assertEqual(len(rows), 12, rows)
+
     def test_window_with_an_engine_makes_way_for_the_service(self):
         home, window = self.start_window(MEMBER)
         self.write_platform(home, COM1=self.ups_link)
@@ -344,7 +377,12 @@ class AttachedWindowTest(OnTheBus):
                "XDG_DATA_HOME": str(home.parent)}
         window = self.start_process(self.folder / "orvane", env=env, cwd="/", user=MEMBER)
         self.wait_for_link()
+        main = self.display.wait_for_window("Orvane")
+        settings = self.display.strike(main, ("alt+s", "c"), "Configure")
         service = self.start_service()
+        self.ups.next_poll(3)
+        self.assertFalse(service.holds(self.ups_link), "somebody may be writing")
+        self.display.key(settings, "Escape")
         wait_until(lambda: service.holds(self.ups_link), "the service has the port")
         wait_until(lambda: self.log_messages(home)[-1:] == ["Program end"], "it has let go")
         wait_until(lambda: window.running() and not window.holds(self.ups_link), "it lives on")

@@ -133,6 +133,31 @@ TEST_F(MainFormTest, SleepStartsNoPollOnAPortThatCouldNotBeOpened) {
   EXPECT_FALSE(ups_port.IsOpen());
 }
 
+TEST_F(MainFormTest, ClockGoesWithThePollsWhereNobodyLooks) {
+  ASSERT_TRUE(form.Load());
+  int changes = 0;
+  panel.clock.Observer = [&] { ++changes; };
+  const auto changes_in = [&](int seconds) {
+    changes = 0;
+    time.Advance(std::chrono::seconds(seconds));
+    return changes;
+  };
+  form.Watched(false);
+  EXPECT_EQ(changes_in(20), 10);
+  EXPECT_FALSE(clock_timer.Enabled() || schedule_timer.Enabled());
+  form.SaveSchedule(kWeekly, {{{"1", "8:00", "", ""}}});
+  EXPECT_TRUE(schedule_timer.Enabled());
+  time.Advance(std::chrono::milliseconds(1500));
+  form.Watched(true);
+  EXPECT_EQ(panel.clock.Caption(), "2001-02-16 9:05:54");
+  EXPECT_EQ(changes_in(20), 20);
+  // Without a port there are no polls to go with.
+  form.Watched(false);
+  host.Sleep(true);
+  time.Advance(std::chrono::seconds(10));
+  EXPECT_EQ(changes_in(20), 20);
+}
+
 TEST_F(MainFormTest, RepliesWaitForTheActivationAndAReloadStartsAfresh) {
   ASSERT_TRUE(form.Load());
   ups_port.Receive(StatusFrame{.bits = "1000"}.Text());

@@ -30,7 +30,7 @@ TEST_F(CheckWindowTest, ButtonsAndTickActOnTheirPoints) {
   ups_port.present.clear();
   Start();
   forms.open.clear();
-  CheckWindow window(state, form);
+  CheckWindow window(form);
   Present(window);
   Part<QPushButton>(window, "act0").click();
   EXPECT_TRUE(Opened(Form::kSettings));

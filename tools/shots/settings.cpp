@@ -65,7 +65,7 @@ std::unique_ptr<QWidget> SetupWithoutFile(Stage& stage) {
 std::unique_ptr<QWidget> CheckReady(Stage& stage) {
   stage.Start();
   stage.Polls(3);
-  return std::make_unique<CheckWindow>(stage.state, stage.form);
+  return std::make_unique<CheckWindow>(stage.form);
 }
 
 std::unique_ptr<QWidget> CheckWithOpenPoints(Stage& stage) {
@@ -80,7 +80,7 @@ std::unique_ptr<QWidget> CheckWithOpenPoints(Stage& stage) {
   stage.inspector.last.none = true;
   stage.Start();
   stage.Polls(5);
-  return std::make_unique<CheckWindow>(stage.state, stage.form);
+  return std::make_unique<CheckWindow>(stage.form);
 }
 
 std::unique_ptr<QWidget> Week(Stage& stage) {

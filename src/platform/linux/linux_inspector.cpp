@@ -81,15 +81,15 @@ void LinuxInspector::Ask(std::function<void()> on_answer) {
   limit_.Enabled(false);
   limit_.Enabled(true);
   LookAtFiles();
-  LookAtProcesses();
+  if (found_.in_session) LookAtProcesses();
   std::string error;
   if (Bus* bus = bus_.Get(error)) {
     AskLogind(*bus);
-    AskUPower(*bus);
+    if (found_.in_session) AskUPower(*bus);
   } else {
     GiveUp();
   }
-  AskCompanion();
+  if (found_.in_session) AskCompanion();
 }
 
 // One that does not tell its version does its work whatever it is asked, and is not run.

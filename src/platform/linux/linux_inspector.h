@@ -45,6 +45,9 @@ class LinuxInspector : public Inspector {
   // Whether every question has its answer.
   bool Complete() const;
 
+  // The program belongs to no session of a user: what only makes sense there is not asked for.
+  void WithoutSession() { found_.in_session = false; }
+
   // The time that the last way down took; see platform/linux/way_down.h.
   void WayDown(std::optional<std::chrono::seconds> took) { found_.way_down = took; }
 

@@ -23,6 +23,10 @@ class ServiceManager {
   std::string status_;
 };
 
+// Takes out of memory what only the start needed of the program and its libraries, as symbol tables
+// and relocations. What is wanted again comes back from the system's cache.
+void DropStartPages();
+
 // Standard error goes to the journal, which takes a priority at the head of each line
 // (sd-daemon(3)).
 bool JournalTakesErrors();
