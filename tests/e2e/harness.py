@@ -227,6 +227,13 @@ class UpsTest(OrvaneTest):
         self.ups.answer["Q1"] = status()
         self.ups.answer["MD"] = b"OV-1000,700,2.1,230,50.0,8,12,7.2,1\r"
 
+    def replace_companion(self, script):
+        path = self.folder / "exit.exe"
+        path.unlink()
+        if script:
+            path.write_text("#!/bin/sh\n" + script)
+            path.chmod(0o755)
+
     def wait_for_link(self):
         """The UPS is asked for its data when the link comes up."""
         self.ups.wait_for("MD")

@@ -1,8 +1,9 @@
 """What stands around the program for a test alone: message buses with a stand-in for logind or for
 systemd's user manager, and an X11 display with a window manager."""
 
-import os
 import getpass
+import mmap
+import os
 import re
 import signal
 import socket
@@ -247,17 +248,23 @@ while not os.path.exists({str(may_answer)!r}):
         self.daemon.close()
 
 
+SCREEN = (1024, 768)
+STATES = range(26, 76)  # the rows of pixels of the main window that hold the five states
+
+
 class XDisplay:
     """A virtual X11 display, with a light window manager if it is wanted."""
 
     def __init__(self, folder, managed=True):
         reading, writing = os.pipe()
         self.server = subprocess.Popen(
-            ["Xvfb", "-displayfd", str(writing), "-screen", "0", "1024x768x24", "-nolisten", "tcp",
-             "-noreset"], pass_fds=[writing], stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+            ["Xvfb", "-displayfd", str(writing), "-screen", "0", f"{SCREEN[0]}x{SCREEN[1]}x24",
+             "-nolisten", "tcp", "-noreset", "-fbdir", str(folder)], pass_fds=[writing], stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
         os.close(writing)
         with os.fdopen(reading) as number:
             self.name = ":" + number.readline().strip()
+        with (Path(folder) / "Xvfb_screen0").open("rb") as file:
+            self.screen = mmap.mmap(file.fileno(), 0, prot=mmap.PROT_READ)
         # A home of its own, so that nobody's taste in windows plays a part.
         self.env = {"DISPLAY": self.name, "QT_QPA_PLATFORM": "xcb", "HOME": str(folder)}
         self.processes = [self.server]
@@ -304,6 +311,15 @@ class XDisplay:
         tree = self.ask("xwininfo", "-root", "-tree")
         found = re.findall(rf'"{title}".* (\d+)x(\d+)\S+ +\+(-?\d+)\+(-?\d+)', tree)
         return max([int(number) for number in place] for place in found)
+
+    def states(self, window):
+        """A function that gives the five states of a main window as they stand on the screen."""
+        text = self.ask("xwininfo", "-id", window)
+        left, top = (int(re.search(rf"Absolute upper-left {axis}: +(-?\d+)", text)[1]) for axis in "XY")
+        width = min(int(re.search(r"Width: (\d+)", text)[1]), SCREEN[0] - left)
+        begin = len(self.screen) - SCREEN[0] * SCREEN[1] * 4
+        rows = [begin + ((top + y) * SCREEN[0] + left) * 4 for y in STATES]
+        return lambda: b"".join(self.screen[row:row + width * 4] for row in rows)
 
     def key(self, window, *keys):
         """Strokes on the keyboard while the window is the active one."""

@@ -94,13 +94,6 @@ class WayDownTest(UpsTest, ProtectTest):
         super().setUp()
         self.ups.answer["Q1"] = status("1000")
 
-    def replace_companion(self, script):
-        path = self.folder / "exit.exe"
-        path.unlink()
-        if script:
-            path.write_text("#!/bin/sh\n" + script)
-            path.chmod(0o755)
-
     def go_down(self, bus=None):
         orvane = self.start(settings(0), bus)
         self.ups.wait_for("S01")

@@ -4,7 +4,9 @@ import os
 import re
 import signal
 import socket
+import statistics
 import subprocess
+import time
 import unittest
 from pathlib import Path
 from xml.etree import ElementTree
@@ -15,7 +17,7 @@ import dbus.mainloop.glib
 from gi.repository import GLib
 
 from harness import BUILD, PATIENCE, Process, UpsTest, status, wait_until
-from stage import XDisplay
+from stage import SCREEN, XDisplay
 
 PACKAGING = Path(__file__).resolve().parents[2] / "packaging"
 POLICY = PACKAGING / "org.orvane.Orvane1.conf"
@@ -348,6 +350,52 @@ class AttachedWindowTest(OnTheBus):
         wait_until(lambda: titles().count("Warning") == 2, "the count begins anew")
         for home in homes:
             self.assertFalse((home / "System.log").exists(), "no engine of its own")
+
+    def test_windows_go_together(self):
+        service = self.start_service()
+        self.wait_for_link()
+        self.replace_companion('echo yes > "$HOME/saved"\n')
+        homes = [self.start_window(user)[0].parent for user in (MEMBER, OUTSIDER)]
+        windows = [self.display.wait_for_window(title) for title in ("Orvane", "Orvane - view only")]
+        self.ups.next_poll(2)
+
+        # What one reply changes shows in both within a tenth of a second.
+        for window, left in zip(windows, (0, SCREEN[0] // 2)):
+            self.display.ask("xdotool", "windowmove", "--sync", window, str(left), "40")
+        looks = [self.display.states(window) for window in windows]
+        apart = []
+        for bits in ("0010", "0000") * 3:
+            before = [look() for look in looks]
+            self.ups.answer["Q1"] = status(bits)
+            first, last = (
+                wait_until(lambda n=n: sum(look() != old for look, old in zip(looks, before)) >= n
+                           and time.monotonic(), f"{n} windows show {bits}") for n in (1, 2))
+            apart.append(last - first)
+        self.assertLess(statistics.median(apart), 0.1, apart)
+
+        # The log is read by both and cleared by the one that may.
+        for window, cleared in ((windows[1], False), (windows[0], True)):
+            log = self.display.strike(window, ("alt+n", "l"), "Log File")
+            if cleared:
+                box = self.display.strike(log, ("alt+c",), "Orvane", but=windows[0])
+                self.display.key(box, "alt+y")
+                wait_until(lambda: not (self.folder / "System.log").exists(), "the log is cleared")
+            self.display.key(log, "alt+c", "Escape")
+            self.display.wait_for_end_of("Log File")
+            self.assertNotEqual((self.folder / "System.log").exists(), cleared)
+
+        # What one saves, the other takes over.
+        settings = self.display.strike(windows[0], ("alt+s", "c"), "Configure")
+        self.display.key(settings, "shift+Tab", "shift+Tab", "shift+Tab", "Down", "Return")
+        self.display.wait_for_window("Orvane - 仅供查看")
+        self.assertTrue((self.folder / "Orvane.ini").read_bytes().endswith(b'"",1\r\n'))
+
+        # Both have the applications of their sessions saved.
+        box = self.display.strike(windows[0], ("alt+c", "s"), "Orvane", but=windows[0])
+        self.display.key(box, "alt+y")
+        wait_until(lambda: all((home / "saved").exists() for home in homes), "both have saved")
+        wait_until(lambda: any("Action=None" in line for line in service.complaints()), "the end")
+        self.assertEqual(self.display.windows(), {})
 
     def test_check_asks_the_service_and_looks_at_the_session(self):
         self.start_service()
