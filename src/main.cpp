@@ -61,7 +61,7 @@ std::shared_ptr<void> ServeBus(Bus& bus) {
 }
 
 // How often an attached window looks whether there is a bus at all.
-constexpr int kLookForBus = 2000;  // milliseconds
+constexpr int kLookForBus = 5000;  // milliseconds
 
 // What lies outside the program, for real.
 struct Outside {

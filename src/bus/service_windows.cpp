@@ -1,6 +1,7 @@
 #include "bus/service_windows.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace orvane {
 
@@ -9,6 +10,7 @@ void ServiceWindows::Show(Form which) {
     if (form->Load()) form->Activate();
   } else if (which == Form::kAlert) {
     if (!form->Alert().Showing()) form->Alert().Load();
+    alert_told_ = true;
     Report("the computer goes down in " + std::to_string(form->Shown().ShutdownCountdown) + " s");
     Tell("Show", which);
   }
@@ -20,7 +22,11 @@ void ServiceWindows::Hide(Form which) {
 
 void ServiceWindows::Unload(Form which) {
   if (which == Form::kMain) return form->Unload();
-  if (which == Form::kAlert) form->Alert().Unload();
+  if (which == Form::kAlert) {
+    form->Alert().Unload();
+    // The engine does so with every reply, and none of them is to wake a window up.
+    if (!std::exchange(alert_told_, false)) return;
+  }
   Tell("Unload", which);
 }
 

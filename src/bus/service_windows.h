@@ -33,6 +33,8 @@ struct ServiceWindows : Forms, Dialogs {
   void Tell(const char* verb, Form which) {
     if (TellForm) TellForm(verb, which);
   }
+
+  bool alert_told_ = false;  // the windows may show the alert
 };
 
 // The state of the UPS in a few plain words, for whoever asks the service manager.
