@@ -202,10 +202,11 @@ void BusService::TellChanges() {
   Emit(signal);
 }
 
-sd_bus_message* BusService::NewSignal(const char* name) const {
+sd_bus_message* BusService::NewSignal(const char* name, const char* peer) const {
   sd_bus_message* signal = nullptr;
   if (!bus_ || bus_->Descriptor() < 0) return nullptr;
   sd_bus_message_new_signal(bus_->Handle(), &signal, kBusPath, kSeeInterface, name);
+  if (signal && peer) sd_bus_message_set_destination(signal, peer);
   return signal;
 }
 
@@ -217,7 +218,11 @@ void BusService::Emit(sd_bus_message* signal) {
 }
 
 void BusService::TellForm(const char* verb, Form form) {
-  sd_bus_message* signal = NewSignal("Form");
+  SendForm(verb, form, nullptr);
+}
+
+void BusService::SendForm(const char* verb, Form form, const char* peer) {
+  sd_bus_message* signal = NewSignal("Form", peer);
   if (signal) sd_bus_message_append(signal, "ss", verb, NameOf(form));
   Emit(signal);
 }
@@ -266,11 +271,22 @@ void BusService::Leave(const char* peer) {
   form_.Watched(!attached_.empty());
 }
 
+// What the other windows were told before this one came, and what still holds.
+void BusService::CatchUp(const char* peer) {
+  if (form_.Alert().Showing()) SendForm("Show", Form::kAlert, peer);
+  if (!form_.GoingDown()) return;
+  SendForm("Hide", Form::kMain, peer);
+  if (saving_.empty()) return;
+  saving_.insert(peer);
+  Emit(NewSignal("SaveApplications", peer));
+}
+
 int BusService::Attach(sd_bus_message* call) {
   sd_bus_message* reply = nullptr;
   const int result = sd_bus_message_new_method_return(call, &reply);
   if (result < 0) return result;
-  attached_.insert(sd_bus_message_get_sender(call));
+  const char* peer = sd_bus_message_get_sender(call);
+  const bool came = attached_.insert(peer).second;
   form_.Watched(true);
   sd_bus_message_open_container(reply, SD_BUS_TYPE_ARRAY, "{sv}");
   AppendState(reply, form_.Shown());
@@ -278,6 +294,7 @@ int BusService::Attach(sd_bus_message* call) {
   sd_bus_message_close_container(reply);
   const int sent = sd_bus_send(nullptr, reply, nullptr);
   sd_bus_message_unref(reply);
+  if (came) CatchUp(peer);
   return sent < 0 ? sent : 1;
 }
 

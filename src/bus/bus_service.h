@@ -70,8 +70,11 @@ class BusService {
 
   void Touch(std::size_t field);
   void TellChanges();
-  sd_bus_message* NewSignal(const char* name) const;
+  void CatchUp(const char* peer);
+  // For all windows, or for the one called `peer`.
+  sd_bus_message* NewSignal(const char* name, const char* peer = nullptr) const;
   void Emit(sd_bus_message* signal);
+  void SendForm(const char* verb, Form form, const char* peer);
   void Leave(const char* peer);
   int Order(sd_bus_message* call, void (MainForm::*command)());
 
