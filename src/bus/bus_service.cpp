@@ -35,8 +35,19 @@ int Serve(sd_bus_message* call, void* service, sd_bus_error*) {
   return (static_cast<BusService*>(service)->*kMethod)(call);
 }
 
+// The same for an order, of which none is taken any more while the computer goes down.
+template <int (BusService::*kMethod)(sd_bus_message*)>
+int Obey(sd_bus_message* call, void* service, sd_bus_error* error) {
+  if (static_cast<BusService*>(service)->GoingDown()) {
+    return sd_bus_reply_method_errorf(call, kRefused, "The computer goes down.");
+  }
+  return Serve<kMethod>(call, service, error);
+}
+
 #define ORVANE_METHOD(member, takes, gives, method) \
   SD_BUS_METHOD(member, takes, gives, Serve<&BusService::method>, SD_BUS_VTABLE_UNPRIVILEGED)
+#define ORVANE_ORDER(member, takes, gives, method) \
+  SD_BUS_METHOD(member, takes, gives, Obey<&BusService::method>, SD_BUS_VTABLE_UNPRIVILEGED)
 
 // Who may call what is the bus's to decide.
 const sd_bus_vtable kSeeTable[] = {
@@ -62,19 +73,20 @@ const sd_bus_vtable kSteerTable[] = {
     SD_BUS_VTABLE_START(0),
     ORVANE_METHOD("Phone", "", "s", TellPhone),
     ORVANE_METHOD("Check", "", "", Check),
-    ORVANE_METHOD("ToggleBeeper", "", "", ToggleBeeper),
-    ORVANE_METHOD("TestFor10Seconds", "", "", TestFor10Seconds),
-    ORVANE_METHOD("TestToLow", "", "", TestToLow),
-    ORVANE_METHOD("CancelTest", "", "", CancelTest),
-    ORVANE_METHOD("Shutdown", "", "", GoDown),
-    ORVANE_METHOD("SaveSettings", "ans", "b", SaveSettings),
-    ORVANE_METHOD("SaveSchedule", "sa(ssss)", "", SaveSchedule),
-    ORVANE_METHOD("ClearLog", "", "b", ClearLog),
-    ORVANE_METHOD("ClearReport", "", "", ClearReport),
+    ORVANE_ORDER("ToggleBeeper", "", "", ToggleBeeper),
+    ORVANE_ORDER("TestFor10Seconds", "", "", TestFor10Seconds),
+    ORVANE_ORDER("TestToLow", "", "", TestToLow),
+    ORVANE_ORDER("CancelTest", "", "", CancelTest),
+    ORVANE_ORDER("Shutdown", "", "", GoDown),
+    ORVANE_ORDER("SaveSettings", "ans", "b", SaveSettings),
+    ORVANE_ORDER("SaveSchedule", "sa(ssss)", "", SaveSchedule),
+    ORVANE_ORDER("ClearLog", "", "b", ClearLog),
+    ORVANE_ORDER("ClearReport", "", "", ClearReport),
     SD_BUS_VTABLE_END,
 };
 
 #undef ORVANE_METHOD
+#undef ORVANE_ORDER
 
 void AppendState(sd_bus_message* message, const State& state) {
   const auto& slots = state.Settings;
@@ -274,7 +286,7 @@ void BusService::Leave(const char* peer) {
 // What the other windows were told before this one came, and what still holds.
 void BusService::CatchUp(const char* peer) {
   if (form_.Alert().Showing()) SendForm("Show", Form::kAlert, peer);
-  if (!form_.GoingDown()) return;
+  if (!GoingDown()) return;
   SendForm("Hide", Form::kMain, peer);
   if (saving_.empty()) return;
   saving_.insert(peer);
@@ -370,12 +382,11 @@ int BusService::Check(sd_bus_message* call) {
 }
 
 int BusService::Order(sd_bus_message* call, void (MainForm::*command)()) {
-  if (form_.GoingDown()) {
-    return sd_bus_reply_method_errorf(call, kRefused, "The computer goes down.");
-  }
   const int result = sd_bus_reply_method_return(call, "");
   // The way down waits for windows, and they answer by way of the bus that is being served now.
-  post_([this, command] { (form_.*command)(); });
+  post_([this, command] {
+    if (!GoingDown()) (form_.*command)();
+  });
   return result;
 }
 
@@ -404,9 +415,6 @@ int BusService::SaveSettings(sd_bus_message* call) {
   const void* slots = nullptr;
   std::size_t size = 0;
   const char* phone = nullptr;
-  if (form_.GoingDown()) {
-    return sd_bus_reply_method_errorf(call, kRefused, "The computer goes down.");
-  }
   if (sd_bus_message_read_array(call, 'n', &slots, &size) < 0 ||
       sd_bus_message_read(call, "s", &phone) <= 0 || size != sizeof values.slots ||
       std::strlen(phone) > kLongestText) {
@@ -444,6 +452,7 @@ int BusService::SaveSchedule(sd_bus_message* call) {
     }
     entry = {texts[0], texts[1], texts[2], texts[3]};
   }
+  if (sd_bus_message_exit_container(call) < 0) return -EINVAL;
   form_.SaveSchedule(*section, entries);
   return sd_bus_reply_method_return(call, "");
 }

@@ -41,6 +41,8 @@ class BusService {
   // for at most `limit`. `meanwhile` runs ten times a second. True when nobody is left.
   bool SaveApplications(std::chrono::milliseconds limit, const std::function<void()>& meanwhile);
 
+  bool GoingDown() const { return form_.GoingDown(); }
+
   // The methods, as the bus calls them. Each returns what its reply carries, or an error's number.
   int Attach(sd_bus_message* call);
   int Detach(sd_bus_message* call);

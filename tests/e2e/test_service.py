@@ -257,6 +257,7 @@ class ServiceTest(OnTheBus):
                      (STEER, "SaveSettings", "ans", slots, LONG),
                      (STEER, "SaveSettings", "ans", slots[:3], ""),
                      (STEER, "SaveSchedule", "sa(ssss)", "weekly", rows[:3]),
+                     (STEER, "SaveSchedule", "sa(ssss)", "weekly", rows * 2),
                      (STEER, "SaveSchedule", "sa(ssss)", "weekly", [(LONG, "", "", "")] * 7)):
             self.assertIsNotNone(second.refusal(*call), call[:3])
         self.ups.next_poll(2)
@@ -353,7 +354,8 @@ class ServiceTest(OnTheBus):
                    "the last step", patience=60)
         told = words().count("WATCHDOG=1")
         wait_until(lambda: words().count("WATCHDOG=1") > told, "it lives on")
-        self.assertEqual(other.refusal(STEER, "ToggleBeeper"), "GoingDown")
+        for method in ("ToggleBeeper", "ClearLog", "ClearReport"):
+            self.assertEqual(other.refusal(STEER, method), "GoingDown")
         self.assertEqual(self.log_messages()[-1], "Shutdown by menu")
         self.assertEqual(service.terminate(), 0)
         return service.complaints()
@@ -388,6 +390,7 @@ class ServiceTest(OnTheBus):
         self.go_down(2, answer, "the computer does not go down: HaltWithFlags: AccessDenied")
 
     def test_window_that_never_answers_has_its_time_and_no_more(self):
+        # Nor does the service manager read anything meanwhile.
         complaints = self.go_down(2, lambda windows: windows[0].call(SEE, "Saved"))
         self.assertTrue([line for line in complaints if "in time" in line], complaints)
 
