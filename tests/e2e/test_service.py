@@ -288,15 +288,23 @@ class ServiceTest(OnTheBus):
         self.assertEqual(service.complaints(), [])
         self.assertEqual(self.log_messages(), ["Program start", "Program end"])
 
-    def test_bus_that_dies_costs_no_poll_and_is_found_again(self):
+    def test_bus_that_dies_holds_up_no_count_and_no_way_down_and_is_found_again(self):
         service = self.start_service()
-        self.start_client().panel()
+        client = self.start_client()
+        client.panel()
         self.wait_for_link()
+        self.ups.answer["Q1"] = status("1000")
+        wait_until(lambda: client.told("Form") == [("Show", "alert")], "the count")
         self.bus.daemon.terminate(signal.SIGKILL)
         self.ups.next_poll(2)
         second = SystemBus(self.folder)
         self.addCleanup(second.close)
-        self.assertEqual(self.start_client().caption("mains"), "Normal")
+        client = self.start_client()
+        self.assertLess(client.panel()["countdown"], 58)
+        client.call(STEER, "Shutdown")
+        self.expect_order_to_save(client)
+        second.daemon.terminate(signal.SIGKILL)
+        wait_until(lambda: "Action=None" in "".join(service.complaints()), "the last step")
         self.assertEqual(service.terminate(), 0)
 
     def test_clients_that_come_and_go_or_stop_reading_leave_nothing_behind(self):
