@@ -512,7 +512,7 @@ class AttachedWindowTest(OnTheBus):
         def save(times):
             for delay in range(times):
                 slots = dbus.Array([1, 1 + delay % 60, 0, 2, 0, 2, 30, 0, 0, 0, 0], signature="n")
-                client.call(STEER, "SaveSettings", "ans", slots, "5" * 1000)
+                client.call(STEER, "SaveSettings", "ans", slots, f"{delay:01000}")
         self.wait_for_history(service)
         save(300)
         before = self.memory(service)
