@@ -35,8 +35,19 @@ int Serve(sd_bus_message* call, void* service, sd_bus_error*) {
   return (static_cast<BusService*>(service)->*kMethod)(call);
 }
 
+// The same for an order, of which none is taken any more while the computer goes down.
+template <int (BusService::*kMethod)(sd_bus_message*)>
+int Obey(sd_bus_message* call, void* service, sd_bus_error* error) {
+  if (static_cast<BusService*>(service)->GoingDown()) {
+    return sd_bus_reply_method_errorf(call, kRefused, "The computer goes down.");
+  }
+  return Serve<kMethod>(call, service, error);
+}
+
 #define ORVANE_METHOD(member, takes, gives, method) \
   SD_BUS_METHOD(member, takes, gives, Serve<&BusService::method>, SD_BUS_VTABLE_UNPRIVILEGED)
+#define ORVANE_ORDER(member, takes, gives, method) \
+  SD_BUS_METHOD(member, takes, gives, Obey<&BusService::method>, SD_BUS_VTABLE_UNPRIVILEGED)
 
 // Who may call what is the bus's to decide.
 const sd_bus_vtable kSeeTable[] = {
@@ -62,19 +73,20 @@ const sd_bus_vtable kSteerTable[] = {
     SD_BUS_VTABLE_START(0),
     ORVANE_METHOD("Phone", "", "s", TellPhone),
     ORVANE_METHOD("Check", "", "", Check),
-    ORVANE_METHOD("ToggleBeeper", "", "", ToggleBeeper),
-    ORVANE_METHOD("TestFor10Seconds", "", "", TestFor10Seconds),
-    ORVANE_METHOD("TestToLow", "", "", TestToLow),
-    ORVANE_METHOD("CancelTest", "", "", CancelTest),
-    ORVANE_METHOD("Shutdown", "", "", GoDown),
-    ORVANE_METHOD("SaveSettings", "ans", "b", SaveSettings),
-    ORVANE_METHOD("SaveSchedule", "sa(ssss)", "", SaveSchedule),
-    ORVANE_METHOD("ClearLog", "", "b", ClearLog),
-    ORVANE_METHOD("ClearReport", "", "", ClearReport),
+    ORVANE_ORDER("ToggleBeeper", "", "", ToggleBeeper),
+    ORVANE_ORDER("TestFor10Seconds", "", "", TestFor10Seconds),
+    ORVANE_ORDER("TestToLow", "", "", TestToLow),
+    ORVANE_ORDER("CancelTest", "", "", CancelTest),
+    ORVANE_ORDER("Shutdown", "", "", GoDown),
+    ORVANE_ORDER("SaveSettings", "ans", "b", SaveSettings),
+    ORVANE_ORDER("SaveSchedule", "sa(ssss)", "", SaveSchedule),
+    ORVANE_ORDER("ClearLog", "", "b", ClearLog),
+    ORVANE_ORDER("ClearReport", "", "", ClearReport),
     SD_BUS_VTABLE_END,
 };
 
 #undef ORVANE_METHOD
+#undef ORVANE_ORDER
 
 void AppendState(sd_bus_message* message, const State& state) {
   const auto& slots = state.Settings;
@@ -202,10 +214,11 @@ void BusService::TellChanges() {
   Emit(signal);
 }
 
-sd_bus_message* BusService::NewSignal(const char* name) const {
+sd_bus_message* BusService::NewSignal(const char* name, const char* peer) const {
   sd_bus_message* signal = nullptr;
   if (!bus_ || bus_->Descriptor() < 0) return nullptr;
   sd_bus_message_new_signal(bus_->Handle(), &signal, kBusPath, kSeeInterface, name);
+  if (signal && peer) sd_bus_message_set_destination(signal, peer);
   return signal;
 }
 
@@ -217,7 +230,11 @@ void BusService::Emit(sd_bus_message* signal) {
 }
 
 void BusService::TellForm(const char* verb, Form form) {
-  sd_bus_message* signal = NewSignal("Form");
+  SendForm(verb, form, nullptr);
+}
+
+void BusService::SendForm(const char* verb, Form form, const char* peer) {
+  sd_bus_message* signal = NewSignal("Form", peer);
   if (signal) sd_bus_message_append(signal, "ss", verb, NameOf(form));
   Emit(signal);
 }
@@ -266,11 +283,22 @@ void BusService::Leave(const char* peer) {
   form_.Watched(!attached_.empty());
 }
 
+// What the other windows were told before this one came, and what still holds.
+void BusService::CatchUp(const char* peer) {
+  if (form_.Alert().Showing()) SendForm("Show", Form::kAlert, peer);
+  if (!GoingDown()) return;
+  SendForm("Hide", Form::kMain, peer);
+  if (saving_.empty()) return;
+  saving_.insert(peer);
+  Emit(NewSignal("SaveApplications", peer));
+}
+
 int BusService::Attach(sd_bus_message* call) {
   sd_bus_message* reply = nullptr;
   const int result = sd_bus_message_new_method_return(call, &reply);
   if (result < 0) return result;
-  attached_.insert(sd_bus_message_get_sender(call));
+  const char* peer = sd_bus_message_get_sender(call);
+  const bool came = attached_.insert(peer).second;
   form_.Watched(true);
   sd_bus_message_open_container(reply, SD_BUS_TYPE_ARRAY, "{sv}");
   AppendState(reply, form_.Shown());
@@ -278,6 +306,7 @@ int BusService::Attach(sd_bus_message* call) {
   sd_bus_message_close_container(reply);
   const int sent = sd_bus_send(nullptr, reply, nullptr);
   sd_bus_message_unref(reply);
+  if (came) CatchUp(peer);
   return sent < 0 ? sent : 1;
 }
 
@@ -353,12 +382,11 @@ int BusService::Check(sd_bus_message* call) {
 }
 
 int BusService::Order(sd_bus_message* call, void (MainForm::*command)()) {
-  if (form_.GoingDown()) {
-    return sd_bus_reply_method_errorf(call, kRefused, "The computer goes down.");
-  }
   const int result = sd_bus_reply_method_return(call, "");
   // The way down waits for windows, and they answer by way of the bus that is being served now.
-  post_([this, command] { (form_.*command)(); });
+  post_([this, command] {
+    if (!GoingDown()) (form_.*command)();
+  });
   return result;
 }
 
@@ -387,9 +415,6 @@ int BusService::SaveSettings(sd_bus_message* call) {
   const void* slots = nullptr;
   std::size_t size = 0;
   const char* phone = nullptr;
-  if (form_.GoingDown()) {
-    return sd_bus_reply_method_errorf(call, kRefused, "The computer goes down.");
-  }
   if (sd_bus_message_read_array(call, 'n', &slots, &size) < 0 ||
       sd_bus_message_read(call, "s", &phone) <= 0 || size != sizeof values.slots ||
       std::strlen(phone) > kLongestText) {
@@ -427,6 +452,7 @@ int BusService::SaveSchedule(sd_bus_message* call) {
     }
     entry = {texts[0], texts[1], texts[2], texts[3]};
   }
+  if (sd_bus_message_exit_container(call) < 0) return -EINVAL;
   form_.SaveSchedule(*section, entries);
   return sd_bus_reply_method_return(call, "");
 }

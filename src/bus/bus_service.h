@@ -41,6 +41,8 @@ class BusService {
   // for at most `limit`. `meanwhile` runs ten times a second. True when nobody is left.
   bool SaveApplications(std::chrono::milliseconds limit, const std::function<void()>& meanwhile);
 
+  bool GoingDown() const { return form_.GoingDown(); }
+
   // The methods, as the bus calls them. Each returns what its reply carries, or an error's number.
   int Attach(sd_bus_message* call);
   int Detach(sd_bus_message* call);
@@ -70,8 +72,11 @@ class BusService {
 
   void Touch(std::size_t field);
   void TellChanges();
-  sd_bus_message* NewSignal(const char* name) const;
+  void CatchUp(const char* peer);
+  // For all windows, or for the one called `peer`.
+  sd_bus_message* NewSignal(const char* name, const char* peer = nullptr) const;
   void Emit(sd_bus_message* signal);
+  void SendForm(const char* verb, Form form, const char* peer);
   void Leave(const char* peer);
   int Order(sd_bus_message* call, void (MainForm::*command)());
 

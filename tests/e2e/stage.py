@@ -102,11 +102,11 @@ class UpsServer:
 class PrivateBus:
     """A message bus of its own. `calls` are the method calls that the stand-in on it got."""
 
-    def __init__(self, folder, name="bus"):
+    def __init__(self, folder, name="bus", kind="--session"):
         self.folder = Path(folder)
         self.address = f"unix:path={folder}/{name}"
         self.log = self.folder / f"{name}.log"
-        self.daemon = Process(["dbus-daemon", "--session", "--nofork", "--nopidfile",
+        self.daemon = Process(["dbus-daemon", kind, "--nofork", "--nopidfile",
                                f"--address={self.address}", "--print-address=1"])
         wait_until(lambda: self.daemon.lines, "the bus is there")
         self.mocks = []

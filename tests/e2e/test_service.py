@@ -13,46 +13,63 @@ from xml.etree import ElementTree
 
 import dbus
 import dbus.bus
+import dbus.lowlevel
 import dbus.mainloop.glib
 from gi.repository import GLib
 
 from harness import BUILD, PATIENCE, Process, UpsTest, status, wait_until
-from stage import SCREEN, XDisplay
+from stage import SCREEN, PrivateBus, XDisplay
 
 PACKAGING = Path(__file__).resolve().parents[2] / "packaging"
-POLICY = PACKAGING / "org.orvane.Orvane1.conf"
-INTERFACE = PACKAGING / "org.orvane.Orvane1.xml"
 NAME, PATH = "org.orvane.Orvane1", "/org/orvane/Orvane1"
 SEE, STEER = NAME, NAME + ".Control"
 ROOT = os.getuid() == 0
 MEMBER = 1 if ROOT else os.getuid()  # plays the group orvane
 OUTSIDER = 65534
 
-# What the system's own bus has: nothing is allowed but signals and answers.
+# Values of every type, by their signature.
+LONG = "x" * 500_000
+VALUES = {
+    "": (), "b": (True,), "d": (float("nan"),), "g": ("s",), "h": (dbus.types.UnixFd(0),),
+    "i": (-1,), "n": (-1,), "o": (PATH,), "q": (1,), "s": (LONG,), "t": ((1 << 64) - 1,),
+    "u": (1,), "v": (LONG,), "x": (-1 << 63,), "y": (255,), "an": ([1] * 11,),
+    "as": ([LONG],), "av": ([LONG, 1],), "ay": (LONG.encode(),), "(ss)": (("", LONG),),
+    "a{sv}": ({LONG: 1},), "a(ssss)": ([("",) * 4] * 1000,), "a{sa{sv}}": ({"": {"": LONG}},),
+    "ss": ("log", "log"), "sss": ("", "", ""), "anss": ([1] * 11, "", ""), "bxxb": (1, 0, 0, 1)}
+
+# What the system's own bus has, nothing allowed but signals and answers, and room for a stand-in of
+# logind.
 CONFIG = """<busconfig><type>system</type><listen>unix:path={path}</listen><auth>EXTERNAL</auth>
 <policy context="default"><allow user="*"/><deny own="*"/><deny send_type="method_call"/>
 <allow send_type="signal"/><allow send_requested_reply="true" send_type="method_return"/>
 <allow send_requested_reply="true" send_type="error"/><allow receive_type="method_call"/>
 <allow receive_type="method_return"/><allow receive_type="error"/><allow receive_type="signal"/>
-<allow send_destination="org.freedesktop.DBus"/></policy>
+<allow send_destination="org.freedesktop.DBus"/><allow own="org.freedesktop.login1"/>
+<allow send_destination="org.freedesktop.login1"/></policy>
 <include>{policy}</include></busconfig>
 """
 
 
-class SystemBus(Process):
+def members(description):
+    """What an introspection lists: by interface and name, the kind and the types of all arguments."""
+    return {(interface.get("name"), member.get("name")): (member.tag, *(
+        "".join(argument.get("type") for argument in member.iter("arg")
+                if argument.get("direction", "out") == way) for way in ("in", "out")))
+            for interface in ElementTree.fromstring(description)
+            if interface.get("name") in (SEE, STEER) for member in interface}
+
+
+class SystemBus(PrivateBus):
     """A bus with the policy of the package, in which numbers stand for user and group."""
 
     def __init__(self, folder):
-        policy = POLICY.read_text(encoding="utf-8")
+        policy = (PACKAGING / f"{NAME}.conf").read_text(encoding="utf-8")
         policy = policy.replace('user="orvane"', f'user="{os.getuid()}"')
         policy = policy.replace('group="orvane"', f'user="{MEMBER}"')
         (folder / "policy.conf").write_text(policy, encoding="utf-8")
         config = CONFIG.format(path=folder / "system-bus", policy=folder / "policy.conf")
         (folder / "bus.conf").write_text(config, encoding="utf-8")
-        self.address = f"unix:path={folder}/system-bus"
-        super().__init__(["dbus-daemon", f"--config-file={folder}/bus.conf", "--nofork",
-                          "--nopidfile", "--print-address=1"])
-        wait_until(lambda: self.lines, "the bus is there")
+        super().__init__(folder, "system-bus", f"--config-file={folder}/bus.conf")
 
 
 class Client:
@@ -120,19 +137,30 @@ class OnTheBus(UpsTest):
 
     def start_notified(self):
         """The service, and a function that gives all it has told the service manager."""
-        manager = socket.socket(socket.AF_UNIX, socket.SOCK_DGRAM)
-        self.addCleanup(manager.close)
-        manager.bind(str(self.folder / "notify"))
-        manager.settimeout(0.01)
+        path = self.folder / "notify"
+        path.unlink(missing_ok=True)
+        self.manager = socket.socket(socket.AF_UNIX, socket.SOCK_DGRAM)
+        self.addCleanup(self.manager.close)
+        self.manager.bind(str(path))
         told = []
 
-        def words():
+        def words(manager=self.manager):
+            manager.settimeout(0.01)
             try:
                 while True:
                     told.extend(manager.recv(4096).decode().splitlines())
             except socket.timeout:
                 return told
-        return self.start_service(NOTIFY_SOCKET=str(self.folder / "notify")), words
+        return self.start_service(NOTIFY_SOCKET=str(path)), words
+
+    def wait_for_history(self, service):
+        """With it, all but the allocator's stock is there that is made once."""
+        self.wait_for_link()
+        wait_until(lambda: service.holds(self.folder / "History.db"), "the history's file")
+
+    def memory(self, service):
+        text = Path(f"/proc/{service.pid}/statm").read_text(encoding="ascii")
+        return int(text.split()[1]) * os.sysconf("SC_PAGESIZE")
 
 
 class ServiceTest(OnTheBus):
@@ -150,6 +178,32 @@ class ServiceTest(OnTheBus):
         self.assertEqual(service.terminate(), 0)
         self.assertEqual(words()[-1], "STOPPING=1")
         self.assertEqual(self.log_messages(), ["Program start", "AC fail", "Program end"])
+
+    def test_hang_is_silent_and_a_count_begins_anew_after_a_crash(self):
+        self.ups.answer["Q1"] = status("1000")
+        for _ in range(2):
+            polls = self.ups.count("Q1")
+            service, words = self.start_notified()
+
+            def left():
+                found = re.findall(r"on battery, (\d+) s left", "\n".join(words()))
+                return [int(seconds) for seconds in found]
+            wait_until(left, "the count")
+            self.assertLessEqual(self.ups.count("Q1") - polls, 2)
+            self.assertGreaterEqual(left()[0], 58)
+            wait_until(lambda: left()[-1] < 57, "the middle of the count")
+            late = self.start_client()
+            late.panel()
+            wait_until(lambda told=late.told: told("Form") == [("Show", "alert")], "the alert")
+            service.process.send_signal(signal.SIGSTOP)
+            words()
+            self.manager.settimeout(5)
+            self.assertRaises(socket.timeout, self.manager.recv, 4096)
+            service.process.send_signal(signal.SIGCONT)
+            told = words().count("WATCHDOG=1")
+            wait_until(lambda: words().count("WATCHDOG=1") > told, "it lives again")
+            service.terminate(signal.SIGKILL)
+        self.assertEqual(self.log_messages(), ["Program start"] * 2)
 
     def test_missing_port_is_taken_up_later_and_does_not_look_like_a_hang(self):
         self.ups.unplug()
@@ -197,28 +251,60 @@ class ServiceTest(OnTheBus):
         self.assertTrue(second.call(STEER, "ClearLog"))
         self.assertEqual(first.refusal(SEE, "Journal", "s", "log"), "FileNotFound")
 
-        long = "x" * 500_000
-        for call in ((SEE, "Journal", "s", "../Orvane.ini"), (SEE, "Journal", "s", long),
-                     (SEE, "Journal", "u", 7), (SEE, "Attach", "s", long),
+        for call in ((SEE, "Journal", "s", "../Orvane.ini"), (SEE, "Journal", "s", LONG),
                      (SEE, "Samples", "bxx", True, 5, -5), (SEE, "Samples", "bxx", True, 0, 1 << 62),
                      (SEE, "Schedule", "s", ""), (SEE, "Nothing"), ("x.y", "Attach"),
-                     (STEER, "SaveSettings", "ans", slots, long),
+                     (STEER, "SaveSettings", "ans", slots, LONG),
                      (STEER, "SaveSettings", "ans", slots[:3], ""),
                      (STEER, "SaveSchedule", "sa(ssss)", "weekly", rows[:3]),
-                     (STEER, "SaveSchedule", "sa(ssss)", "weekly", [(long, "", "", "")] * 7)):
+                     (STEER, "SaveSchedule", "sa(ssss)", "weekly", rows * 2),
+                     (STEER, "SaveSchedule", "sa(ssss)", "weekly", [(LONG, "", "", "")] * 7)):
             self.assertIsNotNone(second.refusal(*call), call[:3])
         self.ups.next_poll(2)
         self.assertEqual(service.complaints(), [])
 
-    def test_bus_that_dies_costs_no_poll_and_is_found_again(self):
+    def test_hostile_calls_of_everything_change_nothing(self):
+        service, client = self.start_service(), self.start_client()
+        offered = members((PACKAGING / f"{NAME}.xml").read_bytes())
+        for (interface, name), (kind, takes, _) in offered.items():
+            for types, values in VALUES.items():
+                if types == takes and kind == "method":
+                    continue
+                self.assertEqual(client.refusal(interface, name, types, *values),
+                                 "InvalidArgs" if kind == "method" else "UnknownMethod",
+                                 (name, types))
+        # Polls go on in a flood of calls.
+        call = dbus.lowlevel.MethodCallMessage(NAME, PATH, SEE, "Attach")
+        call.set_no_reply(True)
+        polls = self.ups.count("Q1")
+
+        def flooded():
+            for _ in range(2000):
+                client.connection.send_message(call)
+            client.connection.flush()
+            return self.ups.count("Q1") > polls + 3
+        wait_until(flooded, "polls")
+        self.assertEqual(service.terminate(), 0)
+        self.assertEqual(service.complaints(), [])
+        self.assertEqual(self.log_messages(), ["Program start", "Program end"])
+
+    def test_bus_that_dies_holds_up_no_count_and_no_way_down_and_is_found_again(self):
         service = self.start_service()
-        self.start_client().panel()
+        client = self.start_client()
+        client.panel()
         self.wait_for_link()
-        self.bus.terminate(signal.SIGKILL)
+        self.ups.answer["Q1"] = status("1000")
+        wait_until(lambda: client.told("Form") == [("Show", "alert")], "the count")
+        self.bus.daemon.terminate(signal.SIGKILL)
         self.ups.next_poll(2)
         second = SystemBus(self.folder)
         self.addCleanup(second.close)
-        self.assertEqual(self.start_client().caption("mains"), "Normal")
+        client = self.start_client()
+        self.assertLess(client.panel()["countdown"], 58)
+        client.call(STEER, "Shutdown")
+        self.expect_order_to_save(client)
+        second.daemon.terminate(signal.SIGKILL)
+        wait_until(lambda: "Action=None" in "".join(service.complaints()), "the last step")
         self.assertEqual(service.terminate(), 0)
 
     def test_clients_that_come_and_go_or_stop_reading_leave_nothing_behind(self):
@@ -227,41 +313,24 @@ class ServiceTest(OnTheBus):
         client, stopped = self.start_client(), self.start_client()
         stopped.panel()
 
-        def memory():
-            text = Path(f"/proc/{service.pid}/statm").read_text(encoding="ascii")
-            return int(text.split()[1]) * os.sysconf("SC_PAGESIZE")
-
         def attach(times):
             for _ in range(times):
                 client.panel()
                 client.call(SEE, "Detach")
-        # What is made once is there: the link, the history's file, the allocator's stock.
-        self.wait_for_link()
-        wait_until(lambda: service.holds(self.folder / "History.db"), "the history's file")
+        self.wait_for_history(service)
         attach(2000)
-        before = memory()
+        before = self.memory(service)
         attach(8000)
-        self.assertLess(memory() - before, 1 << 20)
+        self.assertLess(self.memory(service) - before, 1 << 20)
         self.ups.next_poll(2)
-
-    def described(self):
-        """By interface, what the service says that it offers; and what the package's file says."""
-        def shape(xml):
-            return {interface.get("name"): {
-                (member.tag, member.get("name"), tuple((arg.get("type"), arg.get("direction", "out"))
-                                                       for arg in member.findall("arg")))
-                for member in interface if member.tag in ("method", "signal")}
-                for interface in ElementTree.fromstring(xml)
-                if not interface.get("name").startswith("org.freedesktop.")}
-        told = self.start_client().call("org.freedesktop.DBus.Introspectable", "Introspect")
-        return shape(told), shape(INTERFACE.read_text(encoding="utf-8"))
 
     @unittest.skipUnless(ROOT, "another user is needed")
     def test_interface_is_as_described_and_outsiders_only_see(self):
         self.write_settings('1,1,0,2,0,2,30,0,0,0,"5551234",0')
         self.start_service()
-        offered, described = self.described()
-        self.assertEqual(offered, described)
+        offered = members(self.start_client().call("org.freedesktop.DBus.Introspectable",
+                                                   "Introspect"))
+        self.assertEqual(offered, members((PACKAGING / f"{NAME}.xml").read_bytes()))
 
         def ask(user, interface, method):
             return subprocess.run(
@@ -271,14 +340,14 @@ class ServiceTest(OnTheBus):
         self.assertEqual(seen.returncode, 0, seen.stderr)
         self.assertNotIn("5551234", seen.stdout)
         self.assertIn("5551234", ask(MEMBER, STEER, "Phone").stdout)
-        for _, method, arguments in described[STEER]:
-            if not any(direction == "in" for _, direction in arguments):
+        for (interface, method), (_, takes, _) in offered.items():
+            if interface == STEER and not takes:
                 self.assertIn("ccess denied", ask(OUTSIDER, STEER, method).stderr, method)
         self.assertEqual(self.ups.commands().count("Q"), 0)
 
-    def go_down(self, clients, act):
+    def go_down(self, clients, act, outcome="Action=None"):
         """From the order to the last step. `act` gets the clients when they are to save."""
-        service = self.start_service()
+        service, words = self.start_notified()
         windows = [self.start_client() for _ in range(clients)]
         for window in windows:
             window.panel()
@@ -287,14 +356,21 @@ class ServiceTest(OnTheBus):
         other.call(SEE, "Detach")
         other.call(STEER, "Shutdown")
         for window in windows:
-            wait_until(lambda told=window.told: told("SaveApplications"), "the order to save")
-            self.assertIn(("Hide", "main"), window.told("Form"))
+            self.expect_order_to_save(window)
         act(windows)
-        wait_until(lambda: any("Action=None" in line for line in service.complaints()),
+        wait_until(lambda: any(outcome in line for line in service.complaints()),
                    "the last step", patience=60)
+        told = words().count("WATCHDOG=1")
+        wait_until(lambda: words().count("WATCHDOG=1") > told, "it lives on")
+        for method in ("ToggleBeeper", "ClearLog", "ClearReport"):
+            self.assertEqual(other.refusal(STEER, method), "GoingDown")
         self.assertEqual(self.log_messages()[-1], "Shutdown by menu")
         self.assertEqual(service.terminate(), 0)
         return service.complaints()
+
+    def expect_order_to_save(self, window):
+        wait_until(lambda: window.told("SaveApplications") == [()], "the order to save")
+        self.assertIn(("Hide", "main"), window.told("Form"))
 
     def test_way_down_waits_for_the_windows_that_are_there(self):
         def answer(windows):
@@ -304,12 +380,25 @@ class ServiceTest(OnTheBus):
         def answer_or_leave(windows):
             windows[0].call(SEE, "Saved")
             windows[1].close()
-        for clients, act in ((0, answer), (2, answer), (2, answer_or_leave)):
+
+        def answer_with_one_more(windows):
+            late = self.start_client()
+            late.panel()
+            self.expect_order_to_save(late)
+            answer([*windows, late])
+            self.assertEqual(len(windows[0].told("SaveApplications")), 1)
+        for clients, act in ((0, answer), (2, answer_with_one_more), (2, answer_or_leave)):
             with self.subTest(clients=clients, act=act.__name__):
                 complaints = self.go_down(clients, act)
                 self.assertFalse([line for line in complaints if "in time" in line], complaints)
+        self.ACTION = "Halt"
+        self.write_platform()
+        self.bus.logind(fails=dict.fromkeys(
+            ("Halt", "HaltWithFlags", "PowerOff", "PowerOffWithFlags"), "AccessDenied"))
+        self.go_down(2, answer, "the computer does not go down: HaltWithFlags: AccessDenied")
 
     def test_window_that_never_answers_has_its_time_and_no_more(self):
+        # Nor does the service manager read anything meanwhile.
         complaints = self.go_down(2, lambda windows: windows[0].call(SEE, "Saved"))
         self.assertTrue([line for line in complaints if "in time" in line], complaints)
 
@@ -413,6 +502,27 @@ class AttachedWindowTest(OnTheBus):
                      "[ready] Companion: ", "Start with the desktop: "):
             self.assertTrue(any(part in row for row in rows), (part, rows))
         self.assertEqual(len(rows), 12, rows)
+
+    def test_window_that_stands_still_or_is_killed_costs_the_service_nothing(self):
+        service = self.start_service(ASAN_OPTIONS="quarantine_size_mb=1")
+        window = self.start_window(MEMBER)[1]
+        self.display.wait_for_window("Orvane")  # it may steer: it has attached
+        client = self.start_client()
+
+        def save(times):
+            for delay in range(times):
+                slots = dbus.Array([1, 1 + delay % 60, 0, 2, 0, 2, 30, 0, 0, 0, 0], signature="n")
+                client.call(STEER, "SaveSettings", "ans", slots, f"{delay:01000}")
+        self.wait_for_history(service)
+        save(300)
+        before = self.memory(service)
+        window.process.send_signal(signal.SIGSTOP)
+        save(500)  # more than five minutes bring
+        self.assertLess(self.memory(service) - before, 1 << 19)
+        self.ups.next_poll(2)
+        window.terminate(signal.SIGKILL)
+        self.ups.next_poll(2)
+        self.assertEqual(service.complaints(), [])
 
     def test_window_with_an_engine_makes_way_for_the_service(self):
         home, window = self.start_window(MEMBER)

@@ -11,8 +11,8 @@
 
 #include "app/calendar.h"
 #include "app/messages.h"
+#include "app/settings.h"
 #include "frame/main_form.h"
-#include "frame/settings_form.h"
 #include "properties/rules.h"
 #include "schedule/schedule_tables.h"
 #include "support/simulated_device.h"
@@ -32,16 +32,11 @@ class Life : public World {
   // Starts the program.
   Life(LocalTime start, const Wishes& wishes, const std::vector<Appointment>& schedule,
        Tally& tally)
-      : wishes_(wishes), schedule_(schedule), tally_(tally) {
+      : wishes_(wishes), tally_(tally) {
     ++tally_.lives;
     time.SetWall(start);
-    disk.files["/prog/Orvane.ini"] =
-        Print("%d,%d,%d,%d,%d,2,30,%d,%d,%d%d%d,", port_, wishes.delay / 60, wishes.delay % 60,
-              wishes.low / 60, wishes.low % 60, wishes.shutdown_minutes, wishes.modem_port,
-              wishes.dials[Fault::kMains], wishes.dials[Fault::kBatteryLow],
-              wishes.dials[Fault::kUps]) +
-        Print("\"%s\",%d\r\n", wishes.number.c_str(), static_cast<int>(wishes.language));
-    FillSchedule();
+    disk.files["/prog/Orvane.ini"] = Settings();
+    Save(schedule);
     Listen();
     forms.Show(Form::kMain);
   }
@@ -63,28 +58,45 @@ class Life : public World {
     tally_.time += step;
   }
 
-  // What the user does.
+  // What the user does in a window.
   void Save(const Wishes& wishes, bool change_port) {
-    SettingsForm setup(main_, forms, dialogs);
-    forms.Show(Form::kSettings);
-    setup.Load();
     if (change_port) {
       port_ = port_ % 4 + 1;
       ++tally_.reloads;
     }
     wishes_ = wishes;
     form_.count.left = wishes.delay;
-    setup.ups_port = port_;
-    setup.modem_port = wishes.modem_port;
-    const int numbers[] = {wishes.delay / 60, wishes.delay % 60, wishes.low / 60, wishes.low % 60};
-    for (std::size_t i = 0; i < std::size(numbers); ++i) {
-      setup.numbers[i] = std::to_string(numbers[i]);
+    State saved;
+    ParseSettings(Settings(), saved);
+    Check(window_.SaveSettings({saved.Settings, saved.PhoneCode}) != disk.refuse_writes, "a save");
+  }
+
+  // As the tables hold it: the week's by their day, the others one to an entry.
+  void Save(const std::vector<Appointment>& schedule) {
+    schedule_ = schedule;
+    ScheduleEntries week, special_days, self_tests;
+    std::size_t number = 0;
+    for (const auto& [what, weekday, at] : schedule_) {
+      ScheduleEntries& others = what == What::kSelfTest ? self_tests : special_days;
+      ScheduleEntry& entry =
+          weekday ? week[static_cast<std::size_t>(weekday - 1)] : others[number++];
+      entry.enable = "1";
+      entry.date = Print("%d-%d-%d", at.year, at.month, at.day);
+      (what == What::kSwitchOff ? entry.off : entry.on) = Print("%d:%02d", at.hour, at.minute);
     }
-    setup.shutdown_delay = wishes.shutdown_minutes;
-    for (const Fault fault : kFaults) setup.calls[fault] = wishes.dials[fault];
-    setup.phone = wishes.number;
-    setup.language = static_cast<int>(wishes.language);
-    setup.Save();
+    window_.SaveSchedule(kWeekly, week);
+    window_.SaveSchedule(kSpecialDays, special_days);
+    window_.SaveSchedule(kSelfTests, self_tests);
+  }
+
+  void ClearLog() {
+    if (window_.Files().Remove(window_.PathOf(Journal::kLog))) log_.clear();
+  }
+
+  void Order(void (Engine::*entry)(), const std::string& command) {
+    asked_.insert(command);
+    (window_.*entry)();
+    CloseWay();
   }
 
   void AskForShutdown(Moment hesitation, bool yes) {
@@ -95,7 +107,7 @@ class Life : public World {
       way_ = Way::kMenu;
       asked_.insert(wishes_.ShutdownCommand());
     };
-    main_.AskForShutdown();
+    window_.AskForShutdown();
     dialogs.OnBox = nullptr;
     Check(Down() || !yes, "the user has asked for a shutdown");
     CloseWay();
@@ -131,21 +143,13 @@ class Life : public World {
     return "\"\n" + DateText(now) + ' ' + TimeText(now) + ' ' + message + "\"\r\n";
   }
 
-  // As the tables hold it: the week's by their day, the others one to an entry.
-  void FillSchedule() {
-    ScheduleEntries week, special_days, self_tests;
-    std::size_t number = 0;
-    for (const auto& [what, weekday, at] : schedule_) {
-      ScheduleEntries& others = what == What::kSelfTest ? self_tests : special_days;
-      ScheduleEntry& entry =
-          weekday ? week[static_cast<std::size_t>(weekday - 1)] : others[number++];
-      entry.enable = "1";
-      entry.date = Print("%d-%d-%d", at.year, at.month, at.day);
-      (what == What::kSwitchOff ? entry.off : entry.on) = Print("%d:%02d", at.hour, at.minute);
-    }
-    StoreSchedule(kWeekly, week, state);
-    StoreSchedule(kSpecialDays, special_days, state);
-    StoreSchedule(kSelfTests, self_tests, state);
+  // As their file holds them.
+  std::string Settings() const {
+    const Wishes& w = wishes_;
+    return Print("%d,%d,%d,%d,%d,2,30,%d,%d,%d%d%d,", port_, w.delay / 60, w.delay % 60, w.low / 60,
+                 w.low % 60, w.shutdown_minutes, w.modem_port, w.dials[Fault::kMains],
+                 w.dials[Fault::kBatteryLow], w.dials[Fault::kUps]) +
+           Print("\"%s\",%d\r\n", w.number.c_str(), static_cast<int>(w.language));
   }
 
   void Check(bool holds, const std::string& what) {
@@ -365,6 +369,7 @@ class Life : public World {
   std::vector<Appointment> schedule_;
   Tally& tally_;
   MainForm main_{state, panel, seams};
+  Engine& window_ = main_;  // what a window has of it
   std::string broken_;
 
   // The facts since the form was loaded, and what the rules make of them.

@@ -123,9 +123,9 @@ class History {
 
   void Happens(Life& life) {
     constexpr void (History::*kDeeds[])(Life&) = {&History::SetBattery, &History::SetModem,
-                                                  &History::SetClock, &History::SaveSettings,
-                                                  &History::AskForShutdown};
-    const unsigned what = Below(19);
+                                                  &History::SetClock,   &History::SaveSettings,
+                                                  &History::UseMenu,    &History::AskForShutdown};
+    const unsigned what = Below(20);
     if (what < 13) return Flip(life, what < 5 ? 0 : what - 4);
     if (what < 13 + std::size(kDeeds)) (this->*kDeeds[what - 13])(life);
   }
@@ -201,6 +201,17 @@ class History {
     Tell("settings saved: delay", wishes.delay, "low", wishes.low, "calls for mains",
          wishes.dials[Fault::kMains], change_port ? "on another port" : "");
     life.Save(wishes, change_port);
+  }
+
+  void UseMenu(Life& life) {
+    constexpr void (Engine::*kEntries[])() = {&Engine::ToggleBeeper, &Engine::TestFor10Seconds,
+                                              &Engine::TestToLow, &Engine::CancelTest};
+    constexpr const char* kNames[] = {"Q\r",  "T\r",         "TL\r",
+                                      "CT\r", "log cleared", "schedule saved"};
+    const unsigned what = Below(6);
+    Tell("menu:", kNames[what]);
+    if (what < 4) return life.Order(kEntries[what], kNames[what]);
+    what == 4 ? life.ClearLog() : life.Save(AnySchedule(life.time.Now()));
   }
 
   void AskForShutdown(Life& life) {

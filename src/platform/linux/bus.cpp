@@ -16,6 +16,9 @@ constexpr const char* kNoAnswer = "no answer in time";
 // The library's own time-out never comes first: whoever waits has the deadline.
 constexpr std::uint64_t kForEver = std::numeric_limits<std::uint64_t>::max();
 
+// Whoever floods the bus has it served for no longer than this before the event loop goes on.
+constexpr std::chrono::milliseconds kTurn{20};
+
 // What the library keeps for a call or a subscription, until it has let go of it.
 using CallHolder = std::shared_ptr<BusCall>;
 using SignalHandler = std::function<void(sd_bus_message*)>;
@@ -179,11 +182,12 @@ std::optional<Bus::Time> Bus::Due() const {
 }
 
 bool Bus::Serve() {
+  const Time end = std::chrono::steady_clock::now() + kTurn;
   int served = 0;
   do {
     served = sd_bus_process(bus_, nullptr);
-  } while (served > 0);
-  return served == 0;
+  } while (served > 0 && std::chrono::steady_clock::now() < end);
+  return served >= 0;
 }
 
 }  // namespace orvane

@@ -87,8 +87,9 @@ class Bus {
   std::optional<Time> Due() const;  // Serve also at this time
   std::function<void()> OnSend;
 
-  // Takes in what has arrived and runs what waits for it, without waiting for more. False when the
-  // bus has gone; the calls that were under way have failed by then.
+  // Takes in what has arrived and runs what waits for it, without waiting for more; of a flood only
+  // a part, and Due says at once that there is more. False when the bus has gone; the calls that
+  // were under way have failed by then.
   bool Serve();
 
  private:

@@ -2,30 +2,45 @@
 
 #include <link.h>
 #include <sys/mman.h>
+#include <sys/socket.h>
 #include <sys/stat.h>
-#include <systemd/sd-daemon.h>
+#include <sys/time.h>
+#include <sys/un.h>
 #include <unistd.h>
 
+#include <cstddef>
 #include <cstdlib>
 
 namespace orvane {
+namespace {
 
-void ServiceManager::Ready() {
-  sd_notify(0, "READY=1");
+constexpr timeval kPatience{0, 200000};
+
+}  // namespace
+
+// The library's own call would wait for as long as the manager reads nothing.
+ServiceManager::ServiceManager() {
+  const char* path = std::getenv("NOTIFY_SOCKET");
+  if (!path || std::string(path).size() >= sizeof sockaddr_un::sun_path) return;
+  path_ = path;
+  if (path_.starts_with('@')) path_[0] = '\0';  // not in the file system
+  socket_ = File(socket(AF_UNIX, SOCK_DGRAM | SOCK_CLOEXEC, 0));
+  setsockopt(socket_.Get(), SOL_SOCKET, SO_SNDTIMEO, &kPatience, sizeof kPatience);
 }
 
 void ServiceManager::Status(const std::string& text) {
   if (text == status_) return;
   status_ = text;
-  sd_notify(0, ("STATUS=" + text).c_str());
+  Tell("STATUS=" + text);
 }
 
-void ServiceManager::Alive() {
-  sd_notify(0, "WATCHDOG=1");
-}
-
-void ServiceManager::Stopping() {
-  sd_notify(0, "STOPPING=1");
+void ServiceManager::Tell(const std::string& words) const {
+  if (!socket_) return;
+  sockaddr_un address{AF_UNIX, {}};
+  path_.copy(address.sun_path, sizeof address.sun_path - 1);
+  sendto(socket_.Get(), words.data(), words.size(), MSG_NOSIGNAL,
+         reinterpret_cast<const sockaddr*>(&address),
+         static_cast<socklen_t>(offsetof(sockaddr_un, sun_path) + path_.size()));
 }
 
 void DropStartPages() {
