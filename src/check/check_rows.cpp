@@ -308,8 +308,8 @@ std::vector<CheckRow> WithSession(std::vector<CheckRow> rows, std::vector<CheckR
   std::move(rows.begin(), rows.end(), std::back_inserter(session));
   const auto point = [](const CheckRow& row) { return row.point; };
   std::ranges::stable_sort(session, {}, point);
-  const auto [first, last] = std::ranges::unique(session, {}, point);
-  session.erase(first, last);
+  const auto same = [](const CheckRow& a, const CheckRow& b) { return a.point == b.point; };
+  session.erase(std::unique(session.begin(), session.end(), same), session.end());
   return session;
 }
 
