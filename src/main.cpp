@@ -4,6 +4,7 @@
 #include <QAbstractButton>
 #include <QApplication>
 #include <QDesktopServices>
+#include <QLineEdit>
 #include <QSysInfo>
 #include <QUrl>
 #include <algorithm>
@@ -118,11 +119,18 @@ constexpr Form kSteeringForms[] = {Form::kLog,  Form::kShutdownReport, Form::kSe
 // In these somebody may have begun to write.
 constexpr Form kEditors[] = {Form::kSettings, Form::kWeek, Form::kSpecialDays, Form::kSelfTests};
 
-// That button is grey where the user may not steer.
+// That button is grey where the user may not steer, and so is the telephone number, which nobody
+// else gets to see. A window that was opened without it takes it over, so that no save loses it.
 void ShowRights(const Engine& engine, QWidget& window) {
   auto* button = window.findChild<QAbstractButton*>(window.property(kSteering).toString());
   if (!button || button->isEnabled() == engine.MaySteer()) return;
   button->setEnabled(engine.MaySteer());
+  if (auto* phone = window.findChild<QLineEdit*>("phone")) {
+    phone->setEnabled(engine.MaySteer());
+    if (engine.MaySteer() && phone->text().isEmpty()) {
+      phone->setText(QString::fromStdString(engine.Shown().PhoneCode));
+    }
+  }
   if (engine.MaySteer()) return button->setToolTip(button->property(kOwnTip).toString());
   button->setProperty(kOwnTip, button->toolTip());
   button->setToolTip(Pick(engine.Shown(), Message::kViewOnlyHint));

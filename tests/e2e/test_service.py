@@ -440,6 +440,20 @@ class AttachedWindowTest(OnTheBus):
         for home in homes:
             self.assertFalse((home / "System.log").exists(), "no engine of its own")
 
+    def test_settings_opened_without_the_service_do_not_lose_the_number(self):
+        self.write_settings('1,1,0,2,0,2,30,0,0,0,"5551234",0')
+        service = self.start_service()
+        self.start_window(MEMBER)
+        self.display.wait_for_window("Orvane")
+        service.terminate(signal.SIGKILL)
+        window = self.display.wait_for_window("Orvane - view only")
+        settings = self.display.strike(window, ("alt+s", "c"), "Configure")
+        self.start_service()
+        self.display.wait_for_window("Orvane")
+        self.display.key(settings, "shift+Tab", "shift+Tab", "shift+Tab", "Down", "Return")
+        wait_until(lambda: (self.folder / "Orvane.ini").read_bytes().endswith(b'"5551234",1\r\n'),
+                   "the number is saved with the language")
+
     def test_windows_go_together(self):
         service = self.start_service()
         self.wait_for_link()
@@ -491,7 +505,8 @@ class AttachedWindowTest(OnTheBus):
         self.wait_for_link()
         self.start_window(OUTSIDER)
         window = self.display.wait_for_window("Orvane - view only")
-        self.display.strike(window, ("alt+c", "p"), "Protection check")
+        # All entries above it are grey, so it is the first that can be chosen.
+        self.display.strike(window, ("alt+c", "Return"), "Protection check")
         env = {**self.env, **self.display.env, "HOME": str(self.folder / f"home-{OUTSIDER}")}
         told = subprocess.run([self.folder / "orvane", "--check"], env=env, cwd="/",
                               user=OUTSIDER, group=OUTSIDER, extra_groups=[], text=True,
