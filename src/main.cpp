@@ -110,6 +110,9 @@ MainForm* form_at_exit = nullptr;
 // The property of a window that names its button which changes something.
 constexpr const char* kSteering = "steering";
 
+// That says that it was opened without the right to change anything.
+constexpr const char* kOpenedBlind = "opened_blind";
+
 // The property of such a button that keeps its own tool tip.
 constexpr const char* kOwnTip = "own_tip";
 
@@ -120,24 +123,24 @@ constexpr Form kSteeringForms[] = {Form::kLog,  Form::kShutdownReport, Form::kSe
 constexpr Form kEditors[] = {Form::kSettings, Form::kWeek, Form::kSpecialDays, Form::kSelfTests};
 
 // That button is grey where the user may not steer, and so is the telephone number, which nobody
-// else gets to see. A window that was opened without it takes it over, so that no save loses it.
+// else gets to see. In a window that was opened without the right they stay so: it shows less than
+// there is, and saving it would lose the rest.
 void ShowRights(const Engine& engine, QWidget& window) {
   auto* button = window.findChild<QAbstractButton*>(window.property(kSteering).toString());
-  if (!button || button->isEnabled() == engine.MaySteer()) return;
-  button->setEnabled(engine.MaySteer());
-  if (auto* phone = window.findChild<QLineEdit*>("phone")) {
-    phone->setEnabled(engine.MaySteer());
-    if (engine.MaySteer() && phone->text().isEmpty()) {
-      phone->setText(QString::fromStdString(engine.Shown().PhoneCode));
-    }
-  }
-  if (engine.MaySteer()) return button->setToolTip(button->property(kOwnTip).toString());
-  button->setProperty(kOwnTip, button->toolTip());
-  button->setToolTip(Pick(engine.Shown(), Message::kViewOnlyHint));
+  if (!button) return;
+  if (button->isEnabled()) button->setProperty(kOwnTip, button->toolTip());
+  const bool blind = window.property(kOpenedBlind).toBool();
+  const bool may = engine.MaySteer() && !blind;
+  button->setEnabled(may);
+  button->setToolTip(
+      may ? button->property(kOwnTip).toString()
+          : Pick(engine.Shown(), engine.MaySteer() ? Message::kOpenAgain : Message::kViewOnlyHint));
+  if (auto* phone = window.findChild<QLineEdit*>("phone")) phone->setEnabled(may);
 }
 
 QWidget* WithRights(const Engine& engine, QWidget* window, const char* button) {
   window->setProperty(kSteering, button);
+  window->setProperty(kOpenedBlind, !engine.MaySteer());
   ShowRights(engine, *window);
   return window;
 }

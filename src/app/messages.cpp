@@ -241,6 +241,7 @@ constexpr Row kRows[] = {
     {Message::kViewOnlyHint, "Only members of the group orvane may change or order anything here.", "只有 orvane 组的成员才能在此更改设置或发出命令。"},
     {Message::kServiceWatches, "The service watches the UPS from now on. This window shows what it sees.", "从现在起由服务监视 UPS，本窗口显示其状态。"},
     {Message::kStartService, "Start it: sudo systemctl start orvane", "请启动服务：sudo systemctl start orvane"},
+    {Message::kOpenAgain, "The service was not there when this window opened. Please open it again.", "打开此窗口时服务未运行，请重新打开。"},
 };
 // clang-format on
 

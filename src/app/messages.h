@@ -254,9 +254,10 @@ enum class Message : std::size_t {
   kViewOnlyHint,
   kServiceWatches,
   kStartService,
+  kOpenAgain,
 };
 
-inline constexpr std::size_t kMessages = static_cast<std::size_t>(Message::kStartService) + 1;
+inline constexpr std::size_t kMessages = static_cast<std::size_t>(Message::kOpenAgain) + 1;
 
 // The text of a message, UTF-8. Constant time.
 std::string_view MessageText(Message message, Language language);

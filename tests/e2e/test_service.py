@@ -440,7 +440,7 @@ class AttachedWindowTest(OnTheBus):
         for home in homes:
             self.assertFalse((home / "System.log").exists(), "no engine of its own")
 
-    def test_settings_opened_without_the_service_do_not_lose_the_number(self):
+    def test_settings_opened_without_the_service_lose_nothing(self):
         self.write_settings('1,1,0,2,0,2,30,0,0,0,"5551234",0')
         service = self.start_service()
         self.start_window(MEMBER)
@@ -450,6 +450,9 @@ class AttachedWindowTest(OnTheBus):
         settings = self.display.strike(window, ("alt+s", "c"), "Configure")
         self.start_service()
         self.display.wait_for_window("Orvane")
+        self.display.key(settings, "Return", "Escape")
+        self.display.wait_for_end_of("Configure")
+        settings = self.display.strike(window, ("alt+s", "c"), "Configure")
         self.display.key(settings, "shift+Tab", "shift+Tab", "shift+Tab", "Down", "Return")
         wait_until(lambda: (self.folder / "Orvane.ini").read_bytes().endswith(b'"5551234",1\r\n'),
                    "the number is saved with the language")
