@@ -2,10 +2,13 @@
 
 #include <QCheckBox>
 #include <QGridLayout>
+#include <QGuiApplication>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPushButton>
+#include <QScreen>
 #include <QVBoxLayout>
+#include <algorithm>
 #include <initializer_list>
 #include <string>
 
@@ -19,7 +22,10 @@
 namespace orvane {
 namespace {
 
-constexpr int kFindingWidth = 6450;  // twips
+// In twips.
+constexpr int kFindingWidth = 6450;
+constexpr int kBesideFinding = 5100;
+
 constexpr int kShieldSize = 16;
 constexpr int kSummarySize = 32;
 constexpr int kSummaryFont = 16;
@@ -43,8 +49,10 @@ Message GradeWord(Grade grade) {
   return kWords[static_cast<std::size_t>(grade)];
 }
 
+// Less than designed where names, findings and ticks side by side are wider than the screen.
 int FindingWidth() {
-  return qRound(Pixels(kFindingWidth));
+  const int screen = QGuiApplication::primaryScreen()->availableSize().width();
+  return qRound(std::min(Pixels(kFindingWidth), screen - Pixels(kBesideFinding)));
 }
 
 QString Name(const char* what, int number) {

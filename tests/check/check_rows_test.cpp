@@ -195,6 +195,16 @@ TEST(CheckRowsTest, EachPointIsJudgedByWhatWasFound) {
   }
 }
 
+TEST(CheckRowsTest, RowsOfASessionTakeTheirPlaces) {
+  Computer computer;
+  const auto all = computer.Rows();
+  computer.outside.in_session = false;
+  auto rows = computer.Rows();
+  EXPECT_EQ(rows.size(), kCheckPoints - 3);
+  for (int i = 0; i < 2; ++i) rows = WithSession(rows, JudgeSession(computer.state, WellFound()));
+  EXPECT_EQ(rows, all);
+}
+
 TEST(CheckRowsTest, SummaryCountsThePoints) {
   Computer computer;
   computer.outside.autostart = Autostart::kOff;

@@ -84,17 +84,6 @@ TEST_F(ProtectionCheckTest, PortsAndSettingsAreLookedAt) {
   EXPECT_EQ(GradeOf(CheckPoint::kSettings), Grade::kNotReady);
 }
 
-TEST_F(ProtectionCheckTest, ChangesTheEntryOfTheDesktopAndSendsANotification) {
-  Start();
-  EXPECT_TRUE(form.Check().StartWithDesktop(false));
-  EXPECT_EQ(GradeOf(CheckPoint::kAutostart), Grade::kAttention);
-  inspector.may_write = false;
-  EXPECT_FALSE(form.Check().StartWithDesktop(true));
-  EXPECT_EQ(GradeOf(CheckPoint::kAutostart), Grade::kAttention);
-  form.Check().SendTestNotification();
-  EXPECT_EQ(host.shown.at(Notice::kTest).body, "Notifications reach this desktop.");
-}
-
 TEST_F(ProtectionCheckTest, TrayTellsTheStateAndTheSecondsLeft) {
   struct Row {
     const char* bits;
