@@ -36,14 +36,14 @@ void AppendStrings(sd_bus_message* message, std::initializer_list<const char*> t
   sd_bus_message_close_container(message);
 }
 
-// An empty variable counts as none (XDG Base Directory Specification).
+// An empty variable counts as none (XDG Base Directories).
 std::string Variable(const char* name, const std::string& otherwise) {
   const char* value = std::getenv(name);
   return value && *value ? value : otherwise;
 }
 
 // Whether the program of a unit `dbus-:1.2-NAME@0.service` is one that menus show: its desktop
-// entry has the same name (Desktop Entry Specification, D-Bus Activation). The others are helpers
+// entry has the same name (Desktop Entries, D-Bus Activation). The others are helpers
 // that nobody sees.
 bool HasDesktopEntry(const std::string& unit) {
   const std::size_t dash = unit.find('-', kBusUnit.size());

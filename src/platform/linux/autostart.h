@@ -1,4 +1,4 @@
-// The entry that has a program start with the desktop (Desktop Application Autostart Specification
+// The entry that has a program start with the desktop (XDG Autostart
 // 0.5).
 #pragma once
 

@@ -66,7 +66,7 @@ class Bus {
   bool Subscribe(const BusObject& object, const char* member,
                  std::function<void(sd_bus_message*)> on_signal, const std::string& first = {});
 
-  // The same for every message that the match rule `rule` lets through (D-Bus Specification, Match
+  // The same for every message that the match rule `rule` lets through (D-Bus, Match
   // Rules).
   bool Match(const char* rule, std::function<void(sd_bus_message*)> on_message);
 

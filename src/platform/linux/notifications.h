@@ -1,4 +1,4 @@
-// Notifications of the desktop (Desktop Notifications Specification 1.2,
+// Notifications of the desktop (Desktop Notifications 1.2,
 // org.freedesktop.Notifications).
 #pragma once
 

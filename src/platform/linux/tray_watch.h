@@ -1,4 +1,4 @@
-// Waits for a tray on the desktop (StatusNotifierWatcher of the StatusNotifierItem specification).
+// Waits for a tray on the desktop (StatusNotifierWatcher of StatusNotifierItem).
 #pragma once
 
 #include <functional>

@@ -1,4 +1,4 @@
-// The directories of the user who runs the program (XDG Base Directory Specification). No slash at
+// The directories of the user who runs the program (XDG Base Directories). No slash at
 // the end.
 #pragma once
 
