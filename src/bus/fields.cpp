@@ -192,6 +192,17 @@ int TakeRows(sd_bus_message* message, const State& state, std::vector<CheckRow>&
   return sd_bus_message_exit_container(message);
 }
 
+void AppendState(sd_bus_message* message, const State& state) {
+  const auto& slots = state.Settings;
+  sd_bus_message_open_container(message, SD_BUS_TYPE_DICT_ENTRY, "sv");
+  sd_bus_message_append(message, "s", "settings");
+  sd_bus_message_open_container(message, SD_BUS_TYPE_VARIANT, "an");
+  sd_bus_message_append_array(message, 'n', slots.data(), sizeof slots);
+  sd_bus_message_close_container(message);
+  sd_bus_message_close_container(message);
+  sd_bus_message_append(message, "{sv}", "countdown", "i", state.ShutdownCountdown);
+}
+
 int TakeSettings(sd_bus_message* message, State& state) {
   const void* slots = nullptr;
   std::size_t size = 0;

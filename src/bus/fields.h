@@ -34,6 +34,9 @@ void AppendRows(sd_bus_message* message, const std::vector<CheckRow>& rows);
 // Negative where the value has another type. Rows of points that are not known are passed over.
 int TakeRows(sd_bus_message* message, const State& state, std::vector<CheckRow>& rows);
 
+// What goes along with the panel: the settings' numbers and the count.
+void AppendState(sd_bus_message* message, const State& state);
+
 // The settings' numbers, and the language that they choose.
 int TakeSettings(sd_bus_message* message, State& state);
 

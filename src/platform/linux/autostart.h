@@ -1,5 +1,4 @@
-// The entry that has a program start with the desktop (XDG Autostart
-// 0.5).
+// The entry that has a program start with the desktop (XDG Autostart 0.5).
 #pragma once
 
 #include <string>
