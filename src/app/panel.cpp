@@ -35,7 +35,6 @@ void Panel::Design() {
   for (Label* warning : {&supply_warning, &overload_warning}) warning->Design("", kRed, false);
   for (Label* line : {&status_line, &port_line, &clock}) line->Design("", kBlack, true);
   bar_face.Visible(true);
-  dial_face.Visible(true);
 }
 
 }  // namespace orvane

@@ -90,7 +90,7 @@ void FollowFaces(Panel& panel, QWidget* bars, QWidget* dials) {
     bars->setToolTip(QString::fromStdString(panel.bar_face.ToolTipText()));
     dials->setToolTip(QString::fromStdString(panel.dial_face.ToolTipText()));
     bars->setVisible(panel.bar_face.Visible());
-    dials->setVisible(panel.dial_face.Visible() && !panel.bar_face.Visible());
+    dials->setVisible(!panel.bar_face.Visible());
   };
   panel.bar_face.Observer = refresh;
   panel.dial_face.Observer = refresh;

@@ -4,6 +4,7 @@
 #include <QApplication>
 #include <QImage>
 #include <QWidget>
+#include <cstdlib>
 #include <string>
 
 namespace orvane::test {
@@ -27,13 +28,26 @@ inline void Present(QWidget& window) {
   QApplication::processEvents();
 }
 
-// The pixels of one colour.
-inline int CountOf(const QColor& colour, const QImage& picture) {
-  int count = 0;
-  for (int x = 0; x < picture.width(); ++x) {
-    for (int y = 0; y < picture.height(); ++y) count += picture.pixelColor(x, y) == colour;
+// Where two pictures differ by more than so much of any colour, 0 to 255; empty where they do not.
+inline std::string Difference(const QImage& one, const QImage& other, int most) {
+  if (one.size() != other.size()) return "in size";
+  QRect where;
+  for (int x = 0; x < one.width(); ++x) {
+    for (int y = 0; y < one.height(); ++y) {
+      const QColor a = one.pixelColor(x, y), b = other.pixelColor(x, y);
+      if (std::abs(a.red() - b.red()) > most || std::abs(a.green() - b.green()) > most ||
+          std::abs(a.blue() - b.blue()) > most) {
+        where |= QRect(x, y, 1, 1);
+      }
+    }
   }
-  return count;
+  if (where.isNull()) return {};
+  return QString("at %1,%2 to %3,%4")
+      .arg(where.left())
+      .arg(where.top())
+      .arg(where.right())
+      .arg(where.bottom())
+      .toStdString();
 }
 
 }  // namespace orvane::test

@@ -43,28 +43,6 @@ struct RecordsWindowsTest : OpenedWindow {
   }
 };
 
-TEST_F(RecordsWindowsTest, DayIsDrawnInMarksAndCounts) {
-  Records(1, "2001-02-16 00", 0);
-  Records(100, "2001-02-16 14", 1);
-  Records(10, "2001-02-16 15", 1);
-  Records(1, "2001-02-16 23", 2);
-  OpenDays();
-  const QImage picture = window->grab().toImage();
-  const std::pair<const char*, QColor> marks[] = {
-      {"mark_0", {0, 0, 255}}, {"mark_38", {255, 255, 0}}, {"mark_71", {255, 0, 0}}};
-  for (const auto& [name, colour] : marks) {
-    EXPECT_EQ(picture.pixelColor(Part(*window, name).geometry().center()), colour) << name;
-  }
-  // A count of many digits has room up to the next mark.
-  const QRect count = Part(*window, "count_38").geometry();
-  EXPECT_FALSE(count.intersects(Part(*window, "mark_39").geometry()));
-  EXPECT_GE(count.width(), 19);
-  EXPECT_GE(Part(*window, "count_39").width(), 14);
-  EXPECT_EQ(Part(*window, "day").accessibleDescription(),
-            "00:00–00:59  Schedule Down: 1; 14:00–14:59  AC Fail: 100; "
-            "15:00–15:59  AC Fail: 10; 23:00–23:59  UPS Batt. Low: 1");
-}
-
 TEST_F(RecordsWindowsTest, LargerDayHasLargerFramesAndTheSameButtons) {
   Records(1, "2001-02-16 23", 1);
   OpenDays();
