@@ -158,15 +158,5 @@ TEST_F(ReplyDecoderTest, EachReplyCountsInFrontOfAndBehindAnother) {
   }
 }
 
-TEST_F(ReplyDecoderTest, InformationFieldsHaveTheirPlacesAndUnits) {
-  ups_port.Receive(" OV-1000 ,700, 2.1,220,x,8 , 12,y,z\r");
-  const PerUpsDatum<const char*> expected = {{"8", "OV-1000", "2.1", "220V", "700W", "12V"}};
-  for (const UpsDatum datum : kUpsData) {
-    EXPECT_EQ(panel.information[datum].Caption(), expected[datum]);
-  }
-  // It answers a poll but brings no link up.
-  EXPECT_EQ(panel.link.ForeColor(), kRed);
-}
-
 }  // namespace
 }  // namespace orvane::test

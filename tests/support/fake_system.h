@@ -29,7 +29,8 @@ class FakeHost : public Host {
   // Runs while the companion does.
   std::function<void()> OnRun;
   std::vector<std::string> reports;
-  // The notifications that stand, and title and text of each that was shown.
+  // The notifications that stand, and title and text of each that was shown: with ! if it is urgent
+  // and with * if it stays.
   std::map<Notice, Notification> shown;
   std::vector<std::string> notified;
 
@@ -48,7 +49,8 @@ class FakeHost : public Host {
   void KeepAwake(bool on) override { kept_awake = on; }
   void ShowNotification(Notice notice, const Notification& notification) override {
     shown[notice] = notification;
-    notified.push_back(notification.title + ": " + notification.body);
+    notified.push_back(notification.title + (notification.urgent ? "!" : "") +
+                       (notification.stays ? "*" : "") + ": " + notification.body);
   }
   void WithdrawNotification(Notice notice) override { shown.erase(notice); }
   void Beep() override { events_.push_back("Beep"); }

@@ -16,7 +16,7 @@ const std::string kReportFile = "/windows/SaverApp.INI";
 
 constexpr const char* kReport =
     "[Main]\r\nShowMsg=1\r\nAppNumber=2\r\nApp0=Editor\r\nApp1=Sheet\r\n"
-    "[Editor]\r\nTitle=Letter\r\nFileNumber=2\r\nFile0=a.txt\r\nFile1=b.txt\r\n"
+    "[Editor]\r\nTitle=Letter\r\nFileNumber=2\r\nFile0=a.txt\r\nFile1=信.txt\r\n"
     "[Sheet]\r\nTitle=Budget\r\nFileNumber=1\r\nFile0=c.csv\r\n";
 
 struct RecordsWindowsTest : OpenedWindow {
@@ -123,7 +123,7 @@ TEST_F(RecordsWindowsTest, ChosenApplicationTellsItsFiles) {
   EXPECT_EQ(Lines("applications"), (QStringList{"Letter", "Budget"}));
   EXPECT_EQ(Lines("files"), QStringList{});
   QTest::keyClick(window->focusWidget(), Qt::Key_Down);
-  EXPECT_EQ(Lines("files"), (QStringList{"a.txt", "b.txt"}));
+  EXPECT_EQ(Lines("files"), (QStringList{"a.txt", "信.txt"}));
   ClickLine(1);
   EXPECT_EQ(Lines("files"), QStringList{"c.csv"});
   // A click on what is selected already reads it anew.
