@@ -1,22 +1,21 @@
-// Dates and times as the program writes them, and two small questions about the calendar.
+// Dates and times as the program writes them.
 #pragma once
 
+#include <chrono>
 #include <string>
 
 #include "platform/clock.h"
 
 namespace orvane {
 
-// The Gregorian rule: every fourth year, but of the centuries only every fourth.
-bool IsLeapYear(int year);
-
-// 2 for a month of 31 days, 1 for one of 30, 0 for February, -1 for a number that is no month.
-int MonthKind(int month);
+// The day of a time on the wall.
+std::chrono::year_month_day DateOf(const LocalTime& time);
 
 // 1 Monday to 7 Sunday (ISO 8601).
 int Weekday(const LocalTime& time);
 
 // "yyyy-MM-dd" (ISO 8601 calendar date).
+std::string DateText(const std::chrono::year_month_day& date);
 std::string DateText(const LocalTime& time);
 
 // "H:mm:ss", 24-hour clock, the hour without a leading zero.

@@ -1,7 +1,6 @@
 #include "link/status_evaluation.h"
 
 #include <cstdio>
-#include <cstdlib>
 #include <iterator>
 #include <utility>
 
@@ -45,7 +44,7 @@ constexpr PerFault<FaultRecord> kRecords = {
 bool CallAsked(std::int16_t conditions, Fault fault) {
   if (fault == Fault::kMains) return conditions / 100 == 1;
   char digits[16];
-  std::snprintf(digits, sizeof digits, "%s%03d", conditions < 0 ? "-" : "", std::abs(conditions));
+  std::snprintf(digits, sizeof digits, "%.3d", conditions);
   return digits[static_cast<std::size_t>(fault)] == '1';
 }
 

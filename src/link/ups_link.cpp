@@ -108,7 +108,8 @@ bool UpsLink::Try(int number) {
 }
 
 bool UpsLink::SearchPort() {
-  if (found_port_ != 0 && Try(found_port_)) return true;
+  // No port has the number 0, which stands for none found.
+  if (Try(found_port_)) return true;
   for (int number = 1; number <= kLastPort; ++number) {
     if (Try(number)) return true;
   }

@@ -4,10 +4,10 @@
 #pragma once
 
 #include <array>
+#include <chrono>
 #include <cstddef>
 #include <cstdint>
 #include <string>
-#include <string_view>
 
 #include "platform/clock.h"
 #include "platform/disk.h"
@@ -75,7 +75,7 @@ class DayHistory {
   void ShowPreviousRecords();
 
   // The day shown, as "yyyy-MM-dd".
-  const std::string& Date() const { return date_; }
+  std::string Date() const;
 
   // Whether the mark and the count of a cell are to be seen.
   bool Visible(int cell) const { return grid_[static_cast<std::size_t>(cell)].visible; }
@@ -95,24 +95,19 @@ class DayHistory {
   void ShowDay();
   void MarkCell(int cell);
   void ClearDayGrid();
-  void Turn(std::string date);
+  void Turn(const std::chrono::year_month_day& day);
   void TurnTo(std::uint32_t key);
 
   const Disk& disk_;
   const Clock& clock_;
   std::string path_;
 
-  DayRecords records_;  // as read by the load
-  std::string date_;    // the day shown
+  DayRecords records_;               // as read by the load
+  std::chrono::year_month_day day_;  // the one shown
   std::array<Cell, kGridCells> grid_{};
   // Events of cell 0, which reach its count when the day is complete. Stays at its highest value
   // when more fall into that one hour.
   std::int16_t cell_zero_count_ = 0;
 };
-
-// The day behind and the day before `date`, a text of year, "-", two digits of the month, "-" and
-// two digits of the day. There is no first and no last day.
-std::string NextDay(std::string_view date);
-std::string PreviousDay(std::string_view date);
 
 }  // namespace orvane

@@ -47,19 +47,6 @@ class Reader {
   std::string_view rest_;
 };
 
-int DaysIn(int year, int month) {
-  switch (MonthKind(month)) {
-    case 2:
-      return 31;
-    case 1:
-      return 30;
-    case 0:
-      return IsLeapYear(year) ? 29 : 28;
-    default:
-      return 0;
-  }
-}
-
 }  // namespace
 
 std::string TimeForm(const LocalTime& time) {
@@ -75,8 +62,9 @@ std::optional<std::string> ReadDate(std::string_view text) {
   const auto month = reader.Digits(1, 2);
   if (!month || !reader.Skip(separator)) return std::nullopt;
   const auto day = reader.Digits(1, 2);
-  if (!day || !reader.AtEnd() || *day < 1 || *day > DaysIn(*year, *month)) return std::nullopt;
-  return DateText({.year = *year, .month = *month, .day = *day});
+  if (!day || !reader.AtEnd()) return std::nullopt;
+  const auto date = std::chrono::year{*year} / *month / *day;
+  return date.ok() ? std::optional(DateText(date)) : std::nullopt;
 }
 
 std::optional<std::string> ReadTime(std::string_view text) {

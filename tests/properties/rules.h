@@ -7,6 +7,7 @@
 #include <optional>
 #include <string>
 
+#include "app/calendar.h"
 #include "platform/clock.h"
 
 namespace orvane::test {
@@ -130,10 +131,7 @@ struct Appointment {
   LocalTime at;
 
   bool Due(const LocalTime& now) const {
-    using namespace std::chrono;
-    const year_month_day today = year{now.year} / now.month / now.day;
-    const bool day = weekday == 0 ? today == year{at.year} / at.month / at.day
-                                  : std::chrono::weekday{today}.iso_encoding() == unsigned(weekday);
+    const bool day = weekday == 0 ? DateOf(now) == DateOf(at) : Weekday(now) == weekday;
     return day && at.hour == now.hour && at.minute == now.minute;
   }
 };

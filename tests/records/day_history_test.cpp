@@ -5,7 +5,6 @@
 
 #include <map>
 
-#include "app/calendar.h"
 #include "support/world.h"
 
 namespace orvane::test {
@@ -112,23 +111,6 @@ TEST(DayHistory, StepsShowOtherDaysOfTheFileAsItWasAtTheLoad) {
   history.form.Load();
   EXPECT_EQ(history.form.Date(), "2001-02-17");
   EXPECT_EQ(history.Shown(), Marks{});
-}
-
-// Every day of four centuries, which is a whole round of leap years, and over the end of the years
-// of four digits, against the calendar of the standard library.
-TEST(DayHistory, StepsThroughTheWholeCalendar) {
-  using namespace std::chrono;
-  const sys_days first = year{9699} / December / 31;
-  std::string day = "9699-12-31";
-  for (sys_days date = first + days{1}; date < sys_days{year{10100} / January / 2};
-       date += days{1}) {
-    const year_month_day ymd{date};
-    const std::string expected = DateText({int{ymd.year()}, static_cast<int>(unsigned{ymd.month()}),
-                                           static_cast<int>(unsigned{ymd.day()}), 0, 0, 0});
-    ASSERT_EQ(NextDay(day), expected);
-    ASSERT_EQ(PreviousDay(expected), day);
-    day = expected;
-  }
 }
 
 }  // namespace

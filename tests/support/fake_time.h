@@ -7,6 +7,7 @@
 #include <functional>
 #include <vector>
 
+#include "app/calendar.h"
 #include "platform/clock.h"
 #include "platform/timer.h"
 
@@ -45,8 +46,7 @@ class FakeTime : public Clock {
   // Sets the clock on the wall; the steady clock and the timers take no notice.
   void SetWall(LocalTime now) {
     using namespace std::chrono;
-    const sys_days date = year{now.year} / now.month / now.day;
-    wall_ = date + hours(now.hour) + minutes(now.minute) + seconds(now.second);
+    wall_ = sys_days{DateOf(now)} + hours(now.hour) + minutes(now.minute) + seconds(now.second);
   }
 
  private:
