@@ -60,7 +60,6 @@ void Recorder::Look() {
   const sys_seconds now = clock_.SystemSeconds();
   if (last_look_ && (now < *last_look_ || now - *last_look_ > kLongestBlink)) {
     CloseAll(*last_look_, Ending::kUnknown);
-    CloseMinute();
   }
   last_look_ = now;
   if (minute_ && floor<minutes>(now) != minute_->begin) CloseMinute();

@@ -1,5 +1,6 @@
 #include "link/reply_decoder.h"
 
+#include <algorithm>
 #include <cmath>
 #include <optional>
 
@@ -72,23 +73,11 @@ void Show(Label& label, std::optional<float> value) {
   if (value) label.Caption(NumberText(*value));
 }
 
-// A failed comparison holds.
-template <class T>
-bool Above(std::optional<T> value, T limit) {
-  return !value || *value > limit;
-}
-
-template <class T>
-bool Below(std::optional<T> value, T limit) {
-  return !value || *value < limit;
-}
-
-// The value's place on a scale, both ends included.
+// The value's place on a scale, both ends included. What is no number stands at the upper end.
 template <class T>
 std::int16_t OnScale(std::optional<T> value, int low, int high) {
-  if (Above(value, static_cast<T>(high))) return static_cast<std::int16_t>(high);
-  if (Below(value, static_cast<T>(low))) return static_cast<std::int16_t>(low);
-  return static_cast<std::int16_t>(RoundHalfEven(static_cast<double>(*value)));
+  const auto figure = static_cast<double>(value.value_or(static_cast<T>(high)));
+  return static_cast<std::int16_t>(RoundHalfEven(std::clamp<double>(figure, low, high)));
 }
 
 // Nothing also when the double is beyond a 32-bit float.
@@ -137,7 +126,7 @@ void ReplyDecoder::DecodeStatus() {
 
     const auto input = ReadSingle(Cut(text, kInputVoltage));
     const auto output = ReadSingle(Cut(text, kOutputVoltage));
-    const bool doubled = Below(output, 150.0F);
+    const bool doubled = !output || *output < 150.0F;
     Show(value[Gauge::kInput], doubled ? Doubled(input) : input);
     set_gauge(Gauge::kInput, OnScale(ReadNumber(value[Gauge::kInput].Caption()), 200, 250));
 
@@ -146,7 +135,7 @@ void ReplyDecoder::DecodeStatus() {
 
     const auto load = ReadInteger(Cut(text, kLoadPercent));
     if (load) value[Gauge::kLoad].Caption(NumberText(int{*load}));
-    set_gauge(Gauge::kLoad, Above(load, std::int16_t{125}) ? std::int16_t{125} : *load);
+    set_gauge(Gauge::kLoad, std::min<std::int16_t>(load.value_or(125), 125));
     evaluation_.Overload(load);
 
     const auto figure = ReadSingle(Cut(text, kBatteryVoltage));

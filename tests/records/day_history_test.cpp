@@ -69,8 +69,9 @@ TEST(DayHistory, CountsTheGoodRecordsOfADay) {
        "\"\n2001-02-16 14 1\"\n\"\n2001-02-16 14 1\"\n",
        {{38, 1}}},
       {"characters, not bytes, are counted",
-       "अ\n2001-02-16 14 1”\r\né\n2001-02-16 14 1”\r\n\U00020000\n2001-02-16 14 1”\r\n",
-       {{38, 3}}},
+       "अ\n2001-02-16 14 1”\r\né\n2001-02-16 14 1”\r\n\U00020000\n2001-02-16 14 1”\r\n"
+       "\"é2001-02-16 14 1\r\n\"\n2001-02-16é14 1\r\n\"\n2001-02-16 14é1\r\n",
+       {{38, 6}}},
       {"a byte of no character counts as one", "\xFF\n2001-02-16 14 1\"\r\n" + good, {{38, 2}}},
       {"cell 0 keeps its highest count",
        Times(32770, zero) + Times(32770, Record(today, "01", "0")),

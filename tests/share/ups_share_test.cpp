@@ -52,12 +52,17 @@ TEST(UpsShareTest, TellsWhatIsKnownAndNoMore) {
   ups.panel.information[UpsDatum::kRatedPower].Caption("1000VA");
   EXPECT_EQ(ups.Variable("ups.power.nominal"), "\"1000\"");
   EXPECT_EQ(ups.Variable("ups.realpower.nominal"), "none");
+  ups.silent = true;
+  ups.Polls(5);
+  EXPECT_EQ(ups.Variable("battery.voltage"), "none");
 }
 
 TEST(UpsShareTest, ChangesAreToldAsTheyComeAndSilenceIsStale) {
   SharedUps ups;
   const Peer quiet = ups.share_server.Call();
   ups.share_server.Say(quiet, "NOBROADCAST\n");
+  const Peer off = ups.share_server.Call();
+  ups.share_server.Say(off, "BROADCAST 0\n");
   ups.Poll();
   EXPECT_NE(ups.Heard().find("SETINFO ups.status \"OL\"\nDATAOK\n"), std::string::npos);
   ups.Polls(2);
@@ -72,7 +77,7 @@ TEST(UpsShareTest, ChangesAreToldAsTheyComeAndSilenceIsStale) {
   ups.silent = false;
   ups.Poll();
   EXPECT_NE(ups.Heard().find("\"OB\"\nDATAOK\n"), std::string::npos);
-  EXPECT_EQ(ups.share_server.Heard(quiet), "");
+  EXPECT_EQ(ups.share_server.Heard(quiet) + ups.share_server.Heard(off), "");
   ups.share_server.Say(quiet, "BROADCAST 1\n");
   ups.NextReply(kAllWell);
   EXPECT_EQ(ups.share_server.Heard(quiet), "SETINFO ups.status \"OL\"\n");
@@ -88,7 +93,7 @@ TEST(UpsShareTest, OrdersHaveTheirAnswers) {
       {"SET ups.id \"a b\"\nSET ups.id \"a b\" TRACKING 5-a\n", "TRACKING 5-a 1\n"},
       {"INSTCMD load.off TRACKING x\n", "TRACKING x 1\n"},
       {"INSTCMD beeper.toggle 5 TRACKING x\n", "TRACKING x 2\n"},
-      {"INSTCMD beeper.toggle 5\nINSTCMD\nping\nNONSENSE a b\n", ""},
+      {"INSTCMD beeper.toggle 5\nINSTCMD\nINSTCMD TRACKING x\nping\nNONSENSE a b\n", ""},
       {long_word + "\nPING " + long_word + "\nPING\n", "PONG\n"},
       {"PING a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a\n", ""},
   };
