@@ -11,25 +11,34 @@ NOBODY = 65534
 
 class InstalledTest(OrvaneTest):
 
-    def test_new_user_begins_with_careful_settings(self):
+    def setUp(self):
+        super().setUp()
         self.folder.chmod(0o755)
-        prefix = self.folder / "usr"
-        subprocess.run(["cmake", "--install", BUILD, "--prefix", prefix], check=True,
+        self.prefix = self.folder / "usr"
+        subprocess.run(["cmake", "--install", BUILD, "--prefix", self.prefix], check=True,
                        stdout=subprocess.DEVNULL)
-        place = prefix / "lib/orvane"
-        place.chmod(0o555)
-        self.addCleanup(place.chmod, 0o755)
+        self.place = self.prefix / "lib/orvane"
+        self.place.chmod(0o555)
+        self.addCleanup(self.place.chmod, 0o755)
+        # Nothing holds root back but being somebody else.
+        self.user = {"user": NOBODY} if os.getuid() == 0 else {}
+
+    def give(self, *paths):
+        """To the user who runs the program."""
+        for path in paths if self.user else ():
+            os.chown(path, NOBODY, NOBODY)
+
+    def test_new_user_begins_with_careful_settings(self):
         home = self.folder / "home"
         home.mkdir()
-        user = {"user": NOBODY} if os.getuid() == 0 else {}
-        if user:
-            os.chown(home, NOBODY, NOBODY)
+        self.give(home)
         environment = self.environment(HOME=str(home), LC_ALL="zh_CN.UTF-8")
         del environment["XDG_DATA_HOME"]
         settings = home / ".local/share/orvane/Orvane.ini"
 
         def start():
-            orvane = self.start_process(place / "orvane", env=environment, cwd="/", **user)
+            orvane = self.start_process(self.place / "orvane", env=environment, cwd="/",
+                                        **self.user)
             wait_until((settings.parent / "System.log").exists, "the program has begun")
             self.assertEqual(orvane.terminate(), 0, orvane.errors)
 
@@ -43,30 +52,18 @@ class InstalledTest(OrvaneTest):
         self.assertFalse(settings.exists())
 
     def test_user_who_may_not_write_there_has_files_of_his_own(self):
-        self.folder.chmod(0o755)
-        prefix = self.folder / "usr"
-        subprocess.run(["cmake", "--install", BUILD, "--prefix", prefix], check=True,
-                       stdout=subprocess.DEVNULL)
-        place = prefix / "lib/orvane"
         data = self.folder / "home/orvane"
         data.mkdir(parents=True)
         self.write_settings('1,0,3,0,5,0,30,1,3,0,"",0', data)
         self.write_platform(data)
-        # Nothing holds root back but being somebody else.
-        user = {"user": NOBODY} if os.getuid() == 0 else {}
-        if user:
-            for path in (data.parent, data, *data.iterdir()):
-                os.chown(path, NOBODY, NOBODY)
-        place.chmod(0o555)
-        self.addCleanup(place.chmod, 0o755)
-
-        ups = self.start_simulator(link=data / "ups", program=prefix / "bin/orvane-ups-sim",
-                                   **user)
-        environment = self.environment(PATH=f"{prefix}/bin", HOME=str(data.parent),
+        self.give(data.parent, data, *data.iterdir())
+        ups = self.start_simulator(link=data / "ups", program=self.prefix / "bin/orvane-ups-sim",
+                                   **self.user)
+        environment = self.environment(PATH=f"{self.prefix}/bin", HOME=str(data.parent),
                                        XDG_DATA_HOME=str(data.parent))
-        entry = (prefix / "share/applications/orvane.desktop").read_text(encoding="utf-8")
+        entry = (self.prefix / "share/applications/orvane.desktop").read_text(encoding="utf-8")
         orvane = self.start_process(re.search("^Exec=(.*)$", entry, re.MULTILINE)[1],
-                                    env=environment, cwd="/", **user)
+                                    env=environment, cwd="/", **self.user)
         ups.wait_for("MD")
         ups.order("mains off")
         wait_until(lambda: len(orvane.complaints()) == 1, "the end of the way down")
@@ -75,4 +72,5 @@ class InstalledTest(OrvaneTest):
         self.assertEqual(self.log_messages(data),
                          ["Program start", "AC fail", "System shutdown", "Program end"])
         self.assertIn("AppNumber=0", (data / "SaverApp.INI").read_text(encoding="utf-8"))
-        self.assertEqual({path.name for path in place.iterdir()}, {"orvane", "orvane-service", "exit.exe"})
+        self.assertEqual({path.name for path in self.place.iterdir()},
+                         {"orvane", "orvane-service", "exit.exe"})

@@ -108,18 +108,5 @@ TEST_F(UpsModelTest, ShutdownComesAfterItsDelayAndTheMainsEndIt) {
   Play({">S.5", ">S01", "+59", "=00000011", "+1", "=", ">C", "=00000001"});
 }
 
-TEST_F(UpsModelTest, RepliesInPiecesOrNotAtAll) {
-  Play({"split"});
-  std::string text = Ask("Q1");
-  EXPECT_LT(text.size(), 47U);
-  while (ups.Next()) {
-    ups.Advance(*ups.Next());
-    text += ups.Take();
-  }
-  EXPECT_EQ(text, ups.StatusReply());
-  ups.Receive("Q1\r");
-  Play({"mute", "+10", "=", "unmute", "split off", "=00000001"});
-}
-
 }  // namespace
 }  // namespace orvane::test
