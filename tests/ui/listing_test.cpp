@@ -103,6 +103,7 @@ QString Reviewed(const std::string& name, const QString& now) {
 
 TEST(ListingTest, WindowsHoldWhatSomebodyHasLookedAt) {
   for (const shots::Shot& shot : shots::Shots()) {
+    shots::Use(shot.desktop);
     for (const Language language : {Language::kEnglish, Language::kChinese}) {
       shots::Stage stage(language);
       const std::unique_ptr<QWidget> window = shot.make(stage);
@@ -119,6 +120,7 @@ TEST(ListingTest, WindowsHoldWhatSomebodyHasLookedAt) {
       EXPECT_EQ(Difference(window->grab().toImage(), page, 40), "") << name;
     }
   }
+  shots::Use(shots::Desktop::kPlain);
 }
 
 TEST(ListingTest, MessagesSayWhatSomebodyHasRead) {

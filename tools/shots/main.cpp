@@ -26,6 +26,7 @@ bool Save(const QImage& picture, const QString& path) {
 }
 
 bool Take(const Shot& shot, const LanguageRow& language, const QDir& directory) {
+  Use(shot.desktop);
   Stage stage(language.language);
   const std::unique_ptr<QWidget> window = shot.make(stage);
   window->show();

@@ -1,10 +1,13 @@
 #include "shots/shots.h"
 
+#include <QApplication>
+
 #include "shots/boxes.h"
 #include "shots/history.h"
 #include "shots/main_form.h"
 #include "shots/records.h"
 #include "shots/settings.h"
+#include "ui/look.h"
 
 namespace orvane::shots {
 namespace {
@@ -38,12 +41,34 @@ constexpr Shot kShots[] = {
     {"week", Week},
     {"special-days", Special},
     {"self-tests", SelfTest},
+    {"main-dark", BatteryLow, Desktop::kDarkAndLarge},
+    {"needles-dark", NeedlesBeyond, Desktop::kDarkAndLarge},
+    {"day-dark", DayWithEvents, Desktop::kDarkAndLarge},
+    {"history-dark", HistoryOfAWeek, Desktop::kDarkAndLarge},
+    {"settings-dark", Setup, Desktop::kDarkAndLarge},
+    {"check-dark", CheckWithOpenPoints, Desktop::kDarkAndLarge},
+    {"alert-dark", Alert, Desktop::kDarkAndLarge},
+    {"week-dark", Week, Desktop::kDarkAndLarge},
 };
 
 }  // namespace
 
 std::span<const Shot> Shots() {
   return kShots;
+}
+
+// As the platform theme of a desktop does it before the program's own look.
+void Use(Desktop desktop) {
+  const bool dark = desktop == Desktop::kDarkAndLarge;
+  const QColor ground = dark ? QColor(50, 50, 50) : QColor(239, 239, 239);
+  QPalette palette(ground, ground);
+  palette.setColor(QPalette::WindowText, dark ? Qt::white : Qt::black);
+  palette.setColor(QPalette::Base, dark ? QColor(30, 30, 30) : Qt::white);
+  QApplication::setPalette(palette);
+  QFont font = QApplication::font();
+  font.setPixelSize(dark ? 18 : 12);
+  QApplication::setFont(font);
+  look::Apply(*qApp);
 }
 
 }  // namespace orvane::shots
