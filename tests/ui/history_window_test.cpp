@@ -89,6 +89,8 @@ TEST_F(HistoryWindowTest, KeysAndWheelZoomAndWalk) {
       {"wheel aside", [](HistoryWindowTest& test) { test.Wheel(1, Qt::ShiftModifier); },
        present - hours(27), present - hours(3)},
       {"a week", [](HistoryWindowTest& test) { test.Push("week"); }, present - hours(168), present},
+      {"and again", [](HistoryWindowTest& test) { test.Push("week"); }, present - hours(168),
+       present},
   };
   for (const auto& [name, act, from, to] : kSteps) {
     SCOPED_TRACE(name);
@@ -97,6 +99,7 @@ TEST_F(HistoryWindowTest, KeysAndWheelZoomAndWalk) {
     EXPECT_LE(std::chrono::abs(chart->From() - from), minutes(2));
     EXPECT_LE(std::chrono::abs(chart->To() - to), minutes(2));
   }
+  EXPECT_TRUE(Part<QAbstractButton>(*window, "week").isChecked());
 }
 
 TEST_F(HistoryWindowTest, TheListLeadsToItsOutagesAndGrowsWithThem) {

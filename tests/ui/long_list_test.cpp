@@ -54,6 +54,7 @@ TEST(LongList, AsksForTheLinesInViewAlone) {
   for (const Qt::Key key : {Qt::Key_End, Qt::Key_Home, Qt::Key_Down}) empty.Press(key);
   EXPECT_TRUE(empty.asked.empty());
   EXPECT_FALSE(empty.list.indexAt({5, 5}).isValid());
+  EXPECT_EQ(shown.list.Lines().rowCount(shown.list.Lines().index(0)), 0);
 }
 
 TEST(LongList, GoesWhereTheKeysAndTheMouseSay) {
@@ -93,6 +94,7 @@ TEST(LongList, ALineIsCopiedAndReadOutAsShown) {
   EXPECT_EQ(list->cellAt(7, 0)->text(QAccessible::Name), "line 7");
   QAccessible::setActive(false);
   shown.list.Lines().Fill(1, [](int) { return QString(1'000'000, u'x'); });
+  EXPECT_FALSE(shown.list.horizontalScrollBar()->isVisible());
   EXPECT_EQ(shown.list.Lines().index(0).data().toString().size(), LineModel::kMostShown + 1);
 }
 
