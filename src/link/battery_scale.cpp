@@ -1,5 +1,6 @@
 #include "link/battery_scale.h"
 
+#include <algorithm>
 #include <cmath>
 
 #include "link/numbers.h"
@@ -29,19 +30,13 @@ bool IsCell(float volts) {
 }
 
 float UsualBattery(float volts) {
-  float nearest = kUsualBatteries[0];
-  for (const float battery : kUsualBatteries) {
-    if (std::abs(volts / kOnMains - battery) < std::abs(volts / kOnMains - nearest)) {
-      nearest = battery;
-    }
-  }
-  return nearest;
+  return std::ranges::min(kUsualBatteries, {},
+                          [volts](float battery) { return std::abs(volts / kOnMains - battery); });
 }
 
 int BatteryPercent(std::optional<float> cell_volts) {
-  if (!cell_volts || *cell_volts > kFullCell) return 100;
-  if (*cell_volts < kEmptyCell) return 0;
-  return RoundHalfEven((static_cast<double>(*cell_volts) - 1.72) * 10000 / 55);
+  const float volts = std::clamp(cell_volts.value_or(kFullCell), kEmptyCell, kFullCell);
+  return RoundHalfEven((static_cast<double>(volts) - 1.72) * 10000 / 55);
 }
 
 }  // namespace orvane
