@@ -139,7 +139,10 @@ TEST(UpsShareTest, PeersThatMisbehaveAreCutOffAndTheOthersStay) {
   EXPECT_EQ(ups.Say("PING\n"), "PONG\n");
   const Peer stuck = ups.share_server.Call();
   const Peer flood = ups.share_server.Call();
-  ups.share_server.stuck.insert(stuck);
+  const Peer gone = ups.share_server.Call();
+  ups.share_server.stuck = {stuck, gone};
+  ups.share_server.Say(gone, "PING\nINSTCMD beeper.toggle\n");
+  EXPECT_EQ(ups.ups_port.Wire().find("Q\r"), std::string::npos) << "what follows no longer counts";
   ups.NextReply(kMainsFailed);
   for (int i = 0; i < 5; ++i) ups.share_server.Say(flood, std::string(4096, 'x'));
   EXPECT_EQ(ups.share_server.Peers(), 1U);
