@@ -7,6 +7,8 @@
 #include <QLabel>
 #include <QPushButton>
 #include <QScreen>
+#include <QScrollArea>
+#include <QScrollBar>
 #include <QVBoxLayout>
 #include <algorithm>
 #include <initializer_list>
@@ -25,6 +27,7 @@ namespace {
 // In twips.
 constexpr int kFindingWidth = 6450;
 constexpr int kBesideFinding = 5100;
+constexpr int kBesideRows = 1950;  // title, summary and buttons
 
 constexpr int kShieldSize = 16;
 constexpr int kSummarySize = 32;
@@ -55,6 +58,40 @@ int FindingWidth() {
   return qRound(std::min(Pixels(kFindingWidth), screen - Pixels(kBesideFinding)));
 }
 
+// The rows: all of them where the screen is high enough, else as many as it shows, to be scrolled.
+class RowsArea : public QScrollArea {
+ public:
+  RowsArea(const QString& name, QWidget* parent) : QScrollArea(parent) {
+    setObjectName("rows");
+    setAccessibleName(name);
+    setFrameShape(NoFrame);
+    setWidgetResizable(true);
+    setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    setWidget(new QWidget(this));
+    for (QWidget* ground : {viewport(), widget()}) ground->setAutoFillBackground(false);
+  }
+
+  QSize sizeHint() const override {
+    QSize size = widget()->sizeHint();
+    if (size.height() > Room()) size += QSize(verticalScrollBar()->sizeHint().width(), 0);
+    return size.boundedTo({size.width(), Room()});
+  }
+  QSize minimumSizeHint() const override { return sizeHint(); }
+
+  bool eventFilter(QObject* object, QEvent* event) override {
+    const bool taken = QScrollArea::eventFilter(object, event);
+    if (event->type() == QEvent::LayoutRequest) {
+      // Keys scroll where there is something to scroll.
+      setFocusPolicy(widget()->sizeHint().height() > Room() ? Qt::TabFocus : Qt::NoFocus);
+      updateGeometry();
+    }
+    return taken;
+  }
+
+ private:
+  int Room() const { return screen()->availableSize().height() - qRound(Pixels(kBesideRows)); }
+};
+
 QString Name(const char* what, int number) {
   return QString::fromLatin1(what) + QString::number(number);
 }
@@ -76,9 +113,12 @@ CheckWindow::CheckWindow(Engine& engine)
   summary_->setFont(look::Face(kSummaryFont, true));
   head->addWidget(summary_, 1);
 
-  auto* grid = new QGridLayout;
+  auto* area = new RowsArea(windowTitle(), this);
+  column->addWidget(area);
+  auto* grid = new QGridLayout(area->widget());
+  grid->setContentsMargins({});
   grid->setHorizontalSpacing(kMargin);
-  column->addLayout(grid);
+  grid->setVerticalSpacing(column->spacing());
   for (int number = 0; number < static_cast<int>(kCheckPoints); ++number) {
     rows_.push_back(AddRow(*grid, number));
   }

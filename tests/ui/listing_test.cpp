@@ -56,6 +56,9 @@ QString LineOf(QWidget& part, const QWidget& window) {
   if (!described.isEmpty() && described != part.toolTip()) line += " described [" + described + ']';
   if (!part.toolTip().isEmpty()) line += " tip [" + part.toolTip() + ']';
   if (!part.isEnabled()) line += " disabled";
+  if (const auto* push = qobject_cast<QPushButton*>(&part); push && push->isDefault()) {
+    line += " default";
+  }
   if (Cuts(part, text)) line += " cut";
   const QPoint place = part.mapTo(&window, QPoint(0, 0));
   line +=
@@ -80,7 +83,9 @@ QString MenusOf(const QWidget& window) {
 // Named parts and pictures only: the others belong to the toolkit.
 QString ListingOf(const QWidget& window) {
   QString lines = "window " + window.objectName() + " [" + window.windowTitle() + "] ";
-  lines += QString("%1x%2\n").arg(window.width()).arg(window.height()) + MenusOf(window);
+  const QSize least = window.minimumSize().expandedTo(window.minimumSizeHint());
+  lines += QString("%1x%2 ").arg(window.width()).arg(window.height());
+  lines += QString("at least %1x%2\n").arg(least.width()).arg(least.height()) + MenusOf(window);
   for (auto* part : window.findChildren<QWidget*>()) {
     const auto* label = qobject_cast<QLabel*>(part);
     const bool picture = label && !label->pixmap().isNull();
