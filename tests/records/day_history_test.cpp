@@ -70,7 +70,8 @@ TEST(DayHistory, CountsTheGoodRecordsOfADay) {
        {{38, 1}}},
       {"characters, not bytes, are counted",
        "अ\n2001-02-16 14 1”\r\né\n2001-02-16 14 1”\r\n\U00020000\n2001-02-16 14 1”\r\n"
-       "\"é2001-02-16 14 1\r\n\"\n2001-02-16é14 1\r\n\"\n2001-02-16 14é1\r\n",
+       "\"é2001-02-16 14 1\r\n\"\n2001-02-16é14 1\r\n\"\n2001-02-16 14é1" +
+           std::string(1000, 'x') + "\r\n",
        {{38, 6}}},
       {"a byte of no character counts as one", "\xFF\n2001-02-16 14 1\"\r\n" + good, {{38, 2}}},
       {"cell 0 keeps its highest count",
