@@ -122,13 +122,17 @@ TEST(UpsShareTest, OthersGoDownBeforeTheUpsIsTold) {
     ups.events.clear();
     ups.dialogs.answer = true;
     ups.ups_port.OnSent = [&](const std::string& text) { ups.events.push_back("Tell " + text); };
+    ups.host.OnRun = [&] { ups.time.Jump(std::chrono::seconds(silent ? 7 : 0)); };
     ups.form.AskForShutdown();
     std::erase_if(ups.events, [](const std::string& event) {
       return !event.starts_with("Tell") && !event.starts_with("Serve") && event != "TakeDown";
     });
-    const std::string words = silent ? "FSD" : "FSD OB LB";
-    EXPECT_EQ(ups.events, (Events{"Tell SETINFO ups.status \"" + words + '"', "Tell S01\r",
-                                  "Serve 7000", "TakeDown"}));
+    Events expected = {
+        std::string("Tell SETINFO ups.status ") + (silent ? "\"FSD\"" : "\"FSD OB LB\""),
+        "Tell S01\r", "TakeDown"};
+    // What is left of their time when the companion has ended.
+    if (!silent) expected.insert(expected.end() - 1, "Serve 7000");
+    EXPECT_EQ(ups.events, expected);
     EXPECT_TRUE(ups.Say("DUMPALL\n").ends_with("DATAOK\nDUMPDONE\n"));
     EXPECT_EQ(ups.Say("INSTCMD test.battery.start.quick TRACKING 1\n"), "TRACKING 1 3\n");
   }
