@@ -20,7 +20,7 @@ constexpr std::size_t kMostReceived = 4096;
 void PortTrial::Begin(std::function<void()> on_done) {
   on_done_ = std::move(on_done);
   const int chosen = state_.Settings[kUpsPort];
-  next_ = chosen == 0 ? 1 : chosen;
+  next_ = chosen;  // 0, a search, is the number of no port
   last_ = chosen == 0 ? kLastPort : chosen;
   static_cast<void>(port_.Configure("2400,N,8,1"));
   port_.OnReceive = [this] { OnReceive(); };

@@ -80,7 +80,6 @@ void Dialler::BeginAttempt() {
   phase_ = Phase::kWaiting;
   passes_ = 0;
   reply_.Clear();
-  seams_.modem_port.Discard();
   // A write that fails shows as a modem that does not answer.
   static_cast<void>(seams_.modem_port.Write(dial_text_));
 }

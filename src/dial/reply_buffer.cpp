@@ -12,8 +12,7 @@ namespace {
 constexpr std::string_view kWords[] = {"OK", "BUSY", "NO CARRIER", "NO DIALTONE"};
 
 // The most that can have arrived of a word that is not whole yet.
-constexpr std::size_t kOverlap =
-    std::max({kWords[0].size(), kWords[1].size(), kWords[2].size(), kWords[3].size()}) - 1;
+constexpr std::size_t kOverlap = std::ranges::max(kWords, {}, &std::string_view::size).size() - 1;
 
 }  // namespace
 

@@ -102,7 +102,7 @@ void DayRecords::ReadLine(std::string_view line) {
   if (text.size() < kFieldsEnd) return;
   const auto date = DateKey(text.substr(kDateAt, kDateSize));
   const auto hour = Number(text.substr(kHourAt, 2));
-  const auto code = Number(text.substr(kCodeAt, 1));
+  const auto code = Number(text.substr(kCodeAt));
   if (!date || !hour || !code) return;
   records_.push_back({*date, static_cast<std::uint8_t>(*hour), static_cast<std::uint8_t>(*code)});
 }

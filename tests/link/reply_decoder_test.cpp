@@ -144,7 +144,8 @@ TEST_F(ReplyDecoderTest, EachReplyCountsInFrontOfAndBehindAnother) {
   const std::string status = StatusFrame{.bits = "1000"}.Text();
   const std::string information = "OV,700,2.1,220,x,8,12,y,zzzzzz\r";
   for (const std::string& text :
-       {status + information, information + status, "MD\r" + information + "\r(\r" + status}) {
+       {status + information, information + status, status + information + ",\r",
+        "MD\r" + information + "\r(\r" + status}) {
     for (std::size_t piece = 1; piece <= text.size(); ++piece) {
       SCOPED_TRACE(piece);
       panel.mains.Caption("");

@@ -39,7 +39,8 @@ TEST(DueTexts, Times) {
                                          {"12:00 AM", "0:00"},
                                          {"12:00 PM", "12:00"},
                                          {"11:59 pm", "23:59"},
-                                         {"8am", "8:00"}}) {
+                                         {"8am", "8:00"},
+                                         {"1AM", "1:00"}}) {
     EXPECT_EQ(ReadTime(typed), form) << typed;
   }
   for (const char* typed :

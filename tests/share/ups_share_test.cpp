@@ -93,6 +93,7 @@ TEST(UpsShareTest, OrdersHaveTheirAnswers) {
       {"SET ups.id \"a b\"\nSET ups.id \"a b\" TRACKING 5-a\n", "TRACKING 5-a 1\n"},
       {"INSTCMD load.off TRACKING x\n", "TRACKING x 1\n"},
       {"INSTCMD beeper.toggle 5 TRACKING x\n", "TRACKING x 2\n"},
+      {"INSTCMD load.off TRACKING \"a b\"\nINSTCMD beeper.toggle 5 6\n", ""},
       {"INSTCMD beeper.toggle 5\nINSTCMD\nINSTCMD TRACKING x\nping\nNONSENSE a b\n", ""},
       {long_word + "\nPING " + long_word + "\nPING\n", "PONG\n"},
       {"PING a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a\n", ""},
